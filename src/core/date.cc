@@ -30,10 +30,11 @@ void CivilFromDays(int64_t z, int& y, int& m, int& d) {
   y = static_cast<int>(yoe + era * 400 + (m <= 2));
 }
 
-const char* const kMonths[] = {"January", "February", "March",     "April",   "May",      "June",
-                               "July",    "August",   "September", "October", "November", "December"};
-const char* const kDays[] = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday",
-                             "Saturday"};
+const char* const kMonths[] = {"January",   "February", "March",    "April",
+                               "May",       "June",     "July",     "August",
+                               "September", "October",  "November", "December"};
+const char* const kDays[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                             "Thursday", "Friday", "Saturday"};
 
 std::string Pad2(int v) {
   char buf[8];
@@ -60,7 +61,7 @@ double LinearToDate(double linear) {
   double day = std::floor(linear);
   double frac = linear - day;
   if (day >= 0 || frac == 0) return linear;
-  return day + 1 - frac;  // -0.75 (29th, 06:00) is stored as -1.25
+  return day - frac;  // -0.75 (29th, 06:00) is stored as -1.25
 }
 
 double DateSerial(int year, int month, int day) {
@@ -156,10 +157,14 @@ std::string FormatDate(double serial, std::string_view pattern) {
                        pattern.find("a/p") != std::string_view::npos;
     if (lc == 'd') {
       size_t n = run(i, 'd');
-      if (n == 1) out += std::to_string(p.day);
-      else if (n == 2) out += Pad2(p.day);
-      else if (n == 3) out += std::string(kDays[p.weekday - 1]).substr(0, 3);
-      else out += kDays[p.weekday - 1];
+      if (n == 1)
+        out += std::to_string(p.day);
+      else if (n == 2)
+        out += Pad2(p.day);
+      else if (n == 3)
+        out += std::string(kDays[p.weekday - 1]).substr(0, 3);
+      else
+        out += kDays[p.weekday - 1];
       i += n;
       last_was_hour = false;
     } else if (lc == 'm') {
@@ -179,8 +184,10 @@ std::string FormatDate(double serial, std::string_view pattern) {
       last_was_hour = false;
     } else if (lc == 'y') {
       size_t n = run(i, 'y');
-      if (n <= 2) out += Pad2(p.year % 100);
-      else out += std::to_string(p.year);
+      if (n <= 2)
+        out += Pad2(p.year % 100);
+      else
+        out += std::to_string(p.year);
       i += n;
       last_was_hour = false;
     } else if (lc == 'h') {

@@ -49,27 +49,43 @@ bool Value::IsNumeric() const {
 
 std::string Value::ToString() const {
   switch (Type()) {
-    case ValueType::kEmpty: return {};
-    case ValueType::kBoolean: return std::get<bool>(data_) ? "True" : "False";
-    case ValueType::kInteger: return std::to_string(std::get<int16_t>(data_));
-    case ValueType::kLong: return std::to_string(std::get<int32_t>(data_));
-    case ValueType::kDouble: return DoubleText(std::get<double>(data_));
-    case ValueType::kDate: return FormatDate(std::get<DateTag>(data_).serial, "General Date");
-    case ValueType::kString: return std::get<std::string>(data_);
-    default: throw ZError(kErrTypeMismatch);
+    case ValueType::kEmpty:
+      return {};
+    case ValueType::kBoolean:
+      return std::get<bool>(data_) ? "True" : "False";
+    case ValueType::kInteger:
+      return std::to_string(std::get<int16_t>(data_));
+    case ValueType::kLong:
+      return std::to_string(std::get<int32_t>(data_));
+    case ValueType::kDouble:
+      return DoubleText(std::get<double>(data_));
+    case ValueType::kDate:
+      return FormatDate(std::get<DateTag>(data_).serial, "General Date");
+    case ValueType::kString:
+      return std::get<std::string>(data_);
+    default:
+      throw ZError(kErrTypeMismatch);
   }
 }
 
 double Value::ToDouble() const {
   switch (Type()) {
-    case ValueType::kEmpty: return 0;
-    case ValueType::kBoolean: return std::get<bool>(data_) ? -1 : 0;
-    case ValueType::kInteger: return std::get<int16_t>(data_);
-    case ValueType::kLong: return std::get<int32_t>(data_);
-    case ValueType::kDouble: return std::get<double>(data_);
-    case ValueType::kDate: return std::get<DateTag>(data_).serial;
-    case ValueType::kString: return ParseNumber(std::get<std::string>(data_));
-    default: throw ZError(kErrTypeMismatch);
+    case ValueType::kEmpty:
+      return 0;
+    case ValueType::kBoolean:
+      return std::get<bool>(data_) ? -1 : 0;
+    case ValueType::kInteger:
+      return std::get<int16_t>(data_);
+    case ValueType::kLong:
+      return std::get<int32_t>(data_);
+    case ValueType::kDouble:
+      return std::get<double>(data_);
+    case ValueType::kDate:
+      return std::get<DateTag>(data_).serial;
+    case ValueType::kString:
+      return ParseNumber(std::get<std::string>(data_));
+    default:
+      throw ZError(kErrTypeMismatch);
   }
 }
 

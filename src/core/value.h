@@ -11,7 +11,17 @@
 
 namespace zintra {
 
-enum class ValueType { kEmpty, kBoolean, kInteger, kLong, kDouble, kDate, kString, kStringArray, kBinary };
+enum class ValueType {
+  kEmpty,
+  kBoolean,
+  kInteger,
+  kLong,
+  kDouble,
+  kDate,
+  kString,
+  kStringArray,
+  kBinary
+};
 
 struct DateTag {
   double serial;

@@ -12,8 +12,7 @@ namespace zintra {
 class ZError : public std::exception {
  public:
   explicit ZError(int32_t number, std::string description = {}, std::string source = {},
-                  std::string help_file = {}, int32_t help_context = 0,
-                  int32_t last_dll_error = 0);
+                  std::string help_file = {}, int32_t help_context = 0, int32_t last_dll_error = 0);
 
   int32_t Number() const { return number_; }
   const std::string& Description() const { return description_; }

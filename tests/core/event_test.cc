@@ -1,0 +1,74 @@
+#include "src/core/event.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace zintra {
+namespace {
+
+TEST(EventTest, ConnectionLifetimeDecidesDelivery) {
+  Event<int> ev;
+  int sum = 0;
+  {
+    Connection c = ev.Connect([&](int v) { sum += v; });
+    ev.Raise(2);
+    EXPECT_EQ(ev.HandlerCount(), 1u);
+  }
+  ev.Raise(5);
+  EXPECT_EQ(sum, 2);
+  EXPECT_EQ(ev.HandlerCount(), 0u);
+}
+
+TEST(EventTest, ByReferenceArgumentsReachTheCaller) {
+  Event<bool&> item_send;
+  Connection c = item_send.Connect([](bool& cancel) { cancel = true; });
+  bool cancel = false;
+  item_send.Raise(cancel);
+  EXPECT_TRUE(cancel);
+}
+
+TEST(EventTest, HandlersMayDisconnectOthersAndConnectNewOnesDuringARaise) {
+  Event<> ev;
+  std::vector<std::string> calls;
+  std::optional<Connection> second;
+  std::optional<Connection> late;
+  Connection first = ev.Connect([&] {
+    calls.push_back("first");
+    second.reset();  // the second handler must not run in this raise
+    late = ev.Connect([&] { calls.push_back("late"); });
+  });
+  second = ev.Connect([&] { calls.push_back("second"); });
+  ev.Raise();
+  EXPECT_EQ(calls, (std::vector<std::string>{"first"}));
+  calls.clear();
+  first.Disconnect();
+  ev.Raise();
+  EXPECT_EQ(calls, (std::vector<std::string>{"late"}));
+}
+
+TEST(EventTest, AHandlerMayDestroyTheEventAndConnectionsOutliveIt) {
+  auto ev = std::make_unique<Event<>>();
+  int after = 0;
+  Connection a = ev->Connect([&] { ev.reset(); });
+  Connection b = ev->Connect([&] { ++after; });
+  ev->Raise();
+  EXPECT_EQ(after, 1);  // already in the snapshot
+  a.Disconnect();       // harmless once the event is gone
+  EXPECT_FALSE(a.Connected());
+}
+
+TEST(EventTest, MovedConnectionStillOwnsTheSubscription) {
+  Event<> ev;
+  int n = 0;
+  Connection outer;
+  {
+    Connection inner = ev.Connect([&] { ++n; });
+    outer = std::move(inner);
+  }
+  ev.Raise();
+  EXPECT_EQ(n, 1);
+}
+
+}  // namespace
+}  // namespace zintra

@@ -20,6 +20,20 @@ namespace zintra {
 template <typename T>
 class KeyedCollection {
  public:
+  KeyedCollection() = default;
+  // Copies are independent: each gets its own entries (a VB Collection copied item by
+  // item), so changing an item of one never shows through the other.
+  KeyedCollection(const KeyedCollection& other) { CopyFrom(other); }
+  KeyedCollection& operator=(const KeyedCollection& other) {
+    if (this != &other) {
+      Clear();
+      CopyFrom(other);
+    }
+    return *this;
+  }
+  KeyedCollection(KeyedCollection&&) noexcept = default;
+  KeyedCollection& operator=(KeyedCollection&&) noexcept = default;
+
   void Add(T value, std::string_view key = {}) {
     auto entry = std::make_shared<Entry>(Entry{std::string(key), std::move(value)});
     if (!key.empty()) {
@@ -83,6 +97,14 @@ class KeyedCollection {
     std::string key;
     T value;
   };
+
+  void CopyFrom(const KeyedCollection& other) {
+    for (const auto& entry : other.order_) {
+      auto copy = std::make_shared<Entry>(*entry);
+      if (!copy->key.empty()) by_key_.emplace(text::LCase(copy->key), copy);
+      order_.push_back(std::move(copy));
+    }
+  }
 
   const std::shared_ptr<Entry>& At(int index) const {
     if (index < 1 || index > Count()) throw ZError(kErrInvalidCall);

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -59,6 +60,8 @@ class ErrorHandling {
   void SetOutlookVersions(const std::string& version, const std::string& product_version);
   void SetAddinVersion(const std::string& version);
   void SetRunJobsAsync(bool run_jobs_async);
+  // The folder holding the add-in's files, whose versions the entries carry.
+  void SetAddinFolder(const std::string& folder);
 
   // Settings replaced: a changed log folder moves the database file there; a changed
   // level or cap applies to later writes.
@@ -76,23 +79,28 @@ class ErrorHandling {
   std::string LogFileFor(const std::string& log_path) const;
   // The version columns as the next entry would carry them.
   ErrorLogVersions Versions();
+  // Writes the component refused (it stays in use; nothing else reports them).
+  int32_t FailedWrites() const { return failed_writes_; }
 
  private:
   // Opens the log on first use; false when there is no usable component.
   bool EnsureOpen();
-  std::string FileVersionIn(const std::string& folder, const std::string& file) const;
-  std::string OutlookFileVersion() const;
+  std::string FileVersionIn(const std::string& file);
+  std::string OutlookFileVersion();
 
   ErrorHandlingHost host_;
   std::shared_ptr<ErrorLogStore> store_;
   bool open_attempted_ = false;
   int32_t log_level_ = -1;
   int32_t max_size_kb_ = 0;
+  int32_t failed_writes_ = 0;
   bool debug_mode_ = false;
   std::string outlook_version_;
   std::string outlook_product_version_;
   std::string addin_version_;
+  std::string addin_folder_;
   std::optional<bool> run_jobs_async_;
+  std::map<std::string, std::string> file_versions_;  // by file name, read once
 };
 
 }  // namespace zintra

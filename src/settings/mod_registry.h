@@ -41,7 +41,8 @@ void DeleteValue(Registry& registry, HKey hive, const std::string& key_path,
 // Removes a key with all its subkeys: when the plain delete is refused (as for a key
 // with subkeys), the subkeys are deleted first and the delete is retried.
 void DeleteKey(Registry& registry, HKey hive, const std::string& key_path, bool* not_found);
-// Whether the key opens for reading; false for a missing key (or any failure).
+// Whether the key is there: true when it opens for reading or is refused (access
+// denied); false when it is missing or the open fails otherwise. Never throws.
 bool KeyExists(Registry& registry, HKey hive, const std::string& key_path);
 // Whether the key exists and opens for writing. Never throws.
 bool KeyWritable(Registry& registry, HKey hive, const std::string& key_path);

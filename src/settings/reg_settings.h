@@ -45,6 +45,9 @@ inline constexpr int32_t kLocationDefault = 0;
 inline constexpr int32_t kLocationUser = 1;
 inline constexpr int32_t kLocationMachine = 2;
 
+// The most elements a list count may claim; a larger count is treated as malformed.
+inline constexpr int32_t kMaxListCount = 10000;
+
 class RegSettings {
  public:
   // Determines MultiUser (whether the add-in is registered in HKEY_LOCAL_MACHINE);
@@ -151,6 +154,8 @@ class RegSettings {
  private:
   HKey ResolveHive(int32_t location) const;
   void Warn(const std::string& text) const;
+  // A per-user, registry-only Boolean (dialog suppression, first run).
+  bool ReadUserFlag(const std::string& name, bool default_value) const;
 
   std::string ReadString(const std::string& name, const std::string& default_value,
                          int32_t location, bool registry_only);
@@ -182,10 +187,8 @@ class RegSettings {
   void WriteText(const std::string& name, const std::string& text, int32_t location);
   void WriteDword(const std::string& name, uint32_t value, int32_t location);
   bool InFileMode(bool registry_only) const { return !registry_only && UsingEnterpriseSettings; }
-  // A stale element past a list's count is removed so that a shorter list leaves no
-  // orphans behind.
-  void DeleteStaleElements(const std::string& name, int32_t count, int32_t location);
-
+  // A list count outside 0 .. kMaxListCount is malformed and reads as 0.
+  int32_t ReadCount(const std::string& name, int32_t location);
   void LoadSettingsFile();
   void SaveSettingsFile();
   std::optional<std::string> FileGetValue(const std::string& full_name);
@@ -199,6 +202,8 @@ class RegSettings {
   SettingsWarningSink warning_sink_;
   bool local_override_ = false;
   SettingsFile settings_file_;
+  // The file exists but could not be read: saving over it would lose its values.
+  bool file_unreadable_ = false;
   bool batching_ = false;
 };
 

@@ -81,7 +81,8 @@ class Registry {
   virtual int32_t DeleteKey(HKey parent, const std::string& sub_key) = 0;
   // RegEnumKeyExA: the name of subkey number `index` (from 0; kRegNoMoreItems past the
   // end). *name_size is the buffer capacity in characters including the terminating zero
-  // on entry and the name's length on return; a longer name answers kRegMoreData.
+  // on entry and the name's length on return (also when a longer name answers
+  // kRegMoreData, so the caller can ask again with room for it).
   virtual int32_t EnumKey(HKey key, uint32_t index, std::string* name, uint32_t* name_size) = 0;
   // RegEnumValueA: the name and type of value number `index`, as EnumKey.
   virtual int32_t EnumValue(HKey key, uint32_t index, std::string* name, uint32_t* name_size,

@@ -1,0 +1,442 @@
+#include "sim/registry/memory_registry.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+
+#include "src/core/text.h"
+
+namespace zintra::sim {
+
+namespace {
+
+// Rights that change a key or its values: a read-only key refuses them.
+constexpr uint32_t kWriteRights =
+    kKeySetValue | kKeyCreateSubKey | 0x0020 | 0x10000 | 0x40000 | 0x80000;
+
+std::vector<std::string> PathParts(const std::string& path) {
+  std::vector<std::string> parts;
+  for (std::string& part : text::Split(path, "\\")) {
+    if (!part.empty()) parts.push_back(std::move(part));
+  }
+  return parts;
+}
+
+}  // namespace
+
+struct MemoryRegistry::Node {
+  std::string name;
+  std::map<std::string, std::shared_ptr<Node>> children;  // by lower-case name
+  std::vector<RegistryValue> values;
+  KeyAccess access = KeyAccess::kFull;
+  bool deleted = false;
+
+  RegistryValue* FindValue(const std::string& value_name) {
+    for (RegistryValue& value : values) {
+      if (text::EqualsNoCase(value.name, value_name)) return &value;
+    }
+    return nullptr;
+  }
+  void MarkDeleted() {
+    deleted = true;
+    for (auto& [key, child] : children) child->MarkDeleted();
+  }
+  void ApplyAccess(KeyAccess rule) {
+    access = rule;
+    for (auto& [key, child] : children) child->ApplyAccess(rule);
+  }
+};
+
+std::string RegistryValue::AsString() const {
+  std::string out(data.begin(), data.end());
+  if (!out.empty() && out.back() == '\0') out.pop_back();
+  return out;
+}
+
+std::optional<uint32_t> RegistryValue::AsDword() const {
+  if (type != kRegDword || data.size() != 4) return std::nullopt;
+  return static_cast<uint32_t>(data[0]) | static_cast<uint32_t>(data[1]) << 8 |
+         static_cast<uint32_t>(data[2]) << 16 | static_cast<uint32_t>(data[3]) << 24;
+}
+
+MemoryRegistry::MemoryRegistry()
+    : current_user_(std::make_shared<Node>()), local_machine_(std::make_shared<Node>()) {
+  current_user_->name = "HKEY_CURRENT_USER";
+  local_machine_->name = "HKEY_LOCAL_MACHINE";
+}
+
+MemoryRegistry::~MemoryRegistry() = default;
+
+std::shared_ptr<MemoryRegistry::Node> MemoryRegistry::Root(HKey hive) const {
+  if (hive == kHKeyCurrentUser) return current_user_;
+  if (hive == kHKeyLocalMachine) return local_machine_;
+  return nullptr;
+}
+
+std::shared_ptr<MemoryRegistry::Node> MemoryRegistry::Resolve(HKey key, uint32_t needed,
+                                                              int32_t* rc) const {
+  std::shared_ptr<Node> node = Root(key);
+  uint32_t granted = kKeyAllAccess;
+  if (!node) {
+    auto it = handles_.find(key);
+    if (it == handles_.end()) {
+      *rc = kRegInvalidHandle;
+      return nullptr;
+    }
+    node = it->second.node;
+    granted = it->second.access;
+  }
+  if (node->deleted) {
+    *rc = kRegKeyDeleted;
+    return nullptr;
+  }
+  if ((granted & needed) != needed) {
+    *rc = kRegAccessDenied;
+    return nullptr;
+  }
+  *rc = kRegSuccess;
+  return node;
+}
+
+std::shared_ptr<MemoryRegistry::Node> MemoryRegistry::Walk(std::shared_ptr<Node> from,
+                                                           const std::string& path) const {
+  for (const std::string& part : PathParts(path)) {
+    auto it = from->children.find(text::LCase(part));
+    if (it == from->children.end()) return nullptr;
+    from = it->second;
+  }
+  return from;
+}
+
+std::shared_ptr<MemoryRegistry::Node> MemoryRegistry::WalkOrCreate(HKey hive,
+                                                                   const std::string& path) {
+  std::shared_ptr<Node> node = Root(hive);
+  if (!node) throw std::invalid_argument("MemoryRegistry: unknown hive");
+  for (const std::string& part : PathParts(path)) {
+    auto& child = node->children[text::LCase(part)];
+    if (!child) {
+      child = std::make_shared<Node>();
+      child->name = part;
+    }
+    node = child;
+  }
+  return node;
+}
+
+HKey MemoryRegistry::NewHandle(std::shared_ptr<Node> node, uint32_t access) {
+  HKey handle = next_handle_;
+  next_handle_ += 4;
+  handles_[handle] = Handle{std::move(node), access};
+  return handle;
+}
+
+int32_t MemoryRegistry::Injected(const std::string& member) {
+  auto it = faults_.find(member);
+  if (it == faults_.end()) return kRegSuccess;
+  Fault& fault = it->second;
+  if (fault.skip > 0) {
+    --fault.skip;
+    return kRegSuccess;
+  }
+  int32_t error = fault.error;
+  if (fault.times > 0 && --fault.times == 0) faults_.erase(it);
+  return error;
+}
+
+// --- Registry ---
+
+int32_t MemoryRegistry::OpenKey(HKey parent, const std::string& sub_key, uint32_t access,
+                                HKey* result) {
+  *result = 0;
+  if (int32_t rc = Injected("OpenKey")) return rc;
+  int32_t rc = kRegSuccess;
+  std::shared_ptr<Node> node = Resolve(parent, 0, &rc);
+  if (!node) return rc;
+  node = Walk(node, sub_key);
+  if (!node) return kRegFileNotFound;
+  if (node->access == KeyAccess::kDenied) return kRegAccessDenied;
+  if (node->access == KeyAccess::kReadOnly && (access & kWriteRights) != 0) {
+    return kRegAccessDenied;
+  }
+  *result = NewHandle(node, access);
+  return kRegSuccess;
+}
+
+int32_t MemoryRegistry::CreateKey(HKey parent, const std::string& sub_key, uint32_t access,
+                                  HKey* result, bool* created) {
+  *result = 0;
+  if (created) *created = false;
+  if (int32_t rc = Injected("CreateKey")) return rc;
+  int32_t rc = kRegSuccess;
+  std::shared_ptr<Node> node = Resolve(parent, 0, &rc);
+  if (!node) return rc;
+  bool made = false;
+  for (const std::string& part : PathParts(sub_key)) {
+    auto it = node->children.find(text::LCase(part));
+    if (it != node->children.end()) {
+      node = it->second;
+      continue;
+    }
+    if (node->access != KeyAccess::kFull) return kRegAccessDenied;
+    auto child = std::make_shared<Node>();
+    child->name = part;
+    node->children[text::LCase(part)] = child;
+    node = child;
+    made = true;
+  }
+  if (node->access == KeyAccess::kDenied) return kRegAccessDenied;
+  if (node->access == KeyAccess::kReadOnly && (access & kWriteRights) != 0) {
+    return kRegAccessDenied;
+  }
+  if (created) *created = made;
+  *result = NewHandle(node, access);
+  return kRegSuccess;
+}
+
+int32_t MemoryRegistry::QueryValue(HKey key, const std::string& name, uint32_t* type, uint8_t* data,
+                                   uint32_t* size) {
+  if (int32_t rc = Injected("QueryValue")) return rc;
+  int32_t rc = kRegSuccess;
+  std::shared_ptr<Node> node = Resolve(key, kKeyQueryValue, &rc);
+  if (!node) return rc;
+  const RegistryValue* value = node->FindValue(name);
+  if (!value) return kRegFileNotFound;
+  if (type) *type = value->type;
+  if (!size) return data ? kRegInvalidParameter : kRegSuccess;
+  const uint32_t length = static_cast<uint32_t>(value->data.size());
+  if (data && *size < length) {
+    *size = length;
+    return kRegMoreData;
+  }
+  if (data && length > 0) std::memcpy(data, value->data.data(), length);
+  *size = length;
+  return kRegSuccess;
+}
+
+int32_t MemoryRegistry::SetValue(HKey key, const std::string& name, uint32_t type,
+                                 const uint8_t* data, uint32_t size) {
+  if (int32_t rc = Injected("SetValue")) return rc;
+  int32_t rc = kRegSuccess;
+  std::shared_ptr<Node> node = Resolve(key, kKeySetValue, &rc);
+  if (!node) return rc;
+  if (size > 0 && !data) return kRegInvalidParameter;
+  std::vector<uint8_t> bytes(data, data + size);
+  if (RegistryValue* value = node->FindValue(name)) {
+    value->type = type;
+    value->data = std::move(bytes);
+  } else {
+    node->values.push_back(RegistryValue{name, type, std::move(bytes)});
+  }
+  return kRegSuccess;
+}
+
+int32_t MemoryRegistry::DeleteValue(HKey key, const std::string& name) {
+  if (int32_t rc = Injected("DeleteValue")) return rc;
+  int32_t rc = kRegSuccess;
+  std::shared_ptr<Node> node = Resolve(key, kKeySetValue, &rc);
+  if (!node) return rc;
+  auto it = std::find_if(node->values.begin(), node->values.end(),
+                         [&](const RegistryValue& v) { return text::EqualsNoCase(v.name, name); });
+  if (it == node->values.end()) return kRegFileNotFound;
+  node->values.erase(it);
+  return kRegSuccess;
+}
+
+int32_t MemoryRegistry::DeleteKey(HKey parent, const std::string& sub_key) {
+  if (int32_t rc = Injected("DeleteKey")) return rc;
+  int32_t rc = kRegSuccess;
+  std::shared_ptr<Node> node = Resolve(parent, 0, &rc);
+  if (!node) return rc;
+  std::vector<std::string> parts = PathParts(sub_key);
+  if (parts.empty()) return kRegInvalidParameter;  // a hive or the key itself
+  const std::string leaf = parts.back();
+  parts.pop_back();
+  for (const std::string& part : parts) {
+    auto it = node->children.find(text::LCase(part));
+    if (it == node->children.end()) return kRegFileNotFound;
+    node = it->second;
+  }
+  auto it = node->children.find(text::LCase(leaf));
+  if (it == node->children.end()) return kRegFileNotFound;
+  const std::shared_ptr<Node>& target = it->second;
+  if (target->access != KeyAccess::kFull || !target->children.empty()) return kRegAccessDenied;
+  target->MarkDeleted();
+  node->children.erase(it);
+  return kRegSuccess;
+}
+
+int32_t MemoryRegistry::EnumKey(HKey key, uint32_t index, std::string* name, uint32_t* name_size) {
+  if (int32_t rc = Injected("EnumKey")) return rc;
+  int32_t rc = kRegSuccess;
+  std::shared_ptr<Node> node = Resolve(key, kKeyEnumerateSubKeys, &rc);
+  if (!node) return rc;
+  if (index >= node->children.size()) return kRegNoMoreItems;
+  auto it = std::next(node->children.begin(), index);
+  const std::string& found = it->second->name;
+  const uint32_t length = static_cast<uint32_t>(found.size());
+  const uint32_t capacity = *name_size;
+  *name_size = length;
+  if (length + 1 > capacity) return kRegMoreData;
+  *name = found;
+  return kRegSuccess;
+}
+
+int32_t MemoryRegistry::EnumValue(HKey key, uint32_t index, std::string* name, uint32_t* name_size,
+                                  uint32_t* type) {
+  if (int32_t rc = Injected("EnumValue")) return rc;
+  int32_t rc = kRegSuccess;
+  std::shared_ptr<Node> node = Resolve(key, kKeyQueryValue, &rc);
+  if (!node) return rc;
+  if (index >= node->values.size()) return kRegNoMoreItems;
+  const RegistryValue& value = node->values[index];
+  const uint32_t length = static_cast<uint32_t>(value.name.size());
+  const uint32_t capacity = *name_size;
+  *name_size = length;
+  if (length + 1 > capacity) return kRegMoreData;
+  *name = value.name;
+  if (type) *type = value.type;
+  return kRegSuccess;
+}
+
+int32_t MemoryRegistry::QueryInfoKey(HKey key, RegistryKeyInfo* info) {
+  if (int32_t rc = Injected("QueryInfoKey")) return rc;
+  int32_t rc = kRegSuccess;
+  std::shared_ptr<Node> node = Resolve(key, kKeyQueryValue, &rc);
+  if (!node) return rc;
+  *info = RegistryKeyInfo{};
+  info->sub_keys = static_cast<uint32_t>(node->children.size());
+  info->values = static_cast<uint32_t>(node->values.size());
+  for (const auto& [lower, child] : node->children) {
+    info->max_sub_key_len =
+        std::max(info->max_sub_key_len, static_cast<uint32_t>(child->name.size()));
+  }
+  for (const RegistryValue& value : node->values) {
+    info->max_value_name_len =
+        std::max(info->max_value_name_len, static_cast<uint32_t>(value.name.size()));
+    info->max_value_len = std::max(info->max_value_len, static_cast<uint32_t>(value.data.size()));
+  }
+  return kRegSuccess;
+}
+
+int32_t MemoryRegistry::CloseKey(HKey key) {
+  if (Root(key)) return kRegSuccess;
+  if (int32_t rc = Injected("CloseKey")) return rc;
+  return handles_.erase(key) ? kRegSuccess : kRegInvalidHandle;
+}
+
+// --- Fixture side ---
+
+void MemoryRegistry::SetString(HKey hive, const std::string& path, const std::string& name,
+                               const std::string& value) {
+  std::vector<uint8_t> data(value.begin(), value.end());
+  data.push_back(0);
+  PutValue(hive, path, RegistryValue{name, kRegSz, std::move(data)});
+}
+
+void MemoryRegistry::SetDword(HKey hive, const std::string& path, const std::string& name,
+                              uint32_t value) {
+  PutValue(hive, path,
+           RegistryValue{name,
+                         kRegDword,
+                         {static_cast<uint8_t>(value), static_cast<uint8_t>(value >> 8),
+                          static_cast<uint8_t>(value >> 16), static_cast<uint8_t>(value >> 24)}});
+}
+
+void MemoryRegistry::PutValue(HKey hive, const std::string& path, RegistryValue value) {
+  std::shared_ptr<Node> node = WalkOrCreate(hive, path);
+  if (RegistryValue* existing = node->FindValue(value.name)) {
+    existing->type = value.type;
+    existing->data = std::move(value.data);
+  } else {
+    node->values.push_back(std::move(value));
+  }
+}
+
+void MemoryRegistry::EnsureKey(HKey hive, const std::string& path) { WalkOrCreate(hive, path); }
+
+bool MemoryRegistry::RemoveKey(HKey hive, const std::string& path) {
+  std::vector<std::string> parts = PathParts(path);
+  std::shared_ptr<Node> node = Root(hive);
+  if (!node || parts.empty()) return false;
+  const std::string leaf = parts.back();
+  parts.pop_back();
+  for (const std::string& part : parts) {
+    auto it = node->children.find(text::LCase(part));
+    if (it == node->children.end()) return false;
+    node = it->second;
+  }
+  auto it = node->children.find(text::LCase(leaf));
+  if (it == node->children.end()) return false;
+  it->second->MarkDeleted();
+  node->children.erase(it);
+  return true;
+}
+
+bool MemoryRegistry::RemoveValue(HKey hive, const std::string& path, const std::string& name) {
+  std::shared_ptr<Node> root = Root(hive);
+  std::shared_ptr<Node> node = root ? Walk(root, path) : nullptr;
+  if (!node) return false;
+  auto it = std::find_if(node->values.begin(), node->values.end(),
+                         [&](const RegistryValue& v) { return text::EqualsNoCase(v.name, name); });
+  if (it == node->values.end()) return false;
+  node->values.erase(it);
+  return true;
+}
+
+bool MemoryRegistry::HasKey(HKey hive, const std::string& path) const {
+  std::shared_ptr<Node> root = Root(hive);
+  return root && Walk(root, path);
+}
+
+std::optional<RegistryValue> MemoryRegistry::GetValue(HKey hive, const std::string& path,
+                                                      const std::string& name) const {
+  std::shared_ptr<Node> root = Root(hive);
+  std::shared_ptr<Node> node = root ? Walk(root, path) : nullptr;
+  if (!node) return std::nullopt;
+  const RegistryValue* value = node->FindValue(name);
+  if (!value) return std::nullopt;
+  return *value;
+}
+
+std::vector<std::string> MemoryRegistry::SubKeys(HKey hive, const std::string& path) const {
+  std::vector<std::string> names;
+  std::shared_ptr<Node> root = Root(hive);
+  std::shared_ptr<Node> node = root ? Walk(root, path) : nullptr;
+  if (!node) return names;
+  for (const auto& [lower, child] : node->children) names.push_back(child->name);
+  return names;
+}
+
+std::vector<RegistryValue> MemoryRegistry::Values(HKey hive, const std::string& path) const {
+  std::shared_ptr<Node> root = Root(hive);
+  std::shared_ptr<Node> node = root ? Walk(root, path) : nullptr;
+  return node ? node->values : std::vector<RegistryValue>{};
+}
+
+std::string MemoryRegistry::CanonicalPath(HKey hive, const std::string& path) const {
+  std::shared_ptr<Node> node = Root(hive);
+  std::string out;
+  for (const std::string& part : PathParts(path)) {
+    if (!node) break;
+    auto it = node->children.find(text::LCase(part));
+    node = it == node->children.end() ? nullptr : it->second;
+    if (!out.empty()) out += "\\";
+    out += node ? node->name : part;
+  }
+  return out;
+}
+
+void MemoryRegistry::SetAccess(HKey hive, const std::string& path, KeyAccess access) {
+  std::shared_ptr<Node> root = Root(hive);
+  std::shared_ptr<Node> node = root ? Walk(root, path) : nullptr;
+  if (!node) throw std::invalid_argument("MemoryRegistry::SetAccess: no key '" + path + "'");
+  node->ApplyAccess(access);
+}
+
+void MemoryRegistry::FailCall(const std::string& member, int32_t error, int skip, int times) {
+  faults_[member] = Fault{error, skip, times};
+}
+
+void MemoryRegistry::ClearFaults() { faults_.clear(); }
+
+}  // namespace zintra::sim

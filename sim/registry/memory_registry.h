@@ -1,0 +1,117 @@
+// MemoryRegistry: the registry in memory, with HKEY_CURRENT_USER and HKEY_LOCAL_MACHINE.
+// Keys compare without regard to letter case and enumerate in alphabetical order;
+// values keep the order they were created in. Each key carries an access rule
+// (SetAccess) so that every failure of the real registry can be driven from a test: a
+// read-only key refuses opening for writing, creating subkeys, setting, deleting; a
+// denied key refuses every open. A key with subkeys cannot be deleted (error 5), as on
+// Windows. Any port member can also be told to fail (FailCall).
+//
+// The members after the port's are the fixture side: they bypass access rules and
+// faults, and a missing key passed to them is created (setters) or reported (getters).
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "src/host/registry.h"
+
+namespace zintra::sim {
+
+enum class KeyAccess { kFull, kReadOnly, kDenied };
+
+struct RegistryValue {
+  std::string name;  // "" is the key's default value
+  uint32_t type = kRegNone;
+  std::vector<uint8_t> data;  // as RegQueryValueExA returns it; strings end with a zero
+
+  std::string AsString() const;  // a string's text without its terminating zero
+  std::optional<uint32_t> AsDword() const;
+  bool operator==(const RegistryValue&) const = default;
+};
+
+class MemoryRegistry : public Registry {
+ public:
+  MemoryRegistry();
+  ~MemoryRegistry() override;
+  MemoryRegistry(const MemoryRegistry&) = delete;
+  MemoryRegistry& operator=(const MemoryRegistry&) = delete;
+
+  // --- Registry ---
+  int32_t OpenKey(HKey parent, const std::string& sub_key, uint32_t access, HKey* result) override;
+  int32_t CreateKey(HKey parent, const std::string& sub_key, uint32_t access, HKey* result,
+                    bool* created) override;
+  int32_t QueryValue(HKey key, const std::string& name, uint32_t* type, uint8_t* data,
+                     uint32_t* size) override;
+  int32_t SetValue(HKey key, const std::string& name, uint32_t type, const uint8_t* data,
+                   uint32_t size) override;
+  int32_t DeleteValue(HKey key, const std::string& name) override;
+  int32_t DeleteKey(HKey parent, const std::string& sub_key) override;
+  int32_t EnumKey(HKey key, uint32_t index, std::string* name, uint32_t* name_size) override;
+  int32_t EnumValue(HKey key, uint32_t index, std::string* name, uint32_t* name_size,
+                    uint32_t* type) override;
+  int32_t QueryInfoKey(HKey key, RegistryKeyInfo* info) override;
+  int32_t CloseKey(HKey key) override;
+
+  // --- Fixture side ---
+  void SetString(HKey hive, const std::string& path, const std::string& name,
+                 const std::string& value);
+  void SetDword(HKey hive, const std::string& path, const std::string& name, uint32_t value);
+  void PutValue(HKey hive, const std::string& path, RegistryValue value);
+  void EnsureKey(HKey hive, const std::string& path);
+  // Removes a key with its whole subtree / one value; false when it was not there.
+  bool RemoveKey(HKey hive, const std::string& path);
+  bool RemoveValue(HKey hive, const std::string& path, const std::string& name);
+
+  bool HasKey(HKey hive, const std::string& path) const;
+  std::optional<RegistryValue> GetValue(HKey hive, const std::string& path,
+                                        const std::string& name) const;
+  // Subkey names (alphabetical) and values (creation order) of a key; empty when missing.
+  std::vector<std::string> SubKeys(HKey hive, const std::string& path) const;
+  std::vector<RegistryValue> Values(HKey hive, const std::string& path) const;
+  // The key's own spelling of its path below the hive ("" for the hive itself).
+  std::string CanonicalPath(HKey hive, const std::string& path) const;
+
+  // Applies `access` to the key and its whole subtree. Throws std::invalid_argument when
+  // the key does not exist.
+  void SetAccess(HKey hive, const std::string& path, KeyAccess access);
+
+  // Makes port member `member` ("OpenKey", "QueryValue", ...) answer `error` after
+  // `skip` more successful calls, `times` times (-1: from then on, always).
+  void FailCall(const std::string& member, int32_t error, int skip = 0, int times = 1);
+  void ClearFaults();
+
+  // Keys opened through the port and not yet closed.
+  size_t OpenHandleCount() const { return handles_.size(); }
+
+ private:
+  struct Node;
+  struct Handle {
+    std::shared_ptr<Node> node;
+    uint32_t access;
+  };
+  struct Fault {
+    int32_t error;
+    int skip;
+    int times;
+  };
+
+  std::shared_ptr<Node> Root(HKey hive) const;
+  // The node of an open handle or hive; nullptr and *rc on failure.
+  std::shared_ptr<Node> Resolve(HKey key, uint32_t needed, int32_t* rc) const;
+  std::shared_ptr<Node> Walk(std::shared_ptr<Node> from, const std::string& path) const;
+  std::shared_ptr<Node> WalkOrCreate(HKey hive, const std::string& path);
+  HKey NewHandle(std::shared_ptr<Node> node, uint32_t access);
+  int32_t Injected(const std::string& member);
+
+  std::shared_ptr<Node> current_user_;
+  std::shared_ptr<Node> local_machine_;
+  std::map<HKey, Handle> handles_;
+  HKey next_handle_ = 0x1000;
+  std::map<std::string, Fault> faults_;
+};
+
+}  // namespace zintra::sim

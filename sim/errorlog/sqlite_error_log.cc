@@ -14,8 +14,13 @@ constexpr int32_t kErrPathFileAccess = 75;
 constexpr int32_t kErrCannotCreateObject = 429;
 
 // auto_vacuum must be set before the first table exists to take effect.
+// A log line is worth one write to the journal, not a flush of every page: TRUNCATE
+// keeps the journal file and NORMAL drops the extra sync, which is safe in TRUNCATE mode
+// except for the last entries before a power loss.
 constexpr const char* kSchema =
     "PRAGMA auto_vacuum = FULL;"
+    "PRAGMA journal_mode = TRUNCATE;"
+    "PRAGMA synchronous = NORMAL;"
     "CREATE TABLE IF NOT EXISTS ErrorLog ("
     " ID INTEGER PRIMARY KEY AUTOINCREMENT,"
     " LoggedAt TEXT NOT NULL DEFAULT (strftime('%Y-%m-%d %H:%M:%f', 'now', 'localtime')),"

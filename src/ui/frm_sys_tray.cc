@@ -91,6 +91,11 @@ void frmSysTray::EnableMenuItem(int32_t index, bool enabled) {
   view_->Menu().SetEnabled(index, enabled);
 }
 
+void frmSysTray::SetMenuCaption(int32_t index, const std::string& caption) {
+  if (!HasMenuItem(index)) throw ZError(kErrNoSuchElement);
+  view_->Menu().SetCaption(index, caption);
+}
+
 void frmSysTray::RemoveMenuItem(int32_t index) {
   if (!HasMenuItem(index)) throw ZError(kErrNoSuchElement);
   if (index == 0) {

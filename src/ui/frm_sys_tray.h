@@ -54,6 +54,7 @@ class frmSysTray {
   // Returns the item's index.
   int32_t AddMenuItem(const std::string& caption, const std::string& key, bool is_default);
   void EnableMenuItem(int32_t index, bool enabled);
+  void SetMenuCaption(int32_t index, const std::string& caption);
   // Unloads the item; item 0, which cannot be unloaded, is hidden and becomes free
   // for the next AddMenuItem.
   void RemoveMenuItem(int32_t index);

@@ -1,0 +1,252 @@
+// RegFile::Import: parse everything into operations first, then apply them.
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "sim/registry/reg_file.h"
+#include "sim/registry/utf16.h"
+#include "src/core/text.h"
+
+namespace zintra::sim {
+
+namespace {
+
+constexpr char kHeader5[] = "Windows Registry Editor Version 5.00";
+constexpr char kHeader4[] = "REGEDIT4";
+
+struct Operation {
+  enum Kind { kCreateKey, kDeleteKey, kSetValue, kDeleteValue } kind;
+  HKey hive;
+  std::string path;
+  RegistryValue value;  // name for value operations, type and data for kSetValue
+};
+
+struct Line {
+  int number;
+  std::string text;
+};
+
+std::string StripBlanks(const std::string& s) {
+  size_t begin = s.find_first_not_of(" \t");
+  if (begin == std::string::npos) return {};
+  size_t end = s.find_last_not_of(" \t");
+  return s.substr(begin, end - begin + 1);
+}
+
+std::vector<Line> SplitLines(const std::string& text) {
+  std::vector<Line> lines;
+  size_t pos = 0;
+  int number = 1;
+  while (pos <= text.size()) {
+    size_t end = text.find_first_of("\r\n", pos);
+    if (end == std::string::npos) end = text.size();
+    lines.push_back(Line{number++, text.substr(pos, end - pos)});
+    if (end == text.size()) break;
+    pos = end + (text.compare(end, 2, "\r\n") == 0 ? 2 : 1);
+  }
+  return lines;
+}
+
+class Parser {
+ public:
+  Parser(const std::string& source, std::vector<Line> lines)
+      : source_(source), lines_(std::move(lines)) {}
+
+  std::vector<Operation> Parse() {
+    size_t index = 0;
+    while (index < lines_.size() && StripBlanks(lines_[index].text).empty()) ++index;
+    if (index == lines_.size()) Fail(1, "empty file, no header line");
+    const std::string header = StripBlanks(lines_[index].text);
+    if (header == kHeader5) {
+      unicode_ = true;
+    } else if (header != kHeader4) {
+      Fail(lines_[index].number, "expected the header \"" + std::string(kHeader5) + "\"");
+    }
+    for (++index; index < lines_.size(); ++index) ParseLine(&index);
+    return std::move(operations_);
+  }
+
+ private:
+  [[noreturn]] void Fail(int line, const std::string& problem) const {
+    throw RegFileError(source_, line, problem);
+  }
+
+  void ParseLine(size_t* index) {
+    const int number = lines_[*index].number;
+    const std::string line = StripBlanks(lines_[*index].text);
+    if (line.empty() || line[0] == ';') return;
+    if (line[0] == '[') return ParseKey(number, line);
+    if (line[0] != '"' && line[0] != '@') Fail(number, "not a key, value or comment line");
+    if (!key_) Fail(number, "a value before any [key] line");
+    if (key_deleted_) Fail(number, "a value under a key that is being deleted");
+    size_t pos = 0;
+    RegistryValue value;
+    if (line[0] == '@') {
+      pos = 1;
+    } else {
+      value.name = ParseQuoted(number, line, &pos);
+    }
+    while (pos < line.size() && (line[pos] == ' ' || line[pos] == '\t')) ++pos;
+    if (pos >= line.size() || line[pos] != '=') Fail(number, "expected '=' after the value name");
+    std::string data = StripBlanks(line.substr(pos + 1));
+    if (data == "-") {
+      operations_.push_back(Operation{Operation::kDeleteValue, hive_, path_, std::move(value)});
+      return;
+    }
+    if (!data.empty() && data[0] == '"') {
+      size_t at = 0;
+      std::string text = ParseQuoted(number, data, &at);
+      if (!StripBlanks(data.substr(at)).empty()) Fail(number, "text after the closing quote");
+      value.type = kRegSz;
+      value.data.assign(text.begin(), text.end());
+      value.data.push_back(0);
+    } else if (text::StartsWith(text::LCase(data), "dword:")) {
+      value.type = kRegDword;
+      uint32_t number_value = ParseDword(number, data.substr(6));
+      for (int shift = 0; shift < 32; shift += 8) {
+        value.data.push_back(static_cast<uint8_t>(number_value >> shift));
+      }
+    } else if (text::StartsWith(text::LCase(data), "hex")) {
+      ParseHex(index, number, data, &value);
+    } else {
+      Fail(number, "value data is not \"text\", dword:, hex: or -");
+    }
+    operations_.push_back(Operation{Operation::kSetValue, hive_, path_, std::move(value)});
+  }
+
+  void ParseKey(int number, const std::string& line) {
+    size_t close = line.rfind(']');
+    if (close == std::string::npos) Fail(number, "a key line without its closing ']'");
+    if (!StripBlanks(line.substr(close + 1)).empty()) Fail(number, "text after ']'");
+    std::string name = line.substr(1, close - 1);
+    key_deleted_ = !name.empty() && name[0] == '-';
+    if (key_deleted_) name.erase(0, 1);
+    size_t slash = name.find('\\');
+    const std::string hive = text::UCase(name.substr(0, slash));
+    if (hive == "HKEY_CURRENT_USER" || hive == "HKCU") {
+      hive_ = kHKeyCurrentUser;
+    } else if (hive == "HKEY_LOCAL_MACHINE" || hive == "HKLM") {
+      hive_ = kHKeyLocalMachine;
+    } else {
+      Fail(number, "unknown hive '" + name.substr(0, slash) + "'");
+    }
+    path_ = slash == std::string::npos ? std::string() : name.substr(slash + 1);
+    if (path_.empty()) Fail(number, "a hive cannot be created or deleted");
+    key_ = true;
+    operations_.push_back(
+        Operation{key_deleted_ ? Operation::kDeleteKey : Operation::kCreateKey, hive_, path_, {}});
+  }
+
+  // A "..." string starting at line[*pos]; \\ and \" are the only escapes.
+  std::string ParseQuoted(int number, const std::string& line, size_t* pos) const {
+    std::string out;
+    for (size_t i = *pos + 1; i < line.size(); ++i) {
+      if (line[i] == '"') {
+        *pos = i + 1;
+        return out;
+      }
+      if (line[i] == '\\') {
+        if (i + 1 >= line.size() || (line[i + 1] != '\\' && line[i + 1] != '"')) {
+          Fail(number, "a backslash in quoted text must be written \\\\");
+        }
+        ++i;
+      }
+      out.push_back(line[i]);
+    }
+    Fail(number, "quoted text without its closing quote");
+  }
+
+  uint32_t ParseDword(int number, const std::string& digits) const {
+    std::string trimmed = StripBlanks(digits);
+    if (trimmed.empty() || trimmed.size() > 8 ||
+        trimmed.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
+      Fail(number, "dword: needs 1 to 8 hexadecimal digits, found '" + trimmed + "'");
+    }
+    return static_cast<uint32_t>(std::stoul(trimmed, nullptr, 16));
+  }
+
+  void ParseHex(size_t* index, int number, const std::string& first, RegistryValue* value) {
+    size_t colon = first.find(':');
+    if (colon == std::string::npos) Fail(number, "hex data without ':'");
+    std::string kind = text::LCase(first.substr(0, colon));
+    value->type = kRegBinary;
+    if (kind != "hex") {
+      if (kind.size() < 6 || kind.compare(0, 4, "hex(") != 0 || kind.back() != ')' ||
+          kind.find_first_not_of("0123456789abcdef", 4) != kind.size() - 1) {
+        Fail(number, "unknown value type '" + first.substr(0, colon) + "'");
+      }
+      value->type = static_cast<uint32_t>(std::stoul(kind.substr(4, kind.size() - 5), nullptr, 16));
+    }
+    std::string bytes_text = first.substr(colon + 1);
+    // A line that ends in a backslash goes on in the next line.
+    while (!StripBlanks(bytes_text).empty() && StripBlanks(bytes_text).back() == '\\') {
+      bytes_text = StripBlanks(bytes_text);
+      bytes_text.pop_back();
+      if (++*index >= lines_.size()) Fail(number, "the file ends inside continued hex data");
+      bytes_text += StripBlanks(lines_[*index].text);
+    }
+    std::string bytes;
+    std::vector<std::string> parts = text::Split(bytes_text, ",");
+    for (size_t i = 0; i < parts.size(); ++i) {
+      std::string part = StripBlanks(parts[i]);
+      if (part.empty() && i + 1 == parts.size()) break;  // trailing comma
+      if (part.empty() && parts.size() == 1) break;      // no data at all
+      if (part.empty() || part.size() > 2 ||
+          part.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
+        Fail(number, "hex data must be two-digit bytes separated by commas, found '" + part + "'");
+      }
+      bytes.push_back(static_cast<char>(std::stoul(part, nullptr, 16)));
+    }
+    if (unicode_ && (value->type == kRegExpandSz || value->type == kRegMultiSz)) {
+      if (bytes.size() % 2 != 0) Fail(number, "UTF-16 string data with an odd number of bytes");
+      bytes = Utf16LeToUtf8(bytes);
+    }
+    value->data.assign(bytes.begin(), bytes.end());
+  }
+
+  std::string source_;
+  std::vector<Line> lines_;
+  bool unicode_ = false;
+  bool key_ = false;
+  bool key_deleted_ = false;
+  HKey hive_ = 0;
+  std::string path_;
+  std::vector<Operation> operations_;
+};
+
+std::string Decode(const std::string& bytes, const std::string& source) {
+  if (bytes.size() >= 2 && static_cast<uint8_t>(bytes[0]) == 0xFF &&
+      static_cast<uint8_t>(bytes[1]) == 0xFE) {
+    if (bytes.size() % 2 != 0) {
+      throw RegFileError(source, 1, "UTF-16 text with an odd number of bytes");
+    }
+    return Utf16LeToUtf8(std::string_view(bytes).substr(2));
+  }
+  if (bytes.compare(0, 3, "\xEF\xBB\xBF") == 0) return bytes.substr(3);
+  return bytes;
+}
+
+}  // namespace
+
+void RegFile::Import(MemoryRegistry& registry, const std::string& bytes,
+                     const std::string& source) {
+  std::vector<Operation> operations = Parser(source, SplitLines(Decode(bytes, source))).Parse();
+  for (Operation& op : operations) {
+    switch (op.kind) {
+      case Operation::kCreateKey:
+        registry.EnsureKey(op.hive, op.path);
+        break;
+      case Operation::kDeleteKey:
+        registry.RemoveKey(op.hive, op.path);
+        break;
+      case Operation::kSetValue:
+        registry.PutValue(op.hive, op.path, std::move(op.value));
+        break;
+      case Operation::kDeleteValue:
+        registry.RemoveValue(op.hive, op.path, op.value.name);
+        break;
+    }
+  }
+}
+
+}  // namespace zintra::sim

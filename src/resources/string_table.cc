@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "src/host/platform.h"
 #include "src/resources/string_table_data.h"
 
 namespace zintra {
@@ -26,6 +27,10 @@ Language LanguageFromLcid(int32_t lcid) {
   if (lang_id == kLangIdCanadianFrench) return Language::kCanadianFrench;
   if ((lang_id & kPrimaryLanguageMask) == kLangFrench) return Language::kFrench;
   return Language::kEnglish;
+}
+
+StringTable StringTable::ForUserInterface(Platform& platform) {
+  return StringTable(LanguageFromLcid(platform.UserInterfaceLanguage()));
 }
 
 std::string StringTable::Load(int32_t id) const {

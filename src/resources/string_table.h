@@ -14,6 +14,8 @@
 
 namespace zintra {
 
+class Platform;
+
 enum class Language { kEnglish, kFrench, kCanadianFrench };
 
 // The language for a Windows locale id (LANGID/LCID): French variants give French,
@@ -23,6 +25,9 @@ Language LanguageFromLcid(int32_t lcid);
 class StringTable {
  public:
   explicit StringTable(Language language = Language::kEnglish) : language_(language) {}
+
+  // The table in the language of the platform's user interface.
+  static StringTable ForUserInterface(Platform& platform);
 
   Language language() const { return language_; }
   // LoadResString: the text of `id` in this table's language.

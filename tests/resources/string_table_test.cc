@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "sim/platform/sim_platform.h"
 #include "src/resources/string_table_data.h"
 
 namespace zintra {
@@ -68,6 +69,15 @@ TEST(StringTableTest, FormatSubstitutesMarkersOnce) {
   EXPECT_EQ(StringTable::Substitute("a|b||1", {"x"}), "a|b|x");
 }
 
+TEST(StringTableTest, FollowsThePlatformsUserInterfaceLanguage) {
+  sim::SimPlatform platform;
+  EXPECT_EQ(StringTable::ForUserInterface(platform).language(), Language::kEnglish);
+  platform.SetUserInterfaceLanguage(0x0C0C);
+  EXPECT_EQ(StringTable::ForUserInterface(platform).Load(1203), "Courriel");
+  platform.SetUserInterfaceLanguage(0x0411);
+  EXPECT_EQ(StringTable::ForUserInterface(platform).Load(1203), "Email");
+}
+
 struct LcidCase {
   int32_t lcid;
   Language language;
@@ -79,16 +89,14 @@ TEST_P(LanguageFromLcidTest, PicksTheTable) {
   EXPECT_EQ(LanguageFromLcid(GetParam().lcid), GetParam().language);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lcids, LanguageFromLcidTest,
-                         testing::Values(LcidCase{0x0409, Language::kEnglish},
-                                         LcidCase{0x0809, Language::kEnglish},
-                                         LcidCase{0x040C, Language::kFrench},
-                                         LcidCase{0x080C, Language::kFrench},
-                                         LcidCase{0x100C, Language::kFrench},
-                                         LcidCase{0x0C0C, Language::kCanadianFrench},
-                                         LcidCase{0x10C0C, Language::kCanadianFrench},
-                                         LcidCase{0x0407, Language::kEnglish},
-                                         LcidCase{0, Language::kEnglish}));
+INSTANTIATE_TEST_SUITE_P(
+    Lcids, LanguageFromLcidTest,
+    testing::Values(LcidCase{0x0409, Language::kEnglish}, LcidCase{0x0809, Language::kEnglish},
+                    LcidCase{0x040C, Language::kFrench}, LcidCase{0x080C, Language::kFrench},
+                    LcidCase{0x100C, Language::kFrench},
+                    LcidCase{0x0C0C, Language::kCanadianFrench},
+                    LcidCase{0x10C0C, Language::kCanadianFrench},
+                    LcidCase{0x0407, Language::kEnglish}, LcidCase{0, Language::kEnglish}));
 
 }  // namespace
 }  // namespace zintra

@@ -183,7 +183,9 @@ class Parser {
       bytes_text = StripBlanks(bytes_text);
       bytes_text.pop_back();
       if (++*index >= lines_.size()) Fail(number, "the file ends inside continued hex data");
-      bytes_text += StripBlanks(lines_[*index].text);
+      std::string next = StripBlanks(lines_[*index].text);
+      if (next.empty()) Fail(number, "a blank line inside continued hex data");
+      bytes_text += next;
     }
     std::string bytes;
     std::vector<std::string> parts = text::Split(bytes_text, ",");

@@ -1,0 +1,141 @@
+#include "sim/registry/reg_file.h"
+
+#include <gtest/gtest.h>
+
+#include "sim/registry/utf16.h"
+#include "src/core/text.h"
+
+namespace zintra::sim {
+namespace {
+
+constexpr HKey kCU = kHKeyCurrentUser;
+constexpr HKey kLM = kHKeyLocalMachine;
+
+// As regedit saves it: UTF-16LE with a byte-order mark, CR LF line ends.
+std::string AsRegedit(const std::string& text) { return "\xFF\xFE" + Utf8ToUtf16Le(text); }
+
+const char kFixture[] =
+    "Windows Registry Editor Version 5.00\r\n"
+    "\r\n"
+    "; settings for the sales team\r\n"
+    "[HKEY_CURRENT_USER\\Software\\Brellow\\Zintra]\r\n"
+    "\"RunJobsAsync\"=dword:00000000\r\n"
+    "\"TrackedContactCategories\"=\"Clients \\\"A\\\"; Zoë\"\r\n"
+    "@=\"default\"\r\n"
+    "\"Blob\"=hex:01,02,\\\r\n"
+    "  ff\r\n"
+    "\"Expand\"=hex(2):25,00,54,00,4d,00,50,00,25,00,00,00\r\n"
+    "\r\n"
+    "[HKEY_CURRENT_USER\\Software\\Brellow\\Zintra\\Logging]\r\n"
+    "\"LogPath\"=\"C:\\\\Logs\\\\Zintra\"\r\n"
+    "\r\n"
+    "[HKEY_LOCAL_MACHINE\\Software\\Policies\\Brellow\\Zintra]\r\n"
+    "\"AllowLocalOverride\"=dword:00000001\r\n";
+
+TEST(RegFileTest, ImportsWhatRegeditWrites) {
+  for (const std::string& bytes : {AsRegedit(kFixture), std::string(kFixture)}) {
+    MemoryRegistry reg;
+    RegFile::Import(reg, bytes, "sales.reg");
+    const std::string key = "Software\\Brellow\\Zintra";
+    EXPECT_EQ(reg.GetValue(kCU, key, "RunJobsAsync")->AsDword(), 0u);
+    EXPECT_EQ(reg.GetValue(kCU, key, "TrackedContactCategories")->AsString(), "Clients \"A\"; Zoë");
+    EXPECT_EQ(reg.GetValue(kCU, key, "")->AsString(), "default");
+    EXPECT_EQ(reg.GetValue(kCU, key, "Blob")->data, (std::vector<uint8_t>{1, 2, 0xFF}));
+    EXPECT_EQ(reg.GetValue(kCU, key, "Expand")->AsString(), "%TMP%");
+    EXPECT_EQ(reg.GetValue(kCU, key, "Expand")->type, kRegExpandSz);
+    EXPECT_EQ(reg.GetValue(kCU, key + "\\Logging", "LogPath")->AsString(), "C:\\Logs\\Zintra");
+    EXPECT_EQ(
+        reg.GetValue(kLM, "Software\\Policies\\Brellow\\Zintra", "AllowLocalOverride")->AsDword(),
+        1u);
+  }
+}
+
+TEST(RegFileTest, DeletionsRemoveKeysAndValues) {
+  MemoryRegistry reg;
+  RegFile::Import(reg, kFixture, "a.reg");
+  RegFile::Import(reg,
+                  "REGEDIT4\n\n[-HKEY_CURRENT_USER\\Software\\Brellow\\Zintra\\Logging]\n"
+                  "[HKCU\\Software\\Brellow\\Zintra]\n\"runjobsasync\"=-\n",
+                  "b.reg");
+  EXPECT_FALSE(reg.HasKey(kCU, "Software\\Brellow\\Zintra\\Logging"));
+  EXPECT_FALSE(reg.GetValue(kCU, "Software\\Brellow\\Zintra", "RunJobsAsync"));
+  EXPECT_TRUE(reg.GetValue(kCU, "Software\\Brellow\\Zintra", "Blob"));
+}
+
+TEST(RegFileTest, ExportThenImportRebuildsTheSameTree) {
+  MemoryRegistry reg;
+  RegFile::Import(reg, kFixture, "a.reg");
+  reg.PutValue(kCU, "Software\\Brellow\\Zintra\\Big",
+               RegistryValue{"bin", kRegBinary, std::vector<uint8_t>(100, 0xAB)});
+  for (RegEncoding encoding : {RegEncoding::kUtf16, RegEncoding::kUtf8}) {
+    std::string text = RegFile::Export(reg, kCU, "software\\brellow", encoding);
+    MemoryRegistry copy;
+    RegFile::Import(copy, text, "export.reg");
+    EXPECT_EQ(RegFile::Export(copy, kCU, "Software\\Brellow", encoding), text);
+    EXPECT_EQ(copy.GetValue(kCU, "Software\\Brellow\\Zintra\\Big", "bin")->data.size(), 100u);
+  }
+  std::string text =
+      RegFile::Export(reg, kCU, "Software\\Brellow\\Zintra\\Logging", RegEncoding::kUtf8);
+  EXPECT_EQ(text,
+            "Windows Registry Editor Version 5.00\r\n\r\n"
+            "[HKEY_CURRENT_USER\\Software\\Brellow\\Zintra\\Logging]\r\n"
+            "\"LogPath\"=\"C:\\\\Logs\\\\Zintra\"\r\n\r\n");
+  // Long hex data is wrapped as regedit wraps it, no line past 80 characters.
+  std::string big = RegFile::Export(reg, kCU, "Software\\Brellow\\Zintra\\Big", RegEncoding::kUtf8);
+  EXPECT_NE(big.find("ab,\\\r\n  ab"), std::string::npos);
+  for (const std::string& line : text::Split(big, "\r\n")) EXPECT_LE(line.size(), 80u);
+}
+
+struct BadFile {
+  const char* body;
+  int line;
+  const char* problem;
+};
+
+void PrintTo(const BadFile& bad, std::ostream* os) { *os << bad.body; }
+
+class RegFileErrorTest : public ::testing::TestWithParam<BadFile> {};
+
+TEST_P(RegFileErrorTest, NamesTheLineAndChangesNothing) {
+  MemoryRegistry reg;
+  reg.SetDword(kCU, "Software\\Keep", "v", 1);
+  const BadFile& bad = GetParam();
+  std::string text = std::string("Windows Registry Editor Version 5.00\r\n\r\n") +
+                     "[HKEY_CURRENT_USER\\Software\\New]\r\n\"a\"=dword:00000001\r\n" + bad.body;
+  try {
+    RegFile::Import(reg, AsRegedit(text), "team.reg");
+    FAIL() << "accepted: " << bad.body;
+  } catch (const RegFileError& e) {
+    EXPECT_EQ(e.line(), bad.line);
+    EXPECT_NE(std::string(e.what()).find("team.reg:" + std::to_string(bad.line) + ": "),
+              std::string::npos);
+    EXPECT_NE(std::string(e.what()).find(bad.problem), std::string::npos) << e.what();
+  }
+  EXPECT_FALSE(reg.HasKey(kCU, "Software\\New")) << "half imported";
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Keep", "v")->AsDword(), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Syntax, RegFileErrorTest,
+    ::testing::Values(
+        BadFile{"\"b\"=dword:1234567890\r\n", 5, "dword"},
+        BadFile{"\"b\"=dword:xyz\r\n", 5, "dword"}, BadFile{"\"b\"=\"open\r\n", 5, "closing quote"},
+        BadFile{"\"b\"=\"C:\\Temp\"\r\n", 5, "backslash"},
+        BadFile{"\r\n[HKEY_CURRENT_USER\\Software\\X\r\n", 6, "']'"},
+        BadFile{"[HKEY_CLASSES_ROOT\\.txt]\r\n", 5, "unknown hive"},
+        BadFile{"\"b\"=hex:01,2g\r\n", 5, "two-digit"},
+        BadFile{"\"b\"=hex:01,\\\r\n  02,\\\r\n", 5, "continued hex data"},
+        BadFile{"\"b\" dword:1\r\n", 5, "'='"}, BadFile{"\"b\"=42\r\n", 5, "value data"},
+        BadFile{"garbage\r\n", 5, "not a key"},
+        BadFile{"[-HKEY_CURRENT_USER\\Software\\Gone]\r\n\"c\"=\"x\"\r\n", 6, "being deleted"}));
+
+TEST(RegFileTest, AFileMustStartWithItsHeader) {
+  MemoryRegistry reg;
+  EXPECT_THROW(RegFile::Import(reg, "[HKEY_CURRENT_USER\\Software\\X]\r\n", "x.reg"), RegFileError);
+  EXPECT_THROW(RegFile::Import(reg, "", "x.reg"), RegFileError);
+  EXPECT_THROW(RegFile::Import(reg, "REGEDIT4\r\n\"v\"=\"x\"\r\n", "x.reg"), RegFileError);
+  EXPECT_THROW(RegFile::Export(reg, kCU, "Software\\Missing"), std::invalid_argument);
+}
+
+}  // namespace
+}  // namespace zintra::sim

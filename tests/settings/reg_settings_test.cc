@@ -61,12 +61,11 @@ void ChangeEveryField(RegSettings& s) {
   s.UniqueEmailAddresses = false;
   s.GetRowChunkSize = 250;
   s.FoldersetCount = 2;
-  for (StringList* l : {&s.ContactFolderEntryIDs, &s.ContactFolderStoreIDs,
-                        &s.EmailFolderEntryIDs, &s.EmailFolderStoreIDs, &s.JournalFolderEntryIDs,
-                        &s.JournalFolderStoreIDs, &s.SharedCalendarEntryIDs,
-                        &s.SharedCalendarStoreIDs, &s.SharedJournalEntryIDs,
-                        &s.SharedJournalStoreIDs, &s.SharedTaskListEntryIDs,
-                        &s.SharedTaskListStoreIDs}) {
+  for (StringList* l :
+       {&s.ContactFolderEntryIDs, &s.ContactFolderStoreIDs, &s.EmailFolderEntryIDs,
+        &s.EmailFolderStoreIDs, &s.JournalFolderEntryIDs, &s.JournalFolderStoreIDs,
+        &s.SharedCalendarEntryIDs, &s.SharedCalendarStoreIDs, &s.SharedJournalEntryIDs,
+        &s.SharedJournalStoreIDs, &s.SharedTaskListEntryIDs, &s.SharedTaskListStoreIDs}) {
     l->Clear();
     l->Add(l == &s.EmailFolderStoreIDs ? "" : "00AB01");  // a set without an e-mail folder
     l->Add("00CD02");
@@ -133,6 +132,18 @@ TEST_F(SettingsTest, SavingWritesOnlyNonDefaultsAndReadsBackTheSame) {
   EXPECT_EQ(registry_.Values(kHKeyCurrentUser, "Software\\Brellow\\Zintra").size(), 0u);
   EXPECT_FALSE(UserValue("\\Logging", "LogPath"));
   EXPECT_EQ(registry_.OpenHandleCount(), 0u);
+}
+
+TEST_F(SettingsTest, SavedSettingsTravelAsRegText) {
+  RegSettings s = ReadAll();
+  ChangeEveryField(s);
+  s.Save();
+  std::string text = sim::RegFile::Export(registry_, kHKeyCurrentUser, kProductKey);
+  sim::MemoryRegistry other_machine;
+  sim::RegFile::Import(other_machine, text, "zintra.reg");
+  RegSettings moved(other_machine, files_, platform_);
+  moved.Read(false, false, false);
+  EXPECT_EQ(Dump(moved), Dump(s));
 }
 
 TEST_F(SettingsTest, ListsAreAsLongAsTheirCountWithMissingElementsDefaulted) {

@@ -1,0 +1,148 @@
+// ZintraUtils: connection, the save bracket, versions and the small services.
+// Item marks live in zintra_utils_props.cc, screening in zintra_utils_screening.cc.
+#include "src/logging/zintra_utils.h"
+
+#include <cctype>
+#include <utility>
+
+#include "src/addin/i_check_linger.h"
+#include "src/core/z_error.h"
+#include "src/errors/cached_error.h"
+#include "src/errors/error_handling.h"
+#include "src/host/mapi_session.h"
+#include "src/host/mapi_utils.h"
+#include "src/host/outlook_application.h"
+#include "src/ui/optional_messages.h"
+
+namespace zintra {
+
+namespace {
+
+constexpr char kModName[] = "ZintraUtils";
+
+// Runs PostSaveItem on every way out of a bracketed action, so that a failing
+// Save or Delete never leaves the saving flag set.
+class SaveBracket {
+ public:
+  explicit SaveBracket(ZintraUtils& utils) : utils_(utils) { utils_.PreSaveItem(); }
+  ~SaveBracket() { utils_.PostSaveItem(); }
+  SaveBracket(const SaveBracket&) = delete;
+  SaveBracket& operator=(const SaveBracket&) = delete;
+
+ private:
+  ZintraUtils& utils_;
+};
+
+[[noreturn]] void RaiseWithStep(const char* proc_name) {
+  CachedError rec;
+  rec.SetToCurrentException(kModName, proc_name);
+  rec.Raise();
+  throw rec.ToZError();  // Raise returns only for number 0, which a raise never has
+}
+
+}  // namespace
+
+ZintraUtils::ZintraUtils(ErrorHandling& errors) : errors_(errors) {}
+
+ZintraUtils::~ZintraUtils() = default;
+
+void ZintraUtils::Connect(ZintraUtilsHost host) { host_ = std::move(host); }
+
+void ZintraUtils::SetLibrary(std::shared_ptr<MapiUtils> mapi_utils,
+                             std::shared_ptr<RdoSession> session) {
+  mapi_utils_ = std::move(mapi_utils);
+  rdo_session_ = std::move(session);
+}
+
+void ZintraUtils::Kill() {
+  host_ = ZintraUtilsHost{};
+  mapi_utils_.reset();
+  rdo_session_.reset();
+  check_linger_.clear();
+}
+
+void ZintraUtils::PreSaveItem() {
+  if (saving_) {
+    throw ZError(kErrInvalidCall, "Called PreSaveItem again before PostSaveItem was called.",
+                 std::string(kModName) + ".PreSaveItem");
+  }
+  saving_ = true;
+}
+
+void ZintraUtils::PostSaveItem() { saving_ = false; }
+
+bool ZintraUtils::SquelchItemSend(const std::shared_ptr<Item>& /*item*/) const { return saving_; }
+
+void ZintraUtils::SaveItem(const std::shared_ptr<Item>& item) {
+  try {
+    if (!item) throw ZError(kErrObjectNotSet, ZError::StandardDescription(kErrObjectNotSet));
+    SaveBracket bracket(*this);
+    item->Save();
+  } catch (...) {
+    CachedError rec;
+    rec.SetToCurrentException(kModName, "SaveItem");
+    rec.Log(errors_);
+    rec.Raise();
+  }
+}
+
+void ZintraUtils::PermDeleteItem(const std::shared_ptr<Item>& item) {
+  try {
+    if (!item) throw ZError(kErrObjectNotSet, ZError::StandardDescription(kErrObjectNotSet));
+    if (!rdo_session_) {
+      throw ZError(kErrObjectNotSet, "The MAPI library session is not available");
+    }
+    {
+      SaveBracket bracket(*this);
+      item->Save();
+    }
+    std::shared_ptr<RdoMessage> message = rdo_session_->GetMessageFromID(item->EntryID());
+    if (!message) throw ZError(kMapiNotFound, "Message not found: " + item->EntryID());
+    SaveBracket bracket(*this);
+    message->Delete();
+  } catch (...) {
+    RaiseWithStep("PermDeleteItem");
+  }
+}
+
+std::string ZintraUtils::Version() const {
+  return std::to_string(kAddinVersionMajor) + "." + std::to_string(kAddinVersionMinor) + "." +
+         std::to_string(kAddinVersionRevision);
+}
+
+int32_t ZintraUtils::OutlookMajorVersion() const {
+  if (!host_.application) return 0;
+  std::string version;
+  try {
+    version = host_.application->Version();
+  } catch (const ZError&) {
+    return 0;  // an unreadable version answers as an unknown host
+  }
+  int32_t major = 0;
+  for (char c : version) {
+    if (c == '.') break;
+    if (!std::isdigit(static_cast<unsigned char>(c))) return 0;
+    major = major * 10 + (c - '0');
+    if (major > 1000) return 0;
+  }
+  return major;
+}
+
+bool ZintraUtils::Outlook9() const { return OutlookMajorVersion() == 9; }
+
+bool ZintraUtils::Outlook10() const { return OutlookMajorVersion() == 10; }
+
+bool ZintraUtils::Outlook12OrHigher() const { return OutlookMajorVersion() >= 12; }
+
+bool ZintraUtils::OptionalMsgBox(int32_t DialogIdx, const std::string& Message,
+                                 const std::string& Caption, WindowHandle OwnerForm) {
+  if (!host_.optional_messages) {
+    errors_.WriteLogMessage(
+        "Optional message " + std::to_string(DialogIdx) + " not shown: no message box: " + Message,
+        true);
+    return false;
+  }
+  return host_.optional_messages->OptionalMsgBox(DialogIdx, Message, Caption, OwnerForm);
+}
+
+}  // namespace zintra

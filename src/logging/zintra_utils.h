@@ -1,0 +1,192 @@
+// ZintraUtils: the add-in's single utility object. It owns the format of every mark
+// the system leaves on an Outlook item (user properties and named properties in the
+// private property set), saves and hard-deletes items inside the save bracket so that
+// the add-in ignores the item events it causes itself, screens items for every job,
+// and answers item-type and host-version questions. It also hands out fresh keys,
+// shows optional messages and keeps the lingering-reference registrations.
+//
+// Ownership: the add-in creates one instance at start-up and connects it (Connect),
+// then hands over the MAPI library's utility object and session once it has made them
+// (SetLibrary). ZintraUtils holds shared references to the Outlook application and
+// the library objects until Kill; it borrows the settings, the error handling and the
+// optional messages, which must outlive it (or until Kill).
+//
+// Errors: operations that touch Outlook or the library propagate the platform's
+// errors as ZError with this module's step appended to the source trail. SaveItem,
+// SetNamedProp and GeneralScreening also write the error to the log before raising
+// it. An operation that needs an object not connected yet (or released by Kill)
+// raises 91 (kErrObjectNotSet). Called on Outlook's thread only.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "src/core/key_generator.h"
+#include "src/core/value.h"
+#include "src/host/mapi_object.h"
+#include "src/host/window.h"
+
+namespace zintra {
+
+class Application;
+class ErrorHandling;
+class ICheckLinger;
+class Item;
+class Links;
+class MapiUtils;
+class OptionalMessages;
+class RdoSession;
+class RegSettings;
+class UserProperties;
+
+// The private property set of the system's named properties.
+inline constexpr char kZintraPropSetGuid[] = "{1431FEFD-624F-4E83-B1E7-2FB23BE33AF4}";
+
+// Item marks: user properties.
+inline constexpr char kPropZintraTag[] = "Zintra Tag";
+inline constexpr char kPropZintraLogged[] = "Zintra Logged";
+inline constexpr char kPropZintraShared[] = "Zintra Shared";
+// Item marks: named properties in kZintraPropSetGuid.
+inline constexpr char kPropZintraLastAudited[] = "Zintra Last Audited";   // PT_SYSTIME
+inline constexpr char kPropLoggedEntryIds[] = "Zintra Logged Entry IDs";  // PT_MV_STRING8
+inline constexpr char kPropLoggedStoreIds[] = "Zintra Logged Store IDs";
+inline constexpr char kPropSharedCopyEntryIds[] = "Zintra Shared Copy Entry IDs";
+inline constexpr char kPropSharedCopyStoreIds[] = "Zintra Shared Copy Store IDs";
+
+// The value "Zintra Tag" holds while a job of the system owns the item.
+inline constexpr char kZintraTagProcessing[] = "Processing";
+
+// The add-in's own version numbers (Version() joins them with points).
+inline constexpr int32_t kAddinVersionMajor = 3;
+inline constexpr int32_t kAddinVersionMinor = 0;
+inline constexpr int32_t kAddinVersionRevision = 112;
+
+// What ZintraUtils is connected to at start-up. Null members are allowed: the
+// operations that need them raise 91 (OptionalMsgBox only logs).
+struct ZintraUtilsHost {
+  std::shared_ptr<Application> application;
+  const RegSettings* settings = nullptr;
+  OptionalMessages* optional_messages = nullptr;
+};
+
+class ZintraUtils {
+ public:
+  explicit ZintraUtils(ErrorHandling& errors);
+  ~ZintraUtils();
+  ZintraUtils(const ZintraUtils&) = delete;
+  ZintraUtils& operator=(const ZintraUtils&) = delete;
+
+  // Connection to the add-in (start-up step "ZintraUtils connected to the add-in").
+  void Connect(ZintraUtilsHost host);
+  // The MAPI library's utility object (named properties) and session (hard deletes).
+  void SetLibrary(std::shared_ptr<MapiUtils> mapi_utils, std::shared_ptr<RdoSession> session);
+  // Drops every reference it holds (application, library, registrations). Idempotent.
+  void Kill();
+
+  // ---- User properties (both facades: an Outlook item's collection or the
+  // library's collection of the same message).
+  // The property's value, or Empty when the item has no such property. Never creates.
+  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name);
+  // Finds or adds the property and sets its value; does not save the item. Raises 91
+  // "Failed to add property: <name>" when the property can be neither found nor added.
+  // AddToFolderFields is honoured only when the settings allow folder fields
+  // (EditFolderFields and AlwaysUseFolderFields both set); otherwise False is passed.
+  void SetUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name,
+                       int32_t type, const Value& value, bool AddToFolderFields);
+  Value GetRDOUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name);
+  void SetRDOUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name,
+                          int32_t type, const Value& value, bool AddToFolderFields);
+  // The final AddToFolderFields passed to Add for a caller's wish.
+  bool EffectiveAddToFolderFields(bool AddToFolderFields) const;
+
+  // ---- Named properties. `name` is a text name or a numeric id; prop_type is ORed
+  // into the resolved tag. Get never creates a mapping (Empty when the name is
+  // unknown in the store); Set creates it. For PT_STRING8 Set stores the value as
+  // text (a number as its decimal text). With Save the write stores the item inside
+  // the save bracket.
+  Value GetNamedProp(const std::shared_ptr<MapiObject>& object, const Value& name,
+                     uint16_t prop_type, const std::string& guid = kZintraPropSetGuid);
+  void SetNamedProp(const std::shared_ptr<MapiObject>& object, const Value& name,
+                    const Value& value, uint16_t prop_type, bool Save,
+                    const std::string& guid = kZintraPropSetGuid);
+
+  // ---- Save bracket. One flag, not nested.
+  // Raises 5 "Called PreSaveItem again before PostSaveItem was called." when set.
+  void PreSaveItem();
+  // Clears the flag; harmless when clear.
+  void PostSaveItem();
+  // True inside the bracket: item event handlers return at once. The item is the one
+  // the event is about (unused: the flag alone decides).
+  bool SquelchItemSend(const std::shared_ptr<Item>& item = nullptr) const;
+  // PreSaveItem, Item.Save, PostSaveItem (run even when Save fails).
+  void SaveItem(const std::shared_ptr<Item>& item);
+  // Saves the item in the bracket, opens the same message through the library
+  // session by its EntryID and hard-deletes it there (bypassing Deleted Items), again
+  // in the bracket.
+  void PermDeleteItem(const std::shared_ptr<Item>& item);
+
+  // ---- Screening. True when a job may touch the item; otherwise False with the
+  // reason of the first test that hit. Subject (full name for a contact), folder
+  // name and description out-values are filled once the item has passed the first
+  // five tests. Logs one debug line per screened item.
+  bool GeneralScreening(const std::string& caller, const std::shared_ptr<Item>& item, bool Received,
+                        bool Sent, std::string& reason, std::string& subject,
+                        std::string& folder_name, std::string& item_description);
+
+  // ---- Item type and versions.
+  // OlItemType number for the item's kind (reports count as mail, documents as
+  // journal entries); 0 for nullptr or an unknown kind.
+  int32_t OLItemType(const std::shared_ptr<Item>& item) const;
+  // Links `item` (a saved contact), resolved afresh by its EntryID and StoreID, into
+  // `links`.
+  void AddToLinksCollection(const std::shared_ptr<Links>& links, const std::shared_ptr<Item>& item);
+  // "major.minor.revision" of the add-in.
+  std::string Version() const;
+  // Host major version tests (the number before the first point of Application's
+  // Version); all False while no application is connected.
+  bool Outlook9() const;
+  bool Outlook10() const;
+  bool Outlook12OrHigher() const;
+  // The host's major version; 0 when unknown.
+  int32_t OutlookMajorVersion() const;
+
+  // ---- Miscellany.
+  // A key never handed out before by this object.
+  std::string GenerateKey() { return keys_.GenerateKey(); }
+  // Shows an optional message unless the user suppressed dialog DialogIdx; returns
+  // whether it was shown. Never throws.
+  bool OptionalMsgBox(int32_t DialogIdx, const std::string& Message, const std::string& Caption,
+                      WindowHandle OwnerForm = 0);
+
+  // ---- Lingering-reference check (implemented in zintra_utils_linger.cc).
+  // Appends obj to the registration list.
+  void SetCheckLinger(std::shared_ptr<ICheckLinger> obj);
+  // Runs every registered check once, in registration order, logging a failing one
+  // and going on; a second run only logs a warning.
+  void CheckLingering();
+
+  ErrorHandling& Errors() { return errors_; }
+
+ private:
+  Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, const std::string& name,
+                          const char* proc_name);
+  void SetUserPropertyIn(const std::shared_ptr<UserProperties>& props, const std::string& name,
+                         int32_t type, const Value& value, bool AddToFolderFields,
+                         const char* proc_name);
+  MapiUtils& RequireMapiUtils(const char* proc_name) const;
+
+  ErrorHandling& errors_;
+  ZintraUtilsHost host_;
+  std::shared_ptr<MapiUtils> mapi_utils_;
+  std::shared_ptr<RdoSession> rdo_session_;
+  KeyGenerator keys_;
+  bool saving_ = false;  // the saving flag, set between PreSaveItem and PostSaveItem
+
+  // Lingering-reference registrations and the once-only guard.
+  std::vector<std::shared_ptr<ICheckLinger>> check_linger_;
+  bool check_lingering_entered_ = false;
+};
+
+}  // namespace zintra

@@ -83,6 +83,7 @@ void ZintraUtils::SaveItem(const std::shared_ptr<Item>& item) {
     rec.SetToCurrentException(kModName, "SaveItem");
     rec.Log(errors_);
     rec.Raise();
+    throw;
   }
 }
 

@@ -1,0 +1,200 @@
+// ZintraUtils: the item marks (user properties through either facade, named
+// properties in a property set), item types and links.
+#include <string>
+
+#include "src/core/z_error.h"
+#include "src/errors/cached_error.h"
+#include "src/errors/error_handling.h"
+#include "src/host/mapi_utils.h"
+#include "src/host/outlook_application.h"
+#include "src/host/outlook_folder.h"
+#include "src/host/outlook_item.h"
+#include "src/host/outlook_item_parts.h"
+#include "src/logging/zintra_utils.h"
+#include "src/settings/reg_settings.h"
+
+namespace zintra {
+
+namespace {
+
+constexpr char kModName[] = "ZintraUtils";
+
+ZError ObjectNotSet(const std::string& what) {
+  return ZError(kErrObjectNotSet, ZError::StandardDescription(kErrObjectNotSet) + ": " + what,
+                kModName);
+}
+
+}  // namespace
+
+Value ZintraUtils::GetUserProperty(const std::shared_ptr<UserProperties>& props,
+                                   const std::string& name) {
+  return GetUserPropertyIn(props, name, "GetUserProperty");
+}
+
+void ZintraUtils::SetUserProperty(const std::shared_ptr<UserProperties>& props,
+                                  const std::string& name, int32_t type, const Value& value,
+                                  bool AddToFolderFields) {
+  SetUserPropertyIn(props, name, type, value, AddToFolderFields, "SetUserProperty");
+}
+
+Value ZintraUtils::GetRDOUserProperty(const std::shared_ptr<UserProperties>& props,
+                                      const std::string& name) {
+  return GetUserPropertyIn(props, name, "GetRDOUserProperty");
+}
+
+void ZintraUtils::SetRDOUserProperty(const std::shared_ptr<UserProperties>& props,
+                                     const std::string& name, int32_t type, const Value& value,
+                                     bool AddToFolderFields) {
+  SetUserPropertyIn(props, name, type, value, AddToFolderFields, "SetRDOUserProperty");
+}
+
+bool ZintraUtils::EffectiveAddToFolderFields(bool AddToFolderFields) const {
+  // Adding a field changes the folder's definition for every user of the folder, so
+  // it takes both the permission to edit folder fields and the explicit wish to use
+  // them; the defaults leave folders alone.
+  const RegSettings* settings = host_.settings;
+  return AddToFolderFields && settings != nullptr && settings->EditFolderFields &&
+         settings->AlwaysUseFolderFields;
+}
+
+Value ZintraUtils::GetUserPropertyIn(const std::shared_ptr<UserProperties>& props,
+                                     const std::string& name, const char* proc_name) {
+  try {
+    if (!props) throw ObjectNotSet("no user-property collection");
+    std::shared_ptr<UserProperty> prop = props->Find(name);
+    return prop ? prop->GetValue() : Value{};
+  } catch (...) {
+    CachedError rec;
+    rec.SetToCurrentException(kModName, proc_name);
+    rec.Raise();
+    throw;
+  }
+}
+
+void ZintraUtils::SetUserPropertyIn(const std::shared_ptr<UserProperties>& props,
+                                    const std::string& name, int32_t type, const Value& value,
+                                    bool AddToFolderFields, const char* proc_name) {
+  try {
+    if (!props) throw ObjectNotSet("no user-property collection");
+    std::shared_ptr<UserProperty> prop = props->Find(name);
+    if (!prop) prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
+    if (!prop) throw ZError(kErrObjectNotSet, "Failed to add property: " + name, kModName);
+    prop->SetValue(value);
+  } catch (...) {
+    CachedError rec;
+    rec.SetToCurrentException(kModName, proc_name);
+    rec.Raise();
+    throw;
+  }
+}
+
+MapiUtils& ZintraUtils::RequireMapiUtils(const char* proc_name) const {
+  if (!mapi_utils_) {
+    throw ObjectNotSet(std::string("the MAPI utilities are not available to ") + proc_name);
+  }
+  return *mapi_utils_;
+}
+
+Value ZintraUtils::GetNamedProp(const std::shared_ptr<MapiObject>& object, const Value& name,
+                                uint16_t prop_type, const std::string& guid) {
+  try {
+    if (!object) throw ObjectNotSet("no MAPI object");
+    MapiUtils& utils = RequireMapiUtils("GetNamedProp");
+    // Reading never adds a name to the store's mapping: an unknown name reads as Empty.
+    int32_t tag = utils.GetIDsFromNames(object, guid, name, false);
+    if (PropId(tag) == 0) return Value{};
+    return utils.HrGetOneProp(object, tag | prop_type);
+  } catch (...) {
+    CachedError rec;
+    rec.SetToCurrentException(kModName, "GetNamedProp");
+    rec.Raise();
+    throw;
+  }
+}
+
+void ZintraUtils::SetNamedProp(const std::shared_ptr<MapiObject>& object, const Value& name,
+                               const Value& value, uint16_t prop_type, bool Save,
+                               const std::string& guid) {
+  bool bracketed = false;
+  try {
+    if (!object) throw ObjectNotSet("no MAPI object");
+    MapiUtils& utils = RequireMapiUtils("SetNamedProp");
+    int32_t tag = utils.GetIDsFromNames(object, guid, name, true);
+    if (PropId(tag) == 0) {
+      throw ZError(kMapiCallFailed, "No property tag for named property '" + name.ToString() + "'",
+                   kModName);
+    }
+    tag |= prop_type;
+    const Value stored = prop_type == kPtString8 ? Value(value.ToString()) : value;
+    if (Save) {
+      PreSaveItem();
+      bracketed = true;
+    }
+    utils.HrSetOneProp(object, tag, stored, Save);
+    if (bracketed) PostSaveItem();
+  } catch (...) {
+    if (bracketed) PostSaveItem();
+    CachedError rec;
+    rec.SetToCurrentException(kModName, "SetNamedProp");
+    rec.Log(errors_);
+    rec.Raise();
+    throw;
+  }
+}
+
+int32_t ZintraUtils::OLItemType(const std::shared_ptr<Item>& item) const {
+  if (!item) return kOlMailItem;
+  switch (item->Class()) {
+    case ItemClass::kMail:
+    case ItemClass::kReport:
+      return kOlMailItem;
+    case ItemClass::kAppointment:
+    case ItemClass::kMeeting:
+      return kOlAppointmentItem;
+    case ItemClass::kContact:
+      return kOlContactItem;
+    case ItemClass::kTask:
+    case ItemClass::kTaskRequest:
+    case ItemClass::kTaskRequestUpdate:
+    case ItemClass::kTaskRequestAccept:
+    case ItemClass::kTaskRequestDecline:
+      return kOlTaskItem;
+    case ItemClass::kJournal:
+    case ItemClass::kDocument:
+      return kOlJournalItem;
+    case ItemClass::kNote:
+      return kOlNoteItem;
+    case ItemClass::kPost:
+    case ItemClass::kRemote:
+      return kOlPostItem;
+    case ItemClass::kDistList:
+      return kOlDistributionListItem;
+    default:
+      return kOlMailItem;
+  }
+}
+
+void ZintraUtils::AddToLinksCollection(const std::shared_ptr<Links>& links,
+                                       const std::shared_ptr<Item>& item) {
+  try {
+    if (!links) throw ObjectNotSet("no links collection");
+    if (!item) throw ObjectNotSet("no item to link");
+    if (!host_.application) throw ObjectNotSet("no Outlook application");
+    // The item may come from another session or from the library; the link must
+    // point at the contact as this session's object model sees it.
+    std::string store_id;
+    if (std::shared_ptr<Folder> parent = item->Parent()) store_id = parent->StoreID();
+    std::shared_ptr<Namespace> session = host_.application->Session();
+    if (!session) throw ObjectNotSet("no Outlook session");
+    std::shared_ptr<Item> resolved = session->GetItemFromID(item->EntryID(), store_id);
+    if (!resolved) throw ZError(kMapiNotFound, "Item to link not found", kModName);
+    links->Add(resolved);
+  } catch (...) {
+    CachedError rec;
+    rec.SetToCurrentException(kModName, "AddToLinksCollection");
+    rec.Raise();
+    throw;
+  }
+}
+
+}  // namespace zintra

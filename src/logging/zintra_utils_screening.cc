@@ -1,0 +1,88 @@
+// ZintraUtils::GeneralScreening: the tests every job and folder scan applies before
+// it touches an item.
+#include <string>
+
+#include "src/core/date.h"
+#include "src/errors/cached_error.h"
+#include "src/errors/error_handling.h"
+#include "src/host/outlook_folder.h"
+#include "src/host/outlook_item.h"
+#include "src/logging/zintra_utils.h"
+
+namespace zintra {
+
+namespace {
+
+constexpr char kModName[] = "ZintraUtils";
+constexpr char kScreeningDateFormat[] = "dd-mmm\\/yy h\\:Nna/p";
+
+}  // namespace
+
+bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_ptr<Item>& item,
+                                   bool Received, bool Sent, std::string& reason,
+                                   std::string& subject, std::string& folder_name,
+                                   std::string& item_description) {
+  reason.clear();
+  subject.clear();
+  folder_name.clear();
+  item_description.clear();
+  try {
+    if (!item) {
+      reason = "Item is nothing";
+      return false;
+    }
+    const ItemClass item_class = item->Class();
+    if (item_class == ItemClass::kRemote) {
+      reason = "Item is RemoteItem";
+      return false;
+    }
+    if (item_class == ItemClass::kNote) {
+      reason = "Item is NoteItem";
+      return false;
+    }
+    const std::string type_name = item->TypeName();
+    if (type_name == "SharingItem") {
+      reason = "Item is SharingItem";
+      return false;
+    }
+    std::shared_ptr<Folder> parent = item->Parent();
+    if (!parent) {
+      reason = "Item.Parent is nothing";
+      return false;
+    }
+
+    subject = item_class == ItemClass::kContact ? item->FullName() : item->Subject();
+    folder_name = parent->Name();
+
+    // The labels are crossed on purpose: a received mail is described by the time it
+    // was sent, a sent one by the time it was received.
+    if (item_class == ItemClass::kMail) {
+      if (Received) {
+        item_description = "[Recieved " + FormatDate(item->SentOn(), kScreeningDateFormat) + "]";
+      } else if (Sent) {
+        item_description = "[Sent " + FormatDate(item->ReceivedTime(), kScreeningDateFormat) + "]";
+      }
+    }
+    if (item_description.empty()) {
+      item_description = "[Created " + FormatDate(item->CreationTime(), kScreeningDateFormat) + "]";
+    }
+
+    errors_.WriteLogMessage("Screening " + caller + " " + type_name + " '" + subject + "' in '" +
+                                folder_name + "' " + item_description,
+                            false);
+
+    if (!GetUserProperty(item->UserProperties(), kPropZintraTag).ToString().empty()) {
+      reason = "ZINTRAPROP_TAG is not empty";
+      return false;
+    }
+    return true;
+  } catch (...) {
+    CachedError rec;
+    rec.SetToCurrentException(kModName, "GeneralScreening");
+    rec.Log(errors_);
+    rec.Raise();
+    throw;
+  }
+}
+
+}  // namespace zintra

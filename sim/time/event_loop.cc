@@ -100,9 +100,9 @@ void EventLoop::Fire(SimTimer* timer) {
   if (it == timers_.end()) return;
   timer->in_tick_ = false;
   if (timer->enabled_ && timer->generation_ == generation) {
-    // Ticks do not pile up: a handler that overran its interval gets the next tick
-    // as soon as the loop runs again.
-    timer->due_ = std::max(timer->due_ + int64_t{timer->interval_} * 1000, clock_.micros());
+    // As with window timers, the next interval counts from this tick, so ticks never
+    // pile up and a short interval fires at most once per clock tick.
+    timer->due_ = fired_at + int64_t{timer->interval_} * 1000;
   }
 }
 

@@ -1,0 +1,69 @@
+// FaultInjector: makes any member of the simulated Outlook and MAPI library fail on
+// demand, so that every failure path of the system can be driven from a test.
+//
+// A rule names a member as "Class.Member" (the port's names: "Item.Save",
+// "Items.GetNext", "MapiTable.GetRows", "MapiUtils.HrGetOneProp"), or "Class.*" for
+// every member of the class. It applies to one object (the key returned by
+// ObjectKeyOf in sim_keys.h, or a window object) or, with object nullptr, to every
+// object of the class. When a rule fires the member throws ZError(number, text)
+// before doing anything. Each rule counts the calls it matches:
+//   Always      every matching call fails;
+//   OnCall(n)   only the n-th matching call fails (1-based);
+//   AfterCalls(n) the first n matching calls succeed, every later one fails.
+// Rules stay until removed; Clear drops them all. Not thread-safe (Outlook's thread).
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zintra::sim {
+
+class FaultInjector {
+ public:
+  enum class Mode { kAlways, kOnCall, kAfterCalls };
+
+  // Returns the rule's id, for Remove and CallsSeen.
+  int Add(std::string member, Mode mode, int64_t n, int32_t number, std::string text,
+          const void* object = nullptr);
+  int FailAlways(std::string member, int32_t number, std::string text = {},
+                 const void* object = nullptr) {
+    return Add(std::move(member), Mode::kAlways, 0, number, std::move(text), object);
+  }
+  int FailOnCall(std::string member, int64_t n, int32_t number, std::string text = {},
+                 const void* object = nullptr) {
+    return Add(std::move(member), Mode::kOnCall, n, number, std::move(text), object);
+  }
+  int FailAfterCalls(std::string member, int64_t n, int32_t number, std::string text = {},
+                     const void* object = nullptr) {
+    return Add(std::move(member), Mode::kAfterCalls, n, number, std::move(text), object);
+  }
+  void Remove(int rule_id);
+  void Clear() { rules_.clear(); }
+  // Calls the rule has matched so far (failed or not); -1 for an unknown id.
+  int64_t CallsSeen(int rule_id) const;
+
+  // Called by every simulated member first; throws ZError when a rule fires.
+  void Check(std::string_view member, const void* object = nullptr) {
+    if (!rules_.empty()) CheckSlow(member, object);
+  }
+
+ private:
+  struct Rule {
+    int id;
+    std::string member;
+    Mode mode;
+    int64_t n;
+    int32_t number;
+    std::string text;
+    const void* object;
+    int64_t calls;
+  };
+  void CheckSlow(std::string_view member, const void* object);
+
+  std::vector<Rule> rules_;
+  int next_id_ = 1;
+};
+
+}  // namespace zintra::sim

@@ -1,0 +1,337 @@
+#include "sim/outlook/sim_folder.h"
+
+#include <algorithm>
+
+#include "sim/outlook/message_props.h"
+#include "sim/outlook/sim_item.h"
+#include "sim/outlook/sim_mapi_object.h"
+#include "sim/outlook/sim_namespace.h"
+#include "src/core/date.h"
+#include "src/core/text.h"
+#include "src/core/z_error.h"
+#include "src/host/mapi_object.h"
+
+namespace zintra::sim {
+
+std::shared_ptr<SimFolder> MakeFolder(Profile* profile, std::shared_ptr<FolderRecord> record) {
+  return std::make_shared<SimFolder>(profile, std::move(record));
+}
+
+// --- SimFolder ---
+
+SimFolder::SimFolder(Profile* profile, std::shared_ptr<FolderRecord> record)
+    : profile_(profile), record_(std::move(record)) {}
+
+void SimFolder::Hit(std::string_view member) const {
+  profile_->Faults().Check(member, record_.get());
+  Profile::CheckAlive(*record_);
+}
+
+std::string SimFolder::Name() const {
+  Hit("Folder.Name");
+  return record_->name;
+}
+
+void SimFolder::SetName(const std::string& name) {
+  Hit("Folder.SetName");
+  if (name.empty()) throw ZError(kMapiInvalidParameter, "A folder name is required");
+  record_->name = name;
+}
+
+std::string SimFolder::EntryID() const {
+  Hit("Folder.EntryID");
+  return profile_->EntryIdOf(*record_);
+}
+
+std::string SimFolder::StoreID() const {
+  Hit("Folder.StoreID");
+  return profile_->StoreIdOf(*record_->store);
+}
+
+int32_t SimFolder::DefaultItemType() const {
+  Hit("Folder.DefaultItemType");
+  return record_->default_item_type;
+}
+
+std::shared_ptr<AutomationObject> SimFolder::Parent() {
+  Hit("Folder.Parent");
+  if (auto parent = record_->parent.lock()) return MakeFolder(profile_, parent);
+  return MakeNamespace(profile_);
+}
+
+std::shared_ptr<zintra::Folders> SimFolder::Folders() {
+  Hit("Folder.Folders");
+  return std::make_shared<SimFolders>(profile_, record_);
+}
+
+std::shared_ptr<zintra::Items> SimFolder::Items() {
+  Hit("Folder.Items");
+  return std::make_shared<SimItems>(profile_, record_);
+}
+
+std::shared_ptr<MapiObject> SimFolder::MAPIOBJECT() {
+  Hit("Folder.MAPIOBJECT");
+  return std::make_shared<SimMapiObject>(profile_, record_);
+}
+
+void SimFolder::Delete() {
+  Hit("Folder.Delete");
+  profile_->DeleteFolder(record_);
+}
+
+// --- SimFolders ---
+
+SimFolders::SimFolders(Profile* profile, std::shared_ptr<FolderRecord> parent)
+    : profile_(profile), parent_(std::move(parent)) {}
+
+void SimFolders::Hit(std::string_view member) const {
+  profile_->Faults().Check(member, FaultKey());
+  if (parent_) Profile::CheckAlive(*parent_);
+}
+
+std::vector<std::shared_ptr<FolderRecord>> SimFolders::List() const {
+  if (parent_) return parent_->children;
+  std::vector<std::shared_ptr<FolderRecord>> roots;
+  for (const auto& store : profile_->Stores()) roots.push_back(store->root);
+  return roots;
+}
+
+int32_t SimFolders::Count() const {
+  Hit("Folders.Count");
+  return static_cast<int32_t>(List().size());
+}
+
+std::shared_ptr<Folder> SimFolders::Item(int32_t index) {
+  Hit("Folders.Item");
+  auto list = List();
+  return MakeFolder(profile_, list[CheckIndex(index, list.size())]);
+}
+
+std::shared_ptr<Folder> SimFolders::Item(const std::string& name) {
+  Hit("Folders.Item");
+  for (const auto& folder : List()) {
+    if (text::EqualsNoCase(folder->name, name)) return MakeFolder(profile_, folder);
+  }
+  throw ZError(kMapiNotFound, "The folder '" + name + "' could not be found");
+}
+
+std::shared_ptr<Folder> SimFolders::Add(const std::string& name, int32_t type) {
+  Hit("Folders.Add");
+  if (!parent_) throw ZError(kMapiNoAccess, "A store cannot be added here");
+  int32_t item_type = kOlMailItem;
+  switch (type) {
+    case kOlFolderCalendar:
+      item_type = kOlAppointmentItem;
+      break;
+    case kOlFolderContacts:
+      item_type = kOlContactItem;
+      break;
+    case kOlFolderJournal:
+      item_type = kOlJournalItem;
+      break;
+    case kOlFolderNotes:
+      item_type = kOlNoteItem;
+      break;
+    case kOlFolderTasks:
+      item_type = kOlTaskItem;
+      break;
+    default:
+      break;
+  }
+  return MakeFolder(profile_, profile_->AddFolder(parent_, name, item_type));
+}
+
+// --- SimItems ---
+
+SimItems::SimItems(Profile* profile, std::shared_ptr<FolderRecord> folder)
+    : profile_(profile), folder_(std::move(folder)) {
+  on_added_ = folder_->added.Connect([this](const auto& m) { OnAdded(m); });
+  on_changed_ = folder_->changed.Connect([this](const auto& m) { OnChanged(m); });
+  on_removed_ = folder_->removed.Connect([this](const auto& m) { OnRemoved(m); });
+}
+
+void SimItems::Hit(std::string_view member) const {
+  profile_->Faults().Check(member, folder_.get());
+  Profile::CheckAlive(*folder_);
+}
+
+SimItems::Entry SimItems::MakeEntry(const std::shared_ptr<MessageRecord>& m) const {
+  Entry e{0, {}, m->serial, m};
+  if (sort_->is_date) {
+    const Value* v = m->props.Get(sort_->tag);
+    e.date_key = v ? v->ToDate() : kUnsetDate;
+  } else {
+    e.text_key = text::LCase(MessageProps::Text(*m, sort_->tag));
+  }
+  return e;
+}
+
+bool SimItems::Before(const Entry& a, const Entry& b) const {
+  auto ascending = [this](const Entry& x, const Entry& y) {
+    if (sort_->is_date) {
+      return x.date_key != y.date_key ? x.date_key < y.date_key : x.serial < y.serial;
+    }
+    int c = x.text_key.compare(y.text_key);
+    return c != 0 ? c < 0 : x.serial < y.serial;
+  };
+  return sort_->descending ? ascending(b, a) : ascending(a, b);
+}
+
+void SimItems::Materialize() {
+  if (!sort_ || materialized_) return;
+  view_.clear();
+  view_.reserve(folder_->messages.size());
+  for (const auto& m : folder_->messages) view_.push_back(MakeEntry(m));
+  std::sort(view_.begin(), view_.end(),
+            [this](const Entry& a, const Entry& b) { return Before(a, b); });
+  materialized_ = true;
+}
+
+size_t SimItems::Size() const { return materialized_ ? view_.size() : folder_->messages.size(); }
+
+const std::shared_ptr<MessageRecord>& SimItems::RecordAt(size_t index) const {
+  return materialized_ ? view_[index].record : folder_->messages[index];
+}
+
+std::shared_ptr<zintra::Item> SimItems::ItemAt(int64_t index) {
+  if (index < 0 || static_cast<size_t>(index) >= Size()) return nullptr;
+  return MakeItem(profile_, RecordAt(static_cast<size_t>(index)));
+}
+
+int32_t SimItems::Count() const {
+  Hit("Items.Count");
+  return static_cast<int32_t>(folder_->messages.size());
+}
+
+std::shared_ptr<zintra::Item> SimItems::Item(int32_t index) {
+  Hit("Items.Item");
+  Materialize();
+  return MakeItem(profile_, RecordAt(CheckIndex(index, Size())));
+}
+
+void SimItems::Sort(const std::string& property, bool descending) {
+  Hit("Items.Sort");
+  std::string name = text::LCase(property);
+  if (name.size() >= 2 && name.front() == '[' && name.back() == ']') {
+    name = name.substr(1, name.size() - 2);
+  }
+  SortSpec spec{0, true, descending};
+  if (name == "created" || name == "creationtime")
+    spec.tag = kPrCreationTime;
+  else if (name == "modified" || name == "lastmodificationtime")
+    spec.tag = kPrLastModificationTime;
+  else if (name == "received" || name == "receivedtime")
+    spec.tag = kPrMessageDeliveryTime;
+  else if (name == "sent" || name == "senton")
+    spec.tag = kPrClientSubmitTime;
+  else if (name == "subject")
+    spec = SortSpec{kPrSubject, false, descending};
+  else if (name == "fullname")
+    spec = SortSpec{kPrDisplayName, false, descending};
+  else
+    throw ZError(kMapiInvalidParameter, "The property \"" + property + "\" cannot be sorted on");
+  sort_ = spec;
+  materialized_ = false;
+  view_.clear();
+  cursor_ = -1;
+  find_pos_ = -1;
+}
+
+std::shared_ptr<zintra::Item> SimItems::GetFirst() {
+  Hit("Items.GetFirst");
+  Materialize();
+  cursor_ = 0;
+  return ItemAt(cursor_);
+}
+
+std::shared_ptr<zintra::Item> SimItems::GetNext() {
+  Hit("Items.GetNext");
+  Materialize();
+  // The position is a plain index, as Outlook's: insertions before it repeat an item,
+  // removals before it skip one.
+  if (cursor_ < static_cast<int64_t>(Size())) ++cursor_;
+  return ItemAt(cursor_);
+}
+
+std::shared_ptr<zintra::Item> SimItems::GetLast() {
+  Hit("Items.GetLast");
+  Materialize();
+  cursor_ = static_cast<int64_t>(Size()) - 1;
+  return ItemAt(cursor_);
+}
+
+std::shared_ptr<zintra::Item> SimItems::GetPrevious() {
+  Hit("Items.GetPrevious");
+  Materialize();
+  if (cursor_ >= 0) --cursor_;
+  return ItemAt(cursor_);
+}
+
+std::shared_ptr<zintra::Item> SimItems::Find(const std::string& filter) {
+  Hit("Items.Find");
+  find_ = ItemFilter::Compile(filter);
+  find_pos_ = -1;
+  return FindNext();
+}
+
+std::shared_ptr<zintra::Item> SimItems::FindNext() {
+  Hit("Items.FindNext");
+  if (!find_) throw ZError(kErrInvalidCall, "FindNext called before Find");
+  Materialize();
+  size_t size = Size();
+  for (size_t i = static_cast<size_t>(find_pos_ + 1); i < size; ++i) {
+    if (find_->Matches(*RecordAt(i))) {
+      find_pos_ = static_cast<int64_t>(i);
+      return MakeItem(profile_, RecordAt(i));
+    }
+  }
+  find_pos_ = static_cast<int64_t>(size);
+  return nullptr;
+}
+
+std::shared_ptr<zintra::Item> SimItems::Add(int32_t item_type) {
+  Hit("Items.Add");
+  return MakeItem(profile_, profile_->NewMessage(ItemClassForType(item_type), folder_));
+}
+
+void SimItems::Remove(int32_t index) {
+  Hit("Items.Remove");
+  Materialize();
+  profile_->DeleteMessage(RecordAt(CheckIndex(index, Size())));
+}
+
+void SimItems::InsertIntoView(const std::shared_ptr<MessageRecord>& m) {
+  Entry e = MakeEntry(m);
+  auto pos = std::upper_bound(view_.begin(), view_.end(), e,
+                              [this](const Entry& a, const Entry& b) { return Before(a, b); });
+  view_.insert(pos, std::move(e));
+}
+
+void SimItems::EraseFromView(const MessageRecord* m) {
+  for (auto it = view_.begin(); it != view_.end(); ++it) {
+    if (it->record.get() == m) {
+      view_.erase(it);
+      return;
+    }
+  }
+}
+
+void SimItems::OnAdded(const std::shared_ptr<MessageRecord>& m) {
+  if (materialized_) InsertIntoView(m);
+  ItemAdd.Raise(std::shared_ptr<zintra::Item>(MakeItem(profile_, m)));
+}
+
+void SimItems::OnChanged(const std::shared_ptr<MessageRecord>& m) {
+  if (materialized_) {
+    EraseFromView(m.get());
+    InsertIntoView(m);
+  }
+  ItemChange.Raise(std::shared_ptr<zintra::Item>(MakeItem(profile_, m)));
+}
+
+void SimItems::OnRemoved(const std::shared_ptr<MessageRecord>& m) {
+  if (materialized_) EraseFromView(m.get());
+  ItemRemove.Raise();
+}
+
+}  // namespace zintra::sim

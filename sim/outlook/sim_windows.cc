@@ -1,0 +1,158 @@
+#include "sim/outlook/sim_windows.h"
+
+#include "sim/outlook/message_props.h"
+#include "sim/outlook/sim_application.h"
+#include "sim/outlook/sim_folder.h"
+#include "src/core/z_error.h"
+#include "src/host/mapi_object.h"
+
+namespace zintra::sim {
+
+namespace {
+
+class SimSelection : public Selection {
+ public:
+  SimSelection(Profile* profile, std::vector<std::shared_ptr<MessageRecord>> items)
+      : profile_(profile), items_(std::move(items)) {}
+  std::string TypeName() const override { return "Selection"; }
+  int32_t Count() const override {
+    profile_->Faults().Check("Selection.Count", profile_);
+    return static_cast<int32_t>(items_.size());
+  }
+  std::shared_ptr<zintra::Item> Item(int32_t index) override {
+    profile_->Faults().Check("Selection.Item", profile_);
+    auto record = items_[CheckIndex(index, items_.size())];
+    Profile::CheckAlive(*record);
+    return MakeItem(profile_, record);
+  }
+
+ private:
+  Profile* profile_;
+  std::vector<std::shared_ptr<MessageRecord>> items_;
+};
+
+}  // namespace
+
+// --- explorer ---
+
+SimExplorer::SimExplorer(SimApplication* app, Profile* profile,
+                         std::shared_ptr<FolderRecord> folder)
+    : app_(app), profile_(profile), folder_(std::move(folder)) {
+  bars_ = SimCommandBars::MakeState(
+      profile, this, [this](int32_t id) { app_->ExecuteCommand(id, shared_from_this()); });
+}
+
+void SimExplorer::Hit(std::string_view member) const {
+  profile_->Faults().Check(member, this);
+  if (closed_) throw ZError(kMapiObjectDeleted, "The explorer has been closed");
+}
+
+std::string SimExplorer::Caption() const {
+  Hit("Explorer.Caption");
+  return folder_->name + " - Microsoft Outlook";
+}
+
+std::shared_ptr<zintra::CommandBars> SimExplorer::CommandBars() {
+  Hit("Explorer.CommandBars");
+  bars_->window = weak_from_this();
+  return std::make_shared<SimCommandBars>(bars_);
+}
+
+void SimExplorer::Activate() {
+  Hit("Explorer.Activate");
+  app_->WindowActivated(this);
+}
+
+void SimExplorer::Close(int32_t /*save_mode*/) {
+  Hit("Explorer.Close");
+  auto keep = shared_from_this();
+  closed_ = true;
+  CloseEvent.Raise();
+  app_->WindowClosed(this);
+}
+
+std::shared_ptr<zintra::Selection> SimExplorer::Selection() {
+  Hit("Explorer.Selection");
+  return std::make_shared<SimSelection>(profile_, selection_);
+}
+
+std::shared_ptr<Folder> SimExplorer::CurrentFolder() {
+  Hit("Explorer.CurrentFolder");
+  return MakeFolder(profile_, folder_);
+}
+
+void SimExplorer::Select(const std::vector<std::shared_ptr<Item>>& items) {
+  selection_.clear();
+  for (const auto& item : items) {
+    if (auto record = RecordOf(item)) selection_.push_back(record);
+  }
+  SelectionChange.Raise();
+}
+
+void SimExplorer::ShowFolder(const std::shared_ptr<FolderRecord>& folder) {
+  folder_ = folder;
+  selection_.clear();
+  SelectionChange.Raise();
+}
+
+// --- inspector ---
+
+SimInspector::SimInspector(SimApplication* app, Profile* profile, std::shared_ptr<SimItem> item,
+                           int32_t hwnd)
+    : app_(app), profile_(profile), item_(std::move(item)), hwnd_(hwnd) {
+  bars_ = SimCommandBars::MakeState(
+      profile, this, [this](int32_t id) { app_->ExecuteCommand(id, shared_from_this()); });
+}
+
+void SimInspector::Hit(std::string_view member) const {
+  profile_->Faults().Check(member, this);
+  if (closed_) throw ZError(kMapiObjectDeleted, "The inspector has been closed");
+}
+
+std::string SimInspector::Caption() const {
+  Hit("Inspector.Caption");
+  const MessageRecord& m = *item_->Record();
+  std::string title = MessageProps::Text(m, kPrSubject);
+  return (title.empty() ? "Untitled" : title) + " - " + ItemClassTypeName(m.item_class);
+}
+
+std::shared_ptr<zintra::CommandBars> SimInspector::CommandBars() {
+  Hit("Inspector.CommandBars");
+  bars_->window = weak_from_this();
+  return std::make_shared<SimCommandBars>(bars_);
+}
+
+void SimInspector::Activate() {
+  Hit("Inspector.Activate");
+  app_->WindowActivated(this);
+}
+
+void SimInspector::Close(int32_t save_mode) {
+  Hit("Inspector.Close");
+  auto keep = shared_from_this();
+  const auto& record = item_->Record();
+  if (save_mode == 0 && !record->deleted) profile_->SaveMessage(record);
+  if (record->item_class == ItemClass::kNote) {
+    closed_ = true;
+    app_->WindowMessage.Raise(hwnd_, 24, 0);
+  } else {
+    bool cancel = false;
+    item_->CloseEvent.Raise(cancel);
+    if (cancel) return;
+    closed_ = true;
+    CloseEvent.Raise();
+  }
+  app_->WindowClosed(this);
+}
+
+std::shared_ptr<Item> SimInspector::CurrentItem() {
+  Hit("Inspector.CurrentItem");
+  return item_;
+}
+
+int32_t SimInspector::Hwnd() {
+  Hit("Inspector.Hwnd");
+  return hwnd_;
+}
+
+}  // namespace zintra::sim

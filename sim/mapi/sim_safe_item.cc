@@ -1,0 +1,84 @@
+#include "sim/mapi/sim_safe_item.h"
+
+#include "src/core/z_error.h"
+#include "sim/mapi/sim_rdo.h"
+#include "sim/outlook/message_props.h"
+#include "sim/outlook/sim_item.h"
+
+namespace zintra::sim {
+
+void SimSafeItem::Hit(std::string_view member) const {
+  profile_->Faults().Check(member, FaultKey());
+  if (!record_) throw ZError(kErrObjectNotSet, "Object variable or With block variable not set");
+  Profile::CheckAlive(*record_);
+}
+
+void SimSafeItem::SetItem(const std::shared_ptr<zintra::Item>& item) {
+  profile_->Faults().Check("SafeItem.SetItem", FaultKey());
+  auto record = RecordOf(item);
+  if (!record) throw ZError(kMapiInvalidParameter, "The object is not an Outlook item");
+  item_ = item;
+  record_ = std::move(record);
+}
+
+std::shared_ptr<zintra::Item> SimSafeItem::Item() {
+  Hit("SafeItem.Item");
+  return item_;
+}
+
+std::shared_ptr<AddressEntry> SimSafeItem::Sender() {
+  Hit("SafeItem.Sender");
+  if (!KindHasSentReceived(record_->item_class)) {
+    throw ZError(kErrNoSuchMember, "Object doesn't support this property or method");
+  }
+  return SenderOf(profile_, *record_);
+}
+
+std::shared_ptr<zintra::Recipients> SimSafeItem::Recipients() {
+  Hit("SafeItem.Recipients");
+  if (!KindHasRecipients(record_->item_class)) {
+    throw ZError(kErrNoSuchMember, "Object doesn't support this property or method");
+  }
+  return std::make_shared<SimRecipients>(profile_, record_);
+}
+
+std::string SimSafeItem::Body() {
+  Hit("SafeItem.Body");
+  return MessageProps::Text(*record_, kPrBody);
+}
+
+Value SimSafeItem::Fields(int32_t prop_tag) {
+  Hit("SafeItem.Fields");
+  return MessageProps::Get(*record_, prop_tag);
+}
+
+void SimSafeItem::SetFields(int32_t prop_tag, const Value& value) {
+  Hit("SafeItem.SetFields");
+  record_->props.Set(prop_tag, value);
+}
+
+std::shared_ptr<RdoMessage> SimSafeItem::CopyTo(const std::shared_ptr<AutomationObject>& folder) {
+  Hit("SafeItem.CopyTo");
+  auto target = FolderRecordOf(folder);
+  if (!target) throw ZError(kMapiInvalidParameter, "The destination is not a folder");
+  return std::make_shared<SimRdoMessage>(profile_, profile_->CopyMessage(record_, target));
+}
+
+void SimSafeInspector::SetItem(const std::shared_ptr<Inspector>& inspector) {
+  profile_->Faults().Check("SafeInspector.SetItem", profile_);
+  if (!inspector) throw ZError(kErrObjectNotSet, "Object variable or With block variable not set");
+  inspector_ = inspector;
+}
+
+std::shared_ptr<Inspector> SimSafeInspector::Item() {
+  profile_->Faults().Check("SafeInspector.Item", profile_);
+  return inspector_;
+}
+
+int32_t SimSafeInspector::Hwnd() {
+  profile_->Faults().Check("SafeInspector.Hwnd", profile_);
+  if (!inspector_) throw ZError(kErrObjectNotSet, "Object variable or With block variable not set");
+  return inspector_->Hwnd();
+}
+
+}  // namespace zintra::sim

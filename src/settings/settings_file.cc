@@ -13,7 +13,26 @@ std::string ClosingTag(const std::string& full_name) { return "</" + full_name +
 
 }  // namespace
 
+size_t SettingsFile::FindOpening(const std::string& full_name) const {
+  if (!index_valid_) {
+    // Every occurrence of an opening tag starts at a "<" and ends at the next ">",
+    // since names hold neither.
+    index_.clear();
+    for (size_t open = buffer_.find('<'); open != std::string::npos;
+         open = buffer_.find('<', open + 1)) {
+      size_t close = buffer_.find('>', open + 1);
+      if (close == std::string::npos) break;
+      index_.emplace(text::LCase(std::string_view(buffer_).substr(open + 1, close - open - 1)),
+                     open);
+    }
+    index_valid_ = true;
+  }
+  auto it = index_.find(text::LCase(full_name));
+  return it == index_.end() ? std::string::npos : it->second;
+}
+
 void SettingsFile::Load(const std::string& contents) {
+  Invalidate();
   buffer_.clear();
   size_t pos = 0;
   while (pos < contents.size()) {
@@ -28,6 +47,7 @@ void SettingsFile::Load(const std::string& contents) {
 }
 
 void SettingsFile::Clear() {
+  Invalidate();
   buffer_.clear();
   loaded_ = false;
 }
@@ -38,10 +58,9 @@ std::string SettingsFile::Contents() const {
 
 SettingsFile::Lookup SettingsFile::Get(const std::string& full_name, std::string* text) const {
   text->clear();
-  const std::string open = OpeningTag(full_name);
-  size_t start = text::FindNoCase(buffer_, open);
+  size_t start = FindOpening(full_name);
   if (start == std::string::npos) return Lookup::kMissing;
-  start += open.size();
+  start += full_name.size() + 2;
   size_t end = text::FindNoCase(buffer_, ClosingTag(full_name), start);
   if (end == std::string::npos) return Lookup::kUnterminated;
   *text = buffer_.substr(start, end - start);
@@ -51,28 +70,42 @@ SettingsFile::Lookup SettingsFile::Get(const std::string& full_name, std::string
 void SettingsFile::Set(const std::string& full_name, const std::string& text) {
   const std::string open = OpeningTag(full_name);
   const std::string close = ClosingTag(full_name);
-  size_t start = text::FindNoCase(buffer_, open);
+  const bool plain = text.find_first_of("<>") == std::string::npos;
+  size_t start = FindOpening(full_name);
   if (start == std::string::npos) {
+    if (plain) index_.emplace(text::LCase(full_name), buffer_.size());
+    if (!plain) Invalidate();
     buffer_ += open + text + close;
     return;
   }
   start += open.size();
   size_t end = text::FindNoCase(buffer_, close, start);
   if (end == std::string::npos) {
+    Invalidate();
     buffer_.insert(start, text + close);
     return;
   }
+  const bool was_plain = buffer_.find_first_of("<>", start) >= end;
+  const long long delta = static_cast<long long>(text.size()) - static_cast<long long>(end - start);
   buffer_.replace(start, end - start, text);
+  if (!plain || !was_plain) {
+    Invalidate();
+  } else if (delta != 0) {
+    for (auto& [name, position] : index_) {
+      if (position > start)
+        position = static_cast<size_t>(static_cast<long long>(position) + delta);
+    }
+  }
 }
 
 bool SettingsFile::Delete(const std::string& full_name) {
-  const std::string open = OpeningTag(full_name);
   const std::string close = ClosingTag(full_name);
-  size_t start = text::FindNoCase(buffer_, open);
+  size_t start = FindOpening(full_name);
   if (start == std::string::npos) return false;
-  size_t end = text::FindNoCase(buffer_, close, start + open.size());
+  size_t end = text::FindNoCase(buffer_, close, start + full_name.size() + 2);
   if (end == std::string::npos) return false;
   buffer_.erase(start, end + close.size() - start);
+  Invalidate();  // a later duplicate of the entry may now be the first
   return true;
 }
 

@@ -4,10 +4,12 @@
 // every line that starts with ";" and joins the others with no separator; saving writes
 // the header and the buffer with a line end after each entry. Tags are found without
 // regard to letter case; the first occurrence of an entry wins. Pure text: the owner
-// does the file I/O.
+// does the file I/O. Opening tags are found through an index of every "<...>" in the
+// buffer, so reading all values of a large file stays linear.
 #pragma once
 
 #include <string>
+#include <unordered_map>
 
 namespace zintra {
 
@@ -41,8 +43,16 @@ class SettingsFile {
   static std::string InsertLinebreaks(const std::string& text);
 
  private:
+  // Position of the first opening tag of `full_name`, or npos.
+  size_t FindOpening(const std::string& full_name) const;
+  void Invalidate() { index_valid_ = false; }
+
   std::string buffer_;
   bool loaded_ = false;
+  // Lower-case name -> position of its first "<name>"; rebuilt when a change could
+  // have created or removed tags.
+  mutable std::unordered_map<std::string, size_t> index_;
+  mutable bool index_valid_ = false;
 };
 
 }  // namespace zintra

@@ -173,6 +173,19 @@ TEST(SettingsFileTest, EntriesAreFoundWithoutCaseAndTheFirstWins) {
   EXPECT_TRUE(file.Delete("K\\C"));
   EXPECT_FALSE(file.Delete("K\\C"));
   EXPECT_EQ(file.buffer(), "<K\\A>9</K\\A><k\\a>2</k\\a><K\\D>4</K\\D>");
+  // Once the first entry is gone, the duplicate behind it is the one found.
+  EXPECT_TRUE(file.Delete("K\\A"));
+  EXPECT_EQ(file.Get("K\\A", &text), SettingsFile::Lookup::kFound);
+  EXPECT_EQ(text, "2");
+  // Values of every length and shape keep the later entries reachable.
+  file.Set("K\\A", "a much longer value than before");
+  file.Set("K\\A", "<K\\D>");
+  EXPECT_EQ(file.Get("K\\D", &text), SettingsFile::Lookup::kFound);
+  // A tag inside a value counts, exactly as a plain search of the text finds it.
+  EXPECT_EQ(text, "</k\\a><K\\D>4");
+  file.Set("K\\A", "");
+  EXPECT_EQ(file.Get("K\\D", &text), SettingsFile::Lookup::kFound);
+  EXPECT_EQ(text, "4");
 }
 
 }  // namespace

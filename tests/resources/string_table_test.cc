@@ -22,18 +22,11 @@ TEST(StringTableTest, EnglishTextsAreTheQuotedOnes) {
   EXPECT_EQ(en.Load(3000), "You must be running Outlook 2000 or later to use this add-in.");
 }
 
-TEST(StringTableTest, ConsecutiveRangesAreComplete) {
-  // Item-kind names and task descriptions are looked up by arithmetic on the id.
-  for (int32_t id : {135, 150, 155, 170, 171, 186, 2515, 2518}) {
-    EXPECT_TRUE(StringTable::Contains(id)) << id;
-  }
-  for (int32_t id = 135; id <= 186; ++id) {
-    if (id > 150 && id < 155) continue;
-    EXPECT_FALSE(StringTable().Load(id).empty()) << id;
-  }
-}
-
 TEST(StringTableTest, RowsAreSortedAndEveryLanguageHasEveryText) {
+  // Item-kind names and task descriptions are looked up by arithmetic on the id.
+  for (int32_t id = 135; id <= 186; ++id) {
+    EXPECT_EQ(StringTable::Contains(id), id <= 150 || id >= 155) << id;
+  }
   int32_t previous = -1;
   for (const auto& row : resources::StringRows()) {
     EXPECT_LT(previous, row.id);
@@ -89,14 +82,13 @@ TEST_P(LanguageFromLcidTest, PicksTheTable) {
   EXPECT_EQ(LanguageFromLcid(GetParam().lcid), GetParam().language);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lcids, LanguageFromLcidTest,
-    testing::Values(LcidCase{0x0409, Language::kEnglish}, LcidCase{0x0809, Language::kEnglish},
-                    LcidCase{0x040C, Language::kFrench}, LcidCase{0x080C, Language::kFrench},
-                    LcidCase{0x100C, Language::kFrench},
-                    LcidCase{0x0C0C, Language::kCanadianFrench},
-                    LcidCase{0x10C0C, Language::kCanadianFrench},
-                    LcidCase{0x0407, Language::kEnglish}, LcidCase{0, Language::kEnglish}));
+INSTANTIATE_TEST_SUITE_P(Lcids, LanguageFromLcidTest,
+                         testing::Values(LcidCase{0x0409, Language::kEnglish},
+                                         LcidCase{0x040C, Language::kFrench},
+                                         LcidCase{0x080C, Language::kFrench},
+                                         LcidCase{0x0C0C, Language::kCanadianFrench},
+                                         LcidCase{0x10C0C, Language::kCanadianFrench},
+                                         LcidCase{0, Language::kEnglish}));
 
 }  // namespace
 }  // namespace zintra

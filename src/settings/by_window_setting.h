@@ -1,5 +1,5 @@
-// ByWindowSetting: the setting object of the window-based monitoring method. It carries
-// no data of its own: which items are logged is decided per window, not per folder.
+// ByWindowSetting: the setting object of the window-based monitoring method
+// ("Monitoring\MonitoringMethod"). It carries no data of its own.
 #pragma once
 
 namespace zintra {

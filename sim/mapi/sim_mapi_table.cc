@@ -1,9 +1,9 @@
 #include "sim/mapi/sim_mapi_table.h"
 
-#include "src/core/z_error.h"
-#include "src/host/mapi_object.h"
 #include "sim/outlook/message_props.h"
 #include "sim/outlook/sim_item.h"
+#include "src/core/z_error.h"
+#include "src/host/mapi_object.h"
 
 namespace zintra::sim {
 

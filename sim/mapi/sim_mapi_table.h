@@ -7,9 +7,9 @@
 #include <memory>
 #include <vector>
 
-#include "src/host/mapi_table.h"
 #include "sim/outlook/profile.h"
 #include "sim/outlook/sim_keys.h"
+#include "src/host/mapi_table.h"
 
 namespace zintra::sim {
 
@@ -17,7 +17,9 @@ class SimMapiTable : public MapiTable, public SimKeyed {
  public:
   explicit SimMapiTable(Profile* profile) : profile_(profile) {}
   std::string TypeName() const override { return "TovuMAPITable"; }
-  const void* FaultKey() const override { return folder_ ? static_cast<const void*>(folder_.get()) : profile_; }
+  const void* FaultKey() const override {
+    return folder_ ? static_cast<const void*>(folder_.get()) : profile_;
+  }
 
   void SetItem(const std::shared_ptr<AutomationObject>& source) override;
   void SetColumns(const std::vector<int32_t>& prop_tags) override;

@@ -1,15 +1,14 @@
 #include "sim/mapi/sim_mapi_utils.h"
 
-#include "src/core/z_error.h"
 #include "sim/outlook/entry_id.h"
 #include "sim/outlook/message_props.h"
+#include "src/core/z_error.h"
 
 namespace zintra::sim {
 
 SimMapiUtils::SimMapiUtils(Profile* profile) : profile_(profile) {
-  new_mail_ = profile_->new_mail.Connect([this](const std::shared_ptr<MessageRecord>& m) {
-    NewMail.Raise(profile_->EntryIdOf(*m));
-  });
+  new_mail_ = profile_->new_mail.Connect(
+      [this](const std::shared_ptr<MessageRecord>& m) { NewMail.Raise(profile_->EntryIdOf(*m)); });
 }
 
 const SimMapiObject& SimMapiUtils::Resolve(const std::shared_ptr<MapiObject>& object,
@@ -34,9 +33,15 @@ int32_t SimMapiUtils::GetIDsFromNames(const std::shared_ptr<MapiObject>& object,
   const SimMapiObject& sim = Resolve(object, "MapiUtils.GetIDsFromNames");
   StoreRecord* store = nullptr;
   switch (sim.kind()) {
-    case SimMapiObject::Kind::kMessage: store = Profile::StoreOf(*sim.message()); break;
-    case SimMapiObject::Kind::kFolder: store = sim.folder()->store; break;
-    case SimMapiObject::Kind::kSession: store = sim.profile()->DefaultStore(); break;
+    case SimMapiObject::Kind::kMessage:
+      store = Profile::StoreOf(*sim.message());
+      break;
+    case SimMapiObject::Kind::kFolder:
+      store = sim.folder()->store;
+      break;
+    case SimMapiObject::Kind::kSession:
+      store = sim.profile()->DefaultStore();
+      break;
   }
   if (store == nullptr) throw ZError(kMapiNotFound, "The profile has no store");
   if (guid.size() != 38 || guid.front() != '{' || guid.back() != '}') {
@@ -52,9 +57,12 @@ Value SimMapiUtils::HrGetOneProp(const std::shared_ptr<MapiObject>& object, int3
   const SimMapiObject& sim = Resolve(object, "MapiUtils.HrGetOneProp");
   if (prop_tag == 0) return {};
   switch (sim.kind()) {
-    case SimMapiObject::Kind::kMessage: return MessageProps::Get(*sim.message(), prop_tag);
-    case SimMapiObject::Kind::kFolder: return FolderProperty(*sim.folder(), prop_tag);
-    case SimMapiObject::Kind::kSession: return {};
+    case SimMapiObject::Kind::kMessage:
+      return MessageProps::Get(*sim.message(), prop_tag);
+    case SimMapiObject::Kind::kFolder:
+      return FolderProperty(*sim.folder(), prop_tag);
+    case SimMapiObject::Kind::kSession:
+      return {};
   }
   return {};
 }

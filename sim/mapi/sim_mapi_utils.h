@@ -5,10 +5,10 @@
 
 #include <memory>
 
-#include "src/host/mapi_utils.h"
 #include "sim/outlook/profile.h"
 #include "sim/outlook/sim_keys.h"
 #include "sim/outlook/sim_mapi_object.h"
+#include "src/host/mapi_utils.h"
 
 namespace zintra::sim {
 
@@ -22,8 +22,8 @@ class SimMapiUtils : public MapiUtils, public SimKeyed {
   int32_t GetIDsFromNames(const std::shared_ptr<MapiObject>& object, const std::string& guid,
                           const Value& name, bool create) override;
   Value HrGetOneProp(const std::shared_ptr<MapiObject>& object, int32_t prop_tag) override;
-  void HrSetOneProp(const std::shared_ptr<MapiObject>& object, int32_t prop_tag,
-                    const Value& value, bool save) override;
+  void HrSetOneProp(const std::shared_ptr<MapiObject>& object, int32_t prop_tag, const Value& value,
+                    bool save) override;
   void HrDeleteOneProp(const std::shared_ptr<MapiObject>& object, int32_t prop_tag,
                        bool save) override;
   bool CompareIDs(const std::string& entry_id1, const std::string& entry_id2) override;

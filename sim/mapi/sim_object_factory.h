@@ -12,8 +12,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "src/host/object_factory.h"
 #include "sim/outlook/profile.h"
+#include "src/host/object_factory.h"
 
 namespace zintra::sim {
 

@@ -1,11 +1,11 @@
 #include "sim/mapi/sim_rdo.h"
 
-#include "src/core/z_error.h"
-#include "src/host/mapi_object.h"
 #include "sim/outlook/message_props.h"
 #include "sim/outlook/sim_address_entry.h"
 #include "sim/outlook/sim_item.h"
 #include "sim/outlook/sim_mapi_object.h"
+#include "src/core/z_error.h"
+#include "src/host/mapi_object.h"
 
 namespace zintra::sim {
 
@@ -25,7 +25,8 @@ class SimAddressList : public AddressList {
   int32_t Count() const override { return static_cast<int32_t>(people_.size()); }
   std::shared_ptr<AddressEntry> Item(int32_t index) override {
     profile_->Faults().Check("AddressList.Item", profile_);
-    return SimAddressEntry::ForPerson(profile_, profile_->People()[people_[CheckIndex(index, people_.size())]]);
+    return SimAddressEntry::ForPerson(
+        profile_, profile_->People()[people_[CheckIndex(index, people_.size())]]);
   }
 
  private:
@@ -48,7 +49,8 @@ std::shared_ptr<AddressEntry> SenderOf(Profile* profile, const MessageRecord& m)
       smtp = person->smtp;
     }
   }
-  return std::make_shared<SimAddressEntry>(profile, name, address, type.empty() ? "SMTP" : type, smtp);
+  return std::make_shared<SimAddressEntry>(profile, name, address, type.empty() ? "SMTP" : type,
+                                           smtp);
 }
 
 // --- message ---
@@ -215,8 +217,8 @@ Value SimRdoFolder::Fields(int32_t prop_tag) {
 std::shared_ptr<RdoMessage> SimRdoFolder::AddItem(const std::string& message_class) {
   Hit("RdoFolder.AddItem");
   ItemClass item_class = ItemClass::kMail;
-  for (int32_t type : {kOlAppointmentItem, kOlContactItem, kOlTaskItem, kOlJournalItem,
-                       kOlNoteItem, kOlPostItem, kOlDistributionListItem}) {
+  for (int32_t type : {kOlAppointmentItem, kOlContactItem, kOlTaskItem, kOlJournalItem, kOlNoteItem,
+                       kOlPostItem, kOlDistributionListItem}) {
     ItemClass c = ItemClassForType(type);
     if (message_class == DefaultMessageClass(c)) item_class = c;
   }

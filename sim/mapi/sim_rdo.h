@@ -7,10 +7,10 @@
 #include <memory>
 #include <string>
 
-#include "src/host/mapi_session.h"
 #include "sim/outlook/profile.h"
 #include "sim/outlook/sim_item_parts.h"
 #include "sim/outlook/sim_keys.h"
+#include "src/host/mapi_session.h"
 
 namespace zintra::sim {
 
@@ -48,10 +48,13 @@ class SimRdoMessage : public RdoMessage, public RecordView, public MessageHolder
 class SimRdoFolder : public RdoFolder, public SimKeyed, public FolderHolder {
  public:
   // class_name: "TovuMAPIFolder" (kind 2) or "TovuRDOFolder" (kind 17).
-  SimRdoFolder(Profile* profile, std::string class_name, std::shared_ptr<FolderRecord> folder = nullptr)
+  SimRdoFolder(Profile* profile, std::string class_name,
+               std::shared_ptr<FolderRecord> folder = nullptr)
       : profile_(profile), class_name_(std::move(class_name)), folder_(std::move(folder)) {}
   std::string TypeName() const override { return class_name_; }
-  const void* FaultKey() const override { return folder_ ? static_cast<const void*>(folder_.get()) : profile_; }
+  const void* FaultKey() const override {
+    return folder_ ? static_cast<const void*>(folder_.get()) : profile_;
+  }
   std::shared_ptr<FolderRecord> FolderRec() const override { return folder_; }
 
   void SetMAPIOBJECT(const std::shared_ptr<MapiObject>& folder) override;

@@ -1,9 +1,9 @@
 #include "sim/mapi/sim_safe_item.h"
 
-#include "src/core/z_error.h"
 #include "sim/mapi/sim_rdo.h"
 #include "sim/outlook/message_props.h"
 #include "sim/outlook/sim_item.h"
+#include "src/core/z_error.h"
 
 namespace zintra::sim {
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "src/host/mapi_safe_item.h"
 #include "sim/outlook/profile.h"
 #include "sim/outlook/sim_keys.h"
+#include "src/host/mapi_safe_item.h"
 
 namespace zintra::sim {
 
@@ -17,7 +17,9 @@ class SimSafeItem : public SafeItem, public SimKeyed {
   SimSafeItem(Profile* profile, std::string class_name)
       : profile_(profile), class_name_(std::move(class_name)) {}
   std::string TypeName() const override { return class_name_; }
-  const void* FaultKey() const override { return record_ ? static_cast<const void*>(record_.get()) : profile_; }
+  const void* FaultKey() const override {
+    return record_ ? static_cast<const void*>(record_.get()) : profile_;
+  }
 
   void SetItem(const std::shared_ptr<zintra::Item>& item) override;
   std::shared_ptr<zintra::Item> Item() override;

@@ -1,0 +1,152 @@
+#include "src/contacts/contact_search.h"
+
+#include <utility>
+
+#include "src/contacts/contacts_addin.h"
+#include "src/contacts/tracked_contact_folder.h"
+#include "src/contacts/tracked_contacts.h"
+#include "src/core/text.h"
+#include "src/core/z_error.h"
+#include "src/host/outlook_item.h"
+#include "src/jobs/job_log.h"
+#include "src/settings/reg_settings.h"
+
+namespace zintra {
+
+namespace {
+
+std::string EntryIdOf(const Item& contact) {
+  try {
+    return contact.EntryID();
+  } catch (const ZError&) {
+    return {};
+  }
+}
+
+bool Holds(const ContactList& list, const std::string& entry_id) {
+  if (entry_id.empty()) return false;
+  for (const auto& c : list) {
+    if (text::EqualsNoCase(EntryIdOf(*c), entry_id)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+ContactSearch::ContactSearch(std::weak_ptr<ContactsAddin> app, std::weak_ptr<TrackedContacts> owner,
+                             std::string key)
+    : app_(std::move(app)), owner_(std::move(owner)), key_(std::move(key)) {}
+
+void ContactSearch::Start(const std::vector<std::string>& addresses) {
+  auto keep = shared_from_this();  // completion drops the owner's reference
+  for (const auto& address : addresses) {
+    if (address.empty() || results_.Contains(address)) continue;
+    emails_.push_back(address);
+    results_.Add(ContactList{}, address);
+  }
+  email_count_ = static_cast<int32_t>(emails_.size());
+  const bool all_ready = SearchReadyFolders();
+  if (completed_) return;
+  if (all_ready || email_count_ == 0) Complete(false);
+}
+
+void ContactSearch::Resume() {
+  if (completed_) return;
+  auto keep = shared_from_this();
+  SearchReadyFolders();
+  if (!completed_) Complete(false);
+}
+
+bool ContactSearch::SearchReadyFolders() {
+  auto owner = owner_.lock();
+  if (!owner) return true;
+  bool all_ready = true;
+  for (const auto& folder : owner->Folders().Values()) {
+    if (searched_.count(folder->key()) != 0 || folder->Killed()) continue;
+    if (!folder->Ready()) {
+      all_ready = false;
+      continue;
+    }
+    searched_.insert(folder->key());
+    LogLine("Searching folder " + folder->Name());
+    SearchFolder(folder);
+    if (completed_) break;
+  }
+  return all_ready;
+}
+
+void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder) {
+  auto app = app_.lock();
+  const bool unique = app && app->Settings().UniqueEmailAddresses;
+  const std::vector<std::string> addresses = emails_;
+  for (const auto& address : addresses) {
+    const ContactList contacts = folder->GetContactItems(address);
+    for (const auto& contact : contacts) {
+      std::string name;
+      try {
+        name = contact->FullName();
+      } catch (const ZError&) {
+        name = "{Unknown}";
+      }
+      LogLine("Adding result: '" + name + "' for " + address);
+      results_.Item(address).push_back(contact);
+      LogLine("Adding to grouped result");
+      if (!grouped_results_.Contains(folder->key())) {
+        grouped_results_.Add(std::make_shared<ContactGroup>(ContactGroup{folder, {}}),
+                             folder->key());
+      }
+      ContactList& group = grouped_results_.Item(folder->key())->contacts;
+      if (!Holds(group, EntryIdOf(*contact))) group.push_back(contact);
+    }
+    if (unique && !contacts.empty()) {
+      for (auto it = emails_.begin(); it != emails_.end(); ++it) {
+        if (*it == address) {
+          emails_.erase(it);
+          break;
+        }
+      }
+      ++found_count_;
+      if (found_count_ == email_count_) {
+        Complete(false);
+        return;
+      }
+    }
+  }
+}
+
+const ContactList& ContactSearch::Results(const std::string& address) const {
+  static const ContactList kNone;
+  return results_.Contains(address) ? results_.Item(address) : kNone;
+}
+
+ContactList ContactSearch::AllResults() const {
+  ContactList all;
+  for (const auto& list : results_.Values()) {
+    for (const auto& contact : list) {
+      if (!Holds(all, EntryIdOf(*contact))) all.push_back(contact);
+    }
+  }
+  return all;
+}
+
+void ContactSearch::Complete(bool aborted) {
+  if (completed_) return;
+  auto keep = shared_from_this();
+  completed_ = true;
+  aborted_ = aborted;
+  if (auto owner = owner_.lock()) owner->SearchFinished(key_);
+  SearchComplete.Raise(aborted);
+}
+
+void ContactSearch::Kill() {
+  if (!completed_) Complete(true);
+  emails_.clear();
+  results_.Clear();
+  grouped_results_.Clear();
+}
+
+void ContactSearch::LogLine(const std::string& text) {
+  if (auto app = app_.lock()) app->Log().WriteLogMessage(text, false);
+}
+
+}  // namespace zintra

@@ -57,9 +57,10 @@ class SimFolders : public Folders, public SimKeyed {
   std::shared_ptr<FolderRecord> parent_;
 };
 
-class SimItems : public Items, public SimKeyed {
+class SimItems : public Items, public SimKeyed, public FolderHolder {
  public:
   SimItems(Profile* profile, std::shared_ptr<FolderRecord> folder);
+  std::shared_ptr<FolderRecord> FolderRec() const override { return folder_; }
   std::string TypeName() const override { return "Items"; }
   const void* FaultKey() const override { return folder_.get(); }
 

@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <climits>
+#include <cstdint>
 
 #include "src/core/text.h"
 #include "src/core/z_error.h"

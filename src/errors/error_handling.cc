@@ -94,16 +94,16 @@ bool ErrorHandling::EnsureOpen() {
     store_.reset();
   }
   if (!store_) return false;
-  RegSettings settings(host_.registry, host_.file_system, host_.platform);
   try {
-    settings.Read(/*JustCritical=*/true, /*IsOutlook9=*/false, /*IsOutlook12OrHigher=*/false);
-  } catch (...) {
-    // Only an oversized cap leaves Read; the fields read before it stand and the cap
-    // keeps its default.
-  }
-  log_level_ = settings.LogLevel;
-  max_size_kb_ = settings.LogMaxSizeKB;
-  try {
+    RegSettings settings(host_.registry, host_.file_system, host_.platform);
+    try {
+      settings.Read(/*JustCritical=*/true, /*IsOutlook9=*/false, /*IsOutlook12OrHigher=*/false);
+    } catch (const ZError&) {
+      // Only an oversized cap leaves Read; the fields read before it stand and the cap
+      // keeps its default.
+    }
+    log_level_ = settings.LogLevel;
+    max_size_kb_ = settings.LogMaxSizeKB;
     store_->Open(LogFileFor(settings.LogPath), max_size_kb_, true);
   } catch (...) {
     store_.reset();
@@ -188,16 +188,17 @@ void ErrorHandling::DisplayCachedError(const CachedError& rec) {
   host_.msg_box.Show(rec.toString(true), kMsgBoxCritical, host_.strings.Load(kStringProductName));
 }
 
-void ErrorHandling::Addin_RegSettingsChanged(const RegSettings& old_settings,
+void ErrorHandling::Addin_RegSettingsChanged(const RegSettings& /*old_settings*/,
                                              const RegSettings& new_settings) {
   if (!store_) {
     // Not open yet: the first write reads the new settings itself.
     return;
   }
   log_level_ = new_settings.LogLevel;
-  std::string old_file = LogFileFor(old_settings.LogPath);
+  // Compared with the file in use rather than the old settings: the log may have been
+  // opened after the old settings were read.
   std::string new_file = LogFileFor(new_settings.LogPath);
-  if (!text::EqualsNoCase(old_file, new_file) && !text::EqualsNoCase(store_->Path(), new_file)) {
+  if (!text::EqualsNoCase(store_->Path(), new_file)) {
     try {
       store_->Relocate(new_file);
     } catch (const ZError& e) {

@@ -6,24 +6,26 @@
 
 #include <memory>
 
-#include "sim/mapi/sim_object_factory.h"
+#include "sim/mapi/sim_class_registry.h"
 #include "sim/outlook/profile.h"
-#include "sim/outlook/sim_application.h"
+#include "sim/outlook/sim_ol_application.h"
 
 namespace zintra::sim {
 
 struct SimOutlookHost {
   explicit SimOutlookHost(Clock* clock = nullptr)
-      : profile(clock), application(std::make_shared<SimApplication>(&profile)), factory(&profile) {
+      : profile(clock),
+        application(std::make_shared<SimOlApplication>(&profile)),
+        factory(&profile) {
     factory.RegisterLibrary();
-    std::weak_ptr<SimApplication> app = application;
+    std::weak_ptr<SimOlApplication> app = application;
     factory.Register("Outlook.Application",
                      [app]() -> std::shared_ptr<AutomationObject> { return app.lock(); });
   }
 
   Profile profile;
-  std::shared_ptr<SimApplication> application;
-  SimObjectFactory factory;
+  std::shared_ptr<SimOlApplication> application;
+  SimClassRegistry factory;
 };
 
 }  // namespace zintra::sim

@@ -1,8 +1,8 @@
-#include "sim/outlook/sim_windows.h"
+#include "sim/outlook/sim_ol_windows.h"
 
 #include "sim/outlook/message_props.h"
-#include "sim/outlook/sim_application.h"
 #include "sim/outlook/sim_folder.h"
+#include "sim/outlook/sim_ol_application.h"
 #include "src/core/z_error.h"
 #include "src/host/mapi_object.h"
 
@@ -35,35 +35,35 @@ class SimSelection : public Selection {
 
 // --- explorer ---
 
-SimExplorer::SimExplorer(SimApplication* app, Profile* profile,
-                         std::shared_ptr<FolderRecord> folder)
+SimOlExplorer::SimOlExplorer(SimOlApplication* app, Profile* profile,
+                             std::shared_ptr<FolderRecord> folder)
     : app_(app), profile_(profile), folder_(std::move(folder)) {
   bars_ = SimCommandBars::MakeState(
       profile, this, [this](int32_t id) { app_->ExecuteCommand(id, shared_from_this()); });
 }
 
-void SimExplorer::Hit(std::string_view member) const {
+void SimOlExplorer::Hit(std::string_view member) const {
   profile_->Faults().Check(member, this);
   if (closed_) throw ZError(kMapiObjectDeleted, "The explorer has been closed");
 }
 
-std::string SimExplorer::Caption() const {
+std::string SimOlExplorer::Caption() const {
   Hit("Explorer.Caption");
   return folder_->name + " - Microsoft Outlook";
 }
 
-std::shared_ptr<zintra::CommandBars> SimExplorer::CommandBars() {
+std::shared_ptr<zintra::CommandBars> SimOlExplorer::CommandBars() {
   Hit("Explorer.CommandBars");
   bars_->window = weak_from_this();
   return std::make_shared<SimCommandBars>(bars_);
 }
 
-void SimExplorer::Activate() {
+void SimOlExplorer::Activate() {
   Hit("Explorer.Activate");
   app_->WindowActivated(this);
 }
 
-void SimExplorer::Close(int32_t /*save_mode*/) {
+void SimOlExplorer::Close(int32_t /*save_mode*/) {
   Hit("Explorer.Close");
   auto keep = shared_from_this();
   closed_ = true;
@@ -71,17 +71,17 @@ void SimExplorer::Close(int32_t /*save_mode*/) {
   app_->WindowClosed(this);
 }
 
-std::shared_ptr<zintra::Selection> SimExplorer::Selection() {
+std::shared_ptr<zintra::Selection> SimOlExplorer::Selection() {
   Hit("Explorer.Selection");
   return std::make_shared<SimSelection>(profile_, selection_);
 }
 
-std::shared_ptr<Folder> SimExplorer::CurrentFolder() {
+std::shared_ptr<Folder> SimOlExplorer::CurrentFolder() {
   Hit("Explorer.CurrentFolder");
   return MakeFolder(profile_, folder_);
 }
 
-void SimExplorer::Select(const std::vector<std::shared_ptr<Item>>& items) {
+void SimOlExplorer::Select(const std::vector<std::shared_ptr<Item>>& items) {
   selection_.clear();
   for (const auto& item : items) {
     if (auto record = RecordOf(item)) selection_.push_back(record);
@@ -89,7 +89,7 @@ void SimExplorer::Select(const std::vector<std::shared_ptr<Item>>& items) {
   SelectionChange.Raise();
 }
 
-void SimExplorer::ShowFolder(const std::shared_ptr<FolderRecord>& folder) {
+void SimOlExplorer::ShowFolder(const std::shared_ptr<FolderRecord>& folder) {
   folder_ = folder;
   selection_.clear();
   SelectionChange.Raise();
@@ -97,37 +97,37 @@ void SimExplorer::ShowFolder(const std::shared_ptr<FolderRecord>& folder) {
 
 // --- inspector ---
 
-SimInspector::SimInspector(SimApplication* app, Profile* profile, std::shared_ptr<SimItem> item,
-                           int32_t hwnd)
+SimOlInspector::SimOlInspector(SimOlApplication* app, Profile* profile,
+                               std::shared_ptr<SimItem> item, int32_t hwnd)
     : app_(app), profile_(profile), item_(std::move(item)), hwnd_(hwnd) {
   bars_ = SimCommandBars::MakeState(
       profile, this, [this](int32_t id) { app_->ExecuteCommand(id, shared_from_this()); });
 }
 
-void SimInspector::Hit(std::string_view member) const {
+void SimOlInspector::Hit(std::string_view member) const {
   profile_->Faults().Check(member, this);
   if (closed_) throw ZError(kMapiObjectDeleted, "The inspector has been closed");
 }
 
-std::string SimInspector::Caption() const {
+std::string SimOlInspector::Caption() const {
   Hit("Inspector.Caption");
   const MessageRecord& m = *item_->Record();
   std::string title = MessageProps::Text(m, kPrSubject);
   return (title.empty() ? "Untitled" : title) + " - " + ItemClassTypeName(m.item_class);
 }
 
-std::shared_ptr<zintra::CommandBars> SimInspector::CommandBars() {
+std::shared_ptr<zintra::CommandBars> SimOlInspector::CommandBars() {
   Hit("Inspector.CommandBars");
   bars_->window = weak_from_this();
   return std::make_shared<SimCommandBars>(bars_);
 }
 
-void SimInspector::Activate() {
+void SimOlInspector::Activate() {
   Hit("Inspector.Activate");
   app_->WindowActivated(this);
 }
 
-void SimInspector::Close(int32_t save_mode) {
+void SimOlInspector::Close(int32_t save_mode) {
   Hit("Inspector.Close");
   auto keep = shared_from_this();
   const auto& record = item_->Record();
@@ -145,12 +145,12 @@ void SimInspector::Close(int32_t save_mode) {
   app_->WindowClosed(this);
 }
 
-std::shared_ptr<Item> SimInspector::CurrentItem() {
+std::shared_ptr<Item> SimOlInspector::CurrentItem() {
   Hit("Inspector.CurrentItem");
   return item_;
 }
 
-int32_t SimInspector::Hwnd() {
+int32_t SimOlInspector::Hwnd() {
   Hit("Inspector.Hwnd");
   return hwnd_;
 }

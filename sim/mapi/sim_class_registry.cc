@@ -1,4 +1,4 @@
-#include "sim/mapi/sim_object_factory.h"
+#include "sim/mapi/sim_class_registry.h"
 
 #include "sim/mapi/sim_mapi_table.h"
 #include "sim/mapi/sim_mapi_utils.h"
@@ -10,15 +10,15 @@
 
 namespace zintra::sim {
 
-void SimObjectFactory::Register(const std::string& prog_id, Creator creator) {
+void SimClassRegistry::Register(const std::string& prog_id, Creator creator) {
   classes_[text::LCase(prog_id)] = std::move(creator);
 }
 
-void SimObjectFactory::Unregister(const std::string& prog_id) {
+void SimClassRegistry::Unregister(const std::string& prog_id) {
   classes_.erase(text::LCase(prog_id));
 }
 
-void SimObjectFactory::RegisterLibrary() {
+void SimClassRegistry::RegisterLibrary() {
   Profile* p = profile_;
   const std::string prefix = "TovuRedemption.";
   Register(prefix + "TovuAddressLists", [p] { return std::make_shared<SimAddressLists>(p); });
@@ -40,7 +40,7 @@ void SimObjectFactory::RegisterLibrary() {
            [p] { return std::make_shared<SimRdoFolder>(p, "TovuRDOFolder"); });
 }
 
-std::shared_ptr<AutomationObject> SimObjectFactory::CreateObject(const std::string& prog_id) {
+std::shared_ptr<AutomationObject> SimClassRegistry::CreateObject(const std::string& prog_id) {
   requests_.push_back(prog_id);
   profile_->Faults().Check("ObjectFactory.CreateObject", nullptr);
   auto it = classes_.find(text::LCase(prog_id));

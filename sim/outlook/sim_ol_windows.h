@@ -1,4 +1,4 @@
-// Simulated Outlook windows. They belong to a SimApplication, which lists the open
+// Simulated Outlook windows. They belong to a SimOlApplication, which lists the open
 // ones and carries out their built-in commands. A closed window's members throw
 // kMapiObjectDeleted. Fault keys: the window object itself.
 #pragma once
@@ -15,13 +15,13 @@
 
 namespace zintra::sim {
 
-class SimApplication;
+class SimOlApplication;
 
-class SimExplorer : public Explorer,
-                    public SimKeyed,
-                    public std::enable_shared_from_this<SimExplorer> {
+class SimOlExplorer : public Explorer,
+                      public SimKeyed,
+                      public std::enable_shared_from_this<SimOlExplorer> {
  public:
-  SimExplorer(SimApplication* app, Profile* profile, std::shared_ptr<FolderRecord> folder);
+  SimOlExplorer(SimOlApplication* app, Profile* profile, std::shared_ptr<FolderRecord> folder);
   std::string TypeName() const override { return "Explorer"; }
   const void* FaultKey() const override { return this; }
 
@@ -41,7 +41,7 @@ class SimExplorer : public Explorer,
 
  private:
   void Hit(std::string_view member) const;
-  SimApplication* app_;
+  SimOlApplication* app_;
   Profile* profile_;
   std::shared_ptr<FolderRecord> folder_;
   std::vector<std::shared_ptr<MessageRecord>> selection_;
@@ -49,11 +49,12 @@ class SimExplorer : public Explorer,
   bool closed_ = false;
 };
 
-class SimInspector : public Inspector,
-                     public SimKeyed,
-                     public std::enable_shared_from_this<SimInspector> {
+class SimOlInspector : public Inspector,
+                       public SimKeyed,
+                       public std::enable_shared_from_this<SimOlInspector> {
  public:
-  SimInspector(SimApplication* app, Profile* profile, std::shared_ptr<SimItem> item, int32_t hwnd);
+  SimOlInspector(SimOlApplication* app, Profile* profile, std::shared_ptr<SimItem> item,
+                 int32_t hwnd);
   std::string TypeName() const override { return "Inspector"; }
   const void* FaultKey() const override { return this; }
 
@@ -73,7 +74,7 @@ class SimInspector : public Inspector,
 
  private:
   void Hit(std::string_view member) const;
-  SimApplication* app_;
+  SimOlApplication* app_;
   Profile* profile_;
   std::shared_ptr<SimItem> item_;  // one object for the window's life, so its events last
   int32_t hwnd_;

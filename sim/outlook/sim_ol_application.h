@@ -1,8 +1,8 @@
-// SimApplication: Outlook's Application over a simulated Profile, plus the controls a
+// SimOlApplication: Outlook's Application over a simulated Profile, plus the controls a
 // test uses to act as the user or as Outlook (open and close windows, select items,
 // send mail, deliver new mail, open the Options dialog, quit).
 //
-// Ownership: the test owns the SimApplication and the Profile; the Profile must
+// Ownership: the test owns the SimOlApplication and the Profile; the Profile must
 // outlive it. The application registers itself as the profile's inspector opener
 // and unregisters on destruction. Fault key: the Profile ("Application.<Member>").
 #pragma once
@@ -13,7 +13,7 @@
 
 #include "sim/outlook/profile.h"
 #include "sim/outlook/sim_keys.h"
-#include "sim/outlook/sim_windows.h"
+#include "sim/outlook/sim_ol_windows.h"
 #include "src/host/outlook_application.h"
 
 namespace zintra::sim {
@@ -31,12 +31,12 @@ class SimPropertyPages : public PropertyPages {
   std::vector<std::string> titles_;
 };
 
-class SimApplication : public Application, public SimKeyed {
+class SimOlApplication : public Application, public SimKeyed {
  public:
-  explicit SimApplication(Profile* profile);
-  ~SimApplication() override;
-  SimApplication(const SimApplication&) = delete;
-  SimApplication& operator=(const SimApplication&) = delete;
+  explicit SimOlApplication(Profile* profile);
+  ~SimOlApplication() override;
+  SimOlApplication(const SimOlApplication&) = delete;
+  SimOlApplication& operator=(const SimOlApplication&) = delete;
 
   std::string TypeName() const override { return "Application"; }
   const void* FaultKey() const override { return profile_; }
@@ -54,9 +54,9 @@ class SimApplication : public Application, public SimKeyed {
 
   // --- the user and Outlook ---
   // Opens an explorer on the folder (NewExplorer), which becomes the active window.
-  std::shared_ptr<SimExplorer> OpenExplorer(const std::shared_ptr<FolderRecord>& folder);
+  std::shared_ptr<SimOlExplorer> OpenExplorer(const std::shared_ptr<FolderRecord>& folder);
   // Opens an inspector on the item (NewInspector), or activates the one showing it.
-  std::shared_ptr<SimInspector> OpenInspector(const std::shared_ptr<Item>& item);
+  std::shared_ptr<SimOlInspector> OpenInspector(const std::shared_ptr<Item>& item);
   // Sends an item: ItemSend (a handler may cancel; then false), else it is stamped
   // with SentOn and stored in Sent Items.
   bool Send(const std::shared_ptr<Item>& item);

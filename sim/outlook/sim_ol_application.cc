@@ -1,4 +1,4 @@
-#include "sim/outlook/sim_application.h"
+#include "sim/outlook/sim_ol_application.h"
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@
 
 namespace zintra::sim {
 
-class SimApplication::ExplorerList : public zintra::Explorers {
+class SimOlApplication::ExplorerList : public zintra::Explorers {
  public:
   explicit ExplorerList(Profile* profile) : profile_(profile) {}
   std::string TypeName() const override { return "Explorers"; }
@@ -22,13 +22,13 @@ class SimApplication::ExplorerList : public zintra::Explorers {
     profile_->Faults().Check("Explorers.Item", profile_);
     return list[CheckIndex(index, list.size())];
   }
-  std::vector<std::shared_ptr<SimExplorer>> list;
+  std::vector<std::shared_ptr<SimOlExplorer>> list;
 
  private:
   Profile* profile_;
 };
 
-class SimApplication::InspectorList : public zintra::Inspectors {
+class SimOlApplication::InspectorList : public zintra::Inspectors {
  public:
   explicit InspectorList(Profile* profile) : profile_(profile) {}
   std::string TypeName() const override { return "Inspectors"; }
@@ -40,7 +40,7 @@ class SimApplication::InspectorList : public zintra::Inspectors {
     profile_->Faults().Check("Inspectors.Item", profile_);
     return list[CheckIndex(index, list.size())];
   }
-  std::vector<std::shared_ptr<SimInspector>> list;
+  std::vector<std::shared_ptr<SimOlInspector>> list;
 
  private:
   Profile* profile_;
@@ -57,7 +57,7 @@ void SimPropertyPages::Add(const std::shared_ptr<AutomationObject>& page,
   titles_.push_back(title);
 }
 
-SimApplication::SimApplication(Profile* profile)
+SimOlApplication::SimOlApplication(Profile* profile)
     : profile_(profile),
       explorers_(std::make_shared<ExplorerList>(profile)),
       inspectors_(std::make_shared<InspectorList>(profile)) {
@@ -66,34 +66,34 @@ SimApplication::SimApplication(Profile* profile)
   });
 }
 
-SimApplication::~SimApplication() { profile_->SetInspectorOpener(nullptr); }
+SimOlApplication::~SimOlApplication() { profile_->SetInspectorOpener(nullptr); }
 
-std::shared_ptr<zintra::Explorers> SimApplication::Explorers() {
+std::shared_ptr<zintra::Explorers> SimOlApplication::Explorers() {
   Hit("Application.Explorers");
   return explorers_;
 }
 
-std::shared_ptr<zintra::Inspectors> SimApplication::Inspectors() {
+std::shared_ptr<zintra::Inspectors> SimOlApplication::Inspectors() {
   Hit("Application.Inspectors");
   return inspectors_;
 }
 
-std::string SimApplication::Version() const {
+std::string SimOlApplication::Version() const {
   Hit("Application.Version");
   return profile_->Version();
 }
 
-std::string SimApplication::ProductCode() const {
+std::string SimOlApplication::ProductCode() const {
   Hit("Application.ProductCode");
   return "{90110409-6000-11D3-8CFE-0150048383C9}";
 }
 
-std::shared_ptr<Namespace> SimApplication::Session() {
+std::shared_ptr<Namespace> SimOlApplication::Session() {
   Hit("Application.Session");
   return MakeNamespace(profile_);
 }
 
-std::shared_ptr<Explorer> SimApplication::ActiveExplorer() {
+std::shared_ptr<Explorer> SimOlApplication::ActiveExplorer() {
   Hit("Application.ActiveExplorer");
   for (const auto& e : explorers_->list) {
     if (e.get() == active_) return e;
@@ -101,7 +101,7 @@ std::shared_ptr<Explorer> SimApplication::ActiveExplorer() {
   return explorers_->list.empty() ? nullptr : explorers_->list.front();
 }
 
-std::shared_ptr<Inspector> SimApplication::ActiveInspector() {
+std::shared_ptr<Inspector> SimOlApplication::ActiveInspector() {
   Hit("Application.ActiveInspector");
   for (const auto& i : inspectors_->list) {
     if (i.get() == active_) return i;
@@ -109,7 +109,7 @@ std::shared_ptr<Inspector> SimApplication::ActiveInspector() {
   return nullptr;
 }
 
-std::shared_ptr<Item> SimApplication::CreateItem(int32_t item_type) {
+std::shared_ptr<Item> SimOlApplication::CreateItem(int32_t item_type) {
   Hit("Application.CreateItem");
   ItemClass item_class = ItemClassForType(item_type);
   auto folder = profile_->DefaultFolder(DefaultFolderForType(item_type));
@@ -118,16 +118,16 @@ std::shared_ptr<Item> SimApplication::CreateItem(int32_t item_type) {
   return MakeItem(profile_, profile_->NewMessage(item_class, folder));
 }
 
-std::shared_ptr<SimExplorer> SimApplication::OpenExplorer(
+std::shared_ptr<SimOlExplorer> SimOlApplication::OpenExplorer(
     const std::shared_ptr<FolderRecord>& folder) {
-  auto explorer = std::make_shared<SimExplorer>(this, profile_, folder);
+  auto explorer = std::make_shared<SimOlExplorer>(this, profile_, folder);
   explorers_->list.push_back(explorer);
   explorers_->NewExplorer.Raise(std::shared_ptr<Explorer>(explorer));
   WindowActivated(explorer.get());
   return explorer;
 }
 
-std::shared_ptr<SimInspector> SimApplication::OpenInspector(const std::shared_ptr<Item>& item) {
+std::shared_ptr<SimOlInspector> SimOlApplication::OpenInspector(const std::shared_ptr<Item>& item) {
   auto record = RecordOf(item);
   if (!record) throw ZError(kMapiInvalidParameter, "Not an item of this profile");
   for (const auto& open : inspectors_->list) {
@@ -138,14 +138,14 @@ std::shared_ptr<SimInspector> SimApplication::OpenInspector(const std::shared_pt
   }
   auto shown = std::dynamic_pointer_cast<SimItem>(item);
   if (!shown) shown = MakeItem(profile_, record);
-  auto inspector = std::make_shared<SimInspector>(this, profile_, shown, NextHwnd());
+  auto inspector = std::make_shared<SimOlInspector>(this, profile_, shown, NextHwnd());
   inspectors_->list.push_back(inspector);
   inspectors_->NewInspector.Raise(std::shared_ptr<Inspector>(inspector));
   WindowActivated(inspector.get());
   return inspector;
 }
 
-bool SimApplication::Send(const std::shared_ptr<Item>& item) {
+bool SimOlApplication::Send(const std::shared_ptr<Item>& item) {
   auto record = RecordOf(item);
   if (!record) throw ZError(kMapiInvalidParameter, "Not an item of this profile");
   bool cancel = false;
@@ -163,7 +163,7 @@ bool SimApplication::Send(const std::shared_ptr<Item>& item) {
   return true;
 }
 
-void SimApplication::Deliver(const std::shared_ptr<Item>& item) {
+void SimOlApplication::Deliver(const std::shared_ptr<Item>& item) {
   auto record = RecordOf(item);
   if (!record) throw ZError(kMapiInvalidParameter, "Not an item of this profile");
   auto inbox = profile_->DefaultFolder(kOlFolderInbox);
@@ -181,26 +181,26 @@ void SimApplication::Deliver(const std::shared_ptr<Item>& item) {
   profile_->new_mail.Raise(record);
 }
 
-std::shared_ptr<SimPropertyPages> SimApplication::ShowOptions() {
+std::shared_ptr<SimPropertyPages> SimOlApplication::ShowOptions() {
   auto pages = std::make_shared<SimPropertyPages>();
   OptionsPagesAdd.Raise(std::shared_ptr<PropertyPages>(pages));
   return pages;
 }
 
-std::shared_ptr<SimPropertyPages> SimApplication::ShowFolderProperties(
+std::shared_ptr<SimPropertyPages> SimOlApplication::ShowFolderProperties(
     const std::shared_ptr<Folder>& folder) {
   auto pages = std::make_shared<SimPropertyPages>();
   MakeNamespace(profile_)->OptionsPagesAdd.Raise(std::shared_ptr<PropertyPages>(pages), folder);
   return pages;
 }
 
-void SimApplication::QuitOutlook() {
+void SimOlApplication::QuitOutlook() {
   while (!inspectors_->list.empty()) inspectors_->list.back()->Close(1);
   while (!explorers_->list.empty()) explorers_->list.back()->Close(1);
   Quit.Raise();
 }
 
-void SimApplication::WindowActivated(AutomationObject* window) {
+void SimOlApplication::WindowActivated(AutomationObject* window) {
   if (active_ == window) return;
   auto raise = [this](AutomationObject* w, bool activate) {
     for (const auto& e : explorers_->list) {
@@ -216,7 +216,7 @@ void SimApplication::WindowActivated(AutomationObject* window) {
   raise(window, true);
 }
 
-void SimApplication::WindowClosed(AutomationObject* window) {
+void SimOlApplication::WindowClosed(AutomationObject* window) {
   auto& e = explorers_->list;
   e.erase(std::remove_if(e.begin(), e.end(), [window](const auto& x) { return x.get() == window; }),
           e.end());
@@ -226,15 +226,15 @@ void SimApplication::WindowClosed(AutomationObject* window) {
   if (active_ == window) active_ = nullptr;
 }
 
-void SimApplication::ExecuteCommand(int32_t id, const std::shared_ptr<AutomationObject>& window) {
+void SimOlApplication::ExecuteCommand(int32_t id, const std::shared_ptr<AutomationObject>& window) {
   executed_.push_back(id);
   // The contact the command acts on: the explorer's first selected item or the
   // inspector's item, when it is a contact.
   std::shared_ptr<MessageRecord> contact;
-  if (auto explorer = std::dynamic_pointer_cast<SimExplorer>(window)) {
+  if (auto explorer = std::dynamic_pointer_cast<SimOlExplorer>(window)) {
     auto selection = explorer->Selection();
     if (selection->Count() > 0) contact = RecordOf(selection->Item(1));
-  } else if (auto inspector = std::dynamic_pointer_cast<SimInspector>(window)) {
+  } else if (auto inspector = std::dynamic_pointer_cast<SimOlInspector>(window)) {
     contact = inspector->ShownItem()->Record();
   }
   if (contact && contact->item_class != ItemClass::kContact) contact = nullptr;

@@ -1,4 +1,4 @@
-// SimObjectFactory: the simulated host's class registry (COM's CreateObject by ProgID).
+// SimClassRegistry: the simulated host's class registry (COM's CreateObject by ProgID).
 // RegisterLibrary registers the MAPI library's seventeen classes under
 // "TovuRedemption." + class name, creating objects over the given profile; other
 // components (the keep-alive program, the options page) register their own. ProgIDs
@@ -17,11 +17,11 @@
 
 namespace zintra::sim {
 
-class SimObjectFactory : public ObjectFactory {
+class SimClassRegistry : public ObjectFactory {
  public:
   using Creator = std::function<std::shared_ptr<AutomationObject>()>;
 
-  explicit SimObjectFactory(Profile* profile) : profile_(profile) {}
+  explicit SimClassRegistry(Profile* profile) : profile_(profile) {}
 
   void Register(const std::string& prog_id, Creator creator);
   void Unregister(const std::string& prog_id);

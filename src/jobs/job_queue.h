@@ -46,6 +46,8 @@
 
 namespace zintra {
 
+class RegSettings;
+
 inline constexpr int32_t kStrShowMonitor = 1211;  // "Show Zintra Monitor"
 inline constexpr int32_t kStrHideMonitor = 1212;  // "Hide Zintra Monitor"
 inline constexpr char kMonitorMenuKey[] = "ShowHideMonitor";
@@ -78,7 +80,7 @@ class JobQueue : public ICheckLinger, public std::enable_shared_from_this<JobQue
   // The add-in's Kill broadcast: nothing, the add-in calls Kill itself, last.
   void Addin_Kill() {}
   // Settings changes take effect at the next start of Outlook.
-  void Addin_RegSettingsChanged() {}
+  void Addin_RegSettingsChanged(const RegSettings& /*OldSettings*/) {}
 
   // Set by the add-in when Outlook quits during an activation: the run stops after
   // the job returns and calls the add-in's Shutdown.

@@ -60,7 +60,7 @@ void JobQueue::SetTaskListVisible(bool value) {
   if (!task_list_form_) return;
   if (value) {
     // Once the user sent the list to the tray, only the tray brings it back.
-    if (!minimized_) {
+    if (!minimized_ && !task_list_form_->Visible()) {
       task_list_form_->SetVisible(true);
       task_list_form_->KeepOnTop();
     }

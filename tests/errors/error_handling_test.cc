@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "sim/errorlog/sqlite_error_log.h"
@@ -211,6 +212,20 @@ TEST_F(ErrorHandlingTest, ChangedLogPathMovesTheFileAndLevelApplies) {
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_EQ(rows[0].description, "first");
   EXPECT_EQ(rows[1].kind, "Error");
+}
+
+TEST_F(ErrorHandlingTest, FailedMoveKeepsTheOldFileAndSaysWhy) {
+  errors_.LogWarning("first");
+  { std::ofstream blocker(tmp_.path() / "blocker"); }
+  RegSettings settings(registry_, files_, platform_);
+  settings.Read(true, false, false);
+  RegSettings moved = settings;
+  moved.LogPath = tmp_.str() + "\\blocker\\sub";
+  errors_.Addin_RegSettingsChanged(settings, moved);
+  auto rows = Rows();
+  ASSERT_EQ(rows.size(), 2u);
+  EXPECT_EQ(rows[1].description.rfind("Could not move the error log to '", 0), 0u);
+  EXPECT_EQ(errors_.LogFilePath(), tmp_.str() + "\\ZINTRAERRORS.MDB");
 }
 
 }  // namespace

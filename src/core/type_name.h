@@ -1,5 +1,5 @@
 // TypeName: the class name of an object's dynamic type without its namespace, as
-// VB's TypeName gives it ("JobLog" for a zintra::JobLog). Used in log lines that
+// VB's TypeName gives it ("JobProcess" for a zintra::JobProcess). Used in log lines that
 // name the kind of an object.
 #pragma once
 

@@ -1,0 +1,126 @@
+// SimOutlook: the Outlook process as a user lives it, over every simulated port. It
+// owns the ports (handed to the add-in as one Host bundle), the Application with its
+// explorers and inspectors, and the add-in that Outlook's loader creates through the
+// factory set with SetAddin. It makes the loader's calls in Outlook's order:
+//
+//   Start: OnConnection(mode 1), the start-up windows open, OnStartupComplete.
+//   LoadAddin (after start): OnConnection(mode 0), OnAddInsUpdate.
+//   UnloadAddin: OnDisconnection(1), OnAddInsUpdate, the add-in object released.
+//   Last window closed: Application Quit; then, unless a keep-alive object holds
+//   Outlook open, OnBeginShutdown, OnDisconnection(0), the add-in released and the
+//   process ended. A held process ends (at the next message) when the keep-alive
+//   object is released.
+//
+// A start without windows leaves Outlook running for the program that started it;
+// EndProcess ends it. Everything runs on the test's thread; messages posted to the
+// loop (loop.Post) arrive inside the add-in's DoEvents as window messages would.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sim/addin_host/sim_application.h"
+#include "sim/addin_host/sim_object_factory.h"
+#include "sim/addin_host/sim_windows.h"
+#include "sim/errorlog/sqlite_error_log.h"
+#include "sim/files/memory_file_system.h"
+#include "sim/platform/sim_platform.h"
+#include "sim/registry/memory_registry.h"
+#include "sim/shell/recording_shell.h"
+#include "sim/shell/recording_window_manager.h"
+#include "sim/shell/sim_form_factory.h"
+#include "sim/time/event_loop.h"
+#include "sim/time/virtual_clock.h"
+#include "sim/ui/recording_dialog_views.h"
+#include "sim/ui/recording_msg_box.h"
+#include "src/host/host.h"
+#include "src/host/idt_extensibility2.h"
+
+namespace zintra::sim {
+
+inline constexpr char kSimKeepAliveProgId[] = "ZintraKeepAlive.KeepAlive";
+
+enum class StartWindows { kExplorer, kInspector, kNone };
+
+class SimOutlook {
+ public:
+  using AddinFactory = std::function<std::shared_ptr<IDTExtensibility2>(const Host& host)>;
+
+  // The error log's files go below log_root (see SqliteErrorLog).
+  explicit SimOutlook(std::filesystem::path log_root, double start_serial = 46027.375);
+  ~SimOutlook();
+  SimOutlook(const SimOutlook&) = delete;
+  SimOutlook& operator=(const SimOutlook&) = delete;
+
+  // --- The ports (fixture side is public) ---
+  MemoryRegistry registry;
+  MemoryFileSystem files;
+  SimPlatform platform;
+  VirtualClock clock;
+  EventLoop loop{clock};
+  SimFormFactory forms;
+  RecordingWindowManager windows;
+  RecordingShell shell;
+  RecordingMsgBox msg_box;
+  RecordingDialogViews dialogs;
+  SqliteErrorLogFactory error_logs;
+  SimObjectFactory objects;
+  const Host& host() const { return host_; }
+
+  SimApplication& app() { return *app_; }
+  // References to the Application held outside this process model.
+  long ApplicationHolders() const { return app_.use_count() - 1; }
+
+  // The add-in registered with Outlook's loader, under its ProgID.
+  void SetAddin(AddinFactory factory, std::string prog_id = "ZintraAddin.Connect");
+
+  // --- The process ---
+  // An inspector start opens `item` (may be nullptr).
+  void Start(StartWindows start_windows, bool load_addin,
+             std::shared_ptr<Item> inspector_item = nullptr);
+  void LoadAddin();
+  void UnloadAddin();
+  std::shared_ptr<SimExplorer> OpenExplorer(std::shared_ptr<Folder> folder = nullptr);
+  std::shared_ptr<SimInspector> OpenInspector(std::shared_ptr<Item> item);
+  // File > Exit: every inspector, then every explorer, closes.
+  void Quit();
+  // The program that started Outlook without windows lets it go.
+  void EndProcess();
+
+  bool Started() const { return started_; }
+  bool Ended() const { return ended_; }
+  bool AddinLoaded() const { return addin_ != nullptr; }
+  // The UI is gone but a keep-alive object holds the process open.
+  bool HeldByKeepAlive() const { return quitting_ && !ended_ && keep_alive_holds_ > 0; }
+  int KeepAliveHolds() const { return keep_alive_holds_; }
+  std::weak_ptr<IDTExtensibility2> Addin() const { return addin_; }
+  // Loader calls in order ("OnConnection(1)", "OnStartupComplete", ...).
+  const std::vector<std::string>& LoaderCalls() const { return loader_calls_; }
+
+ private:
+  void Connect(int32_t mode);
+  void Disconnect(int32_t mode);
+  void CloseExplorer(SimExplorer& explorer);
+  void CloseInspector(SimInspector& inspector);
+  void WindowClosed();
+  void KeepAliveHold(bool hold);
+
+  Host host_;
+  std::shared_ptr<SimApplication> app_ = std::make_shared<SimApplication>();
+  std::shared_ptr<SimComAddIn> com_addin_;
+  AddinFactory addin_factory_;
+  std::shared_ptr<IDTExtensibility2> addin_;
+  std::vector<std::string> loader_calls_;
+  int32_t next_hwnd_ = 0x20000;
+  int keep_alive_holds_ = 0;
+  bool started_ = false;
+  bool quitting_ = false;
+  bool ended_ = false;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace zintra::sim

@@ -37,16 +37,6 @@ TEST(JobDelayedTrigger, ZeroDelayTriggersOnTheFirstActivation) {
   EXPECT_EQ(env.triggered, 1);
 }
 
-TEST(JobDelayedTrigger, WaitsWithoutBlockingThenTriggersOnce) {
-  TriggerEnv env;
-  env.Make(500);
-  env.loop.AdvanceBy(480 * kMs);
-  EXPECT_EQ(env.triggered, 0);
-  EXPECT_TRUE(env.queue->TimerForm()->Active());  // the wait keeps the timer going
-  EXPECT_TRUE(env.loop.RunUntilIdle());
-  EXPECT_EQ(env.triggered, 1);
-}
-
 TEST(JobDelayedTrigger, RestartPostponesTheTriggerToTheNewDelay) {
   TriggerEnv env;
   auto job = env.Make(1000);
@@ -54,6 +44,7 @@ TEST(JobDelayedTrigger, RestartPostponesTheTriggerToTheNewDelay) {
   job->Restart(1000);
   env.loop.AdvanceBy(900 * kMs);
   EXPECT_EQ(env.triggered, 0);
+  EXPECT_TRUE(env.queue->TimerForm()->Active());  // the wait keeps the timer going
   env.loop.AdvanceBy(200 * kMs);
   EXPECT_EQ(env.triggered, 1);
 }

@@ -86,21 +86,6 @@ TEST(EventLoop, TimerDestroyedInItsOwnTickStopsAndDoesNotReenter) {
   EXPECT_EQ(loop.EnabledTimerCount(), 0);
 }
 
-TEST(EventLoop, PostedMessagesRunAtTheNextPump) {
-  VirtualClock clock(MakeDate(2024, 3, 1, 10, 0, 0));
-  EventLoop loop(clock);
-  std::vector<int> seen;
-  loop.Post([&] {
-    seen.push_back(1);
-    loop.Post([&] { seen.push_back(2); });  // waits for the next pass
-  });
-  loop.DoEvents();
-  EXPECT_THAT(seen, ::testing::ElementsAre(1));
-  loop.DoEvents();
-  EXPECT_THAT(seen, ::testing::ElementsAre(1, 2));
-  EXPECT_EQ(loop.do_events_count(), 2);
-}
-
 TEST(EventLoop, TimerOutlivingTheLoopIsHarmless) {
   VirtualClock clock(MakeDate(2024, 3, 1, 10, 0, 0));
   auto loop = std::make_unique<EventLoop>(clock);

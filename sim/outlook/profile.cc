@@ -226,6 +226,7 @@ std::shared_ptr<MessageRecord> Profile::NewMessage(ItemClass item_class,
   message->serial = next_serial_++;
   message->folder = home;
   message->props.Set(kPrMessageClass, Value(DefaultMessageClass(item_class)));
+  message->props.Set(kPrSensitivity, Value(int32_t{kOlNormal}));
   return message;
 }
 

@@ -20,19 +20,19 @@
 namespace zintra::sim {
 
 struct ContactSpec {
-  std::string full_name;
-  std::vector<std::string> emails;  // up to three: Email1..Email3Address
-  std::string categories;           // "Customers, Suppliers"
+  std::string full_name{};
+  std::vector<std::string> emails{};  // up to three: Email1..Email3Address
+  std::string categories{};           // "Customers, Suppliers"
   int32_t sensitivity = kOlNormal;
-  std::string company;
+  std::string company{};
 };
 
 struct MailSpec {
-  std::string subject;
-  std::string body;
+  std::string subject{};
+  std::string body{};
   double time = 0;  // received (incoming) or sent (outgoing) time; 0: the profile's clock
   int32_t sensitivity = kOlNormal;
-  std::string message_class;  // "" for IPM.Note
+  std::string message_class{};  // "" for IPM.Note
 };
 
 class ProfileBuilder {

@@ -1,0 +1,129 @@
+// The live sorted Items collection and Find over the filter syntax.
+#include <gtest/gtest.h>
+
+#include "src/core/date.h"
+#include "tests/sim_outlook/sim_fixture.h"
+
+namespace zintra::sim {
+namespace {
+
+class ItemsTest : public SimTest {
+ protected:
+  // Mails "M1".."Mn" created one hour apart.
+  void Fill(int n) {
+    for (int i = 1; i <= n; ++i) {
+      MailSpec spec{"M" + std::to_string(i)};
+      spec.time = MakeDate(2026, 1, 1, i, 0, 0);
+      builder.MailFrom(ProfileBuilder::Smtp("Bob", "bob@x.com"), spec);
+    }
+  }
+  std::shared_ptr<Items> inbox_items = Default(kOlFolderInbox)->Items();
+};
+
+TEST_F(ItemsTest, NewerItemAddedDuringADescendingWalkRepeatsTheCurrentItem) {
+  Fill(4);
+  inbox_items->Sort("[Created]", true);
+  EXPECT_EQ(inbox_items->GetFirst()->Subject(), "M4");
+  EXPECT_EQ(inbox_items->GetNext()->Subject(), "M3");
+  MailSpec newer{"New"};
+  newer.time = MakeDate(2026, 1, 2);
+  builder.MailFrom(ProfileBuilder::Smtp("Bob", "bob@x.com"), newer);
+  // The new item sorts first and pushes the walk back by one: M3 again.
+  EXPECT_EQ(inbox_items->GetNext()->Subject(), "M3");
+  EXPECT_EQ(inbox_items->GetNext()->Subject(), "M2");
+  EXPECT_EQ(inbox_items->GetNext()->Subject(), "M1");
+  EXPECT_EQ(inbox_items->GetNext(), nullptr);
+  EXPECT_EQ(inbox_items->Count(), 5);
+}
+
+TEST_F(ItemsTest, OlderItemAddedDuringTheWalkDoesNotShiftIt) {
+  Fill(3);
+  inbox_items->Sort("Created", true);
+  inbox_items->GetFirst();
+  MailSpec older{"Old"};
+  older.time = MakeDate(2025, 6, 1);
+  builder.MailFrom(ProfileBuilder::Smtp("Bob", "bob@x.com"), older);
+  EXPECT_EQ(inbox_items->GetNext()->Subject(), "M2");
+  EXPECT_EQ(inbox_items->GetNext()->Subject(), "M1");
+  EXPECT_EQ(inbox_items->GetNext()->Subject(), "Old");
+}
+
+TEST_F(ItemsTest, RemovingAnItemBeforeThePositionSkipsOne) {
+  Fill(4);
+  inbox_items->Sort("Created", false);
+  auto first = inbox_items->GetFirst();
+  EXPECT_EQ(inbox_items->GetNext()->Subject(), "M2");
+  first->Delete();
+  EXPECT_EQ(inbox_items->GetNext()->Subject(), "M4");
+}
+
+TEST_F(ItemsTest, UnknownSortPropertyIsRefused) {
+  try {
+    inbox_items->Sort("[Colour]", true);
+    ADD_FAILURE();
+  } catch (const ZError& e) {
+    EXPECT_EQ(e.Number(), kMapiInvalidParameter);
+  }
+}
+
+TEST_F(ItemsTest, FindWalksEveryContactCarryingTheAddressInAnySlot) {
+  builder.Contact(customers, {"Ann", {"ann@fabrikam.com"}});
+  builder.Contact(customers, {"Bob", {"bob@home.net", "ANN@fabrikam.com"}});
+  builder.Contact(customers, {"Cid", {"cid@fabrikam.com"}});
+  builder.Contact(customers, {"Dee", {"x@y.z", "y@y.z", "ann@fabrikam.com"}});
+  auto items = F(customers)->Items();
+  const std::string q = "\"ann@fabrikam.com\"";
+  std::vector<std::string> found;
+  for (auto c = items->Find("[Email1Address] = " + q + " or [Email2Address] = " + q +
+                            " or [Email3Address] = " + q);
+       c; c = items->FindNext()) {
+    found.push_back(c->FullName());
+  }
+  EXPECT_EQ(found, (std::vector<std::string>{"Ann", "Bob", "Dee"}));
+}
+
+struct FilterCase {
+  const char* filter;
+  int matches;  // of the three contacts below
+};
+
+class FilterTest : public SimTest, public testing::WithParamInterface<FilterCase> {};
+
+TEST_P(FilterTest, CountsMatches) {
+  builder.Contact(customers, {"Ann Lee", {"ann@fabrikam.com"}, "Customers, Suppliers"});
+  builder.Contact(customers, {"Bob O'Neil", {"bob@home.net"}, "suppliers", kOlPrivate});
+  builder.Contact(customers, {"Cid", {}});
+  auto items = F(customers)->Items();
+  int n = 0;
+  for (auto c = items->Find(GetParam().filter); c; c = items->FindNext()) ++n;
+  EXPECT_EQ(n, GetParam().matches) << GetParam().filter;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Syntax, FilterTest,
+    testing::Values(
+        FilterCase{"[FullName] = 'Bob O''Neil'", 1}, FilterCase{"[Categories] = \"Suppliers\"", 2},
+        FilterCase{"[Sensitivity] = 2", 1},
+        FilterCase{"[Sensitivity] <> 2 and [Email1Address] <> \"\"", 1},
+        FilterCase{"not ([FullName] = \"Cid\")", 2},
+        FilterCase{
+            "([FullName] = \"Cid\" or [FullName] = \"Ann Lee\") and [Categories] = \"customers\"",
+            1},
+        FilterCase{"[Created] > \"1/1/2020 9:00 AM\"", 3},
+        FilterCase{"[Email2Address] = \"\"", 0}));
+
+TEST_F(SimTest, MalformedFiltersAreRefusedWithInvalidParameter) {
+  auto items = F(customers)->Items();
+  for (const char* bad : {"[Email1Address = \"a\"", "[Email1Address] ~ \"a\"", "[Subject] = \"a",
+                          "[Subject] = \"a\" or", "Subject = \"a\""}) {
+    try {
+      items->Find(bad);
+      ADD_FAILURE() << bad;
+    } catch (const ZError& e) {
+      EXPECT_EQ(e.Number(), kMapiInvalidParameter) << bad;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zintra::sim

@@ -35,20 +35,16 @@ struct Field {
   mutable const StoreRecord* cached_store = nullptr;
   mutable int32_t cached_tag = 0;
 
-  Value Read(const MessageRecord& m) const {
-    if (!named) {
-      const Value* v = m.props.Get(tag);
-      return v ? *v : Value{};
-    }
+  // nullptr when the message lacks the field.
+  const Value* Read(const MessageRecord& m) const {
+    if (!named) return m.props.Get(tag);
     const StoreRecord* store = Profile::StoreOf(m);
     if (store != cached_store) {
       auto id = const_cast<StoreRecord*>(store)->names.IdFor(*named, false);
       cached_tag = id ? PropTag(*id, any_type ? kPtUnspecified : named_type) : 0;
       cached_store = store;
     }
-    if (cached_tag == 0) return {};
-    const Value* v = m.props.Get(cached_tag);
-    return v ? *v : Value{};
+    return cached_tag == 0 ? nullptr : m.props.Get(cached_tag);
   }
 };
 
@@ -114,8 +110,9 @@ struct Literal {
   bool quoted = false;
 };
 
-bool CompareValue(const Value& v, FieldKind kind, Op op, const Literal& lit) {
-  if (v.IsEmpty()) return false;
+bool CompareValue(const Value* found, FieldKind kind, Op op, const Literal& lit) {
+  if (found == nullptr || found->IsEmpty()) return false;
+  const Value& v = *found;
   if (kind == FieldKind::kCategories) {
     if (v.Type() != ValueType::kStringArray) return false;
     bool any = false;
@@ -135,6 +132,8 @@ bool CompareValue(const Value& v, FieldKind kind, Op op, const Literal& lit) {
   } catch (const ZError&) {
     return false;
   }
+  if (op == Op::kEq) return text::EqualsNoCase(v.ToString(), lit.text);
+  if (op == Op::kNe) return !text::EqualsNoCase(v.ToString(), lit.text);
   return Compare(text::LCase(v.ToString()), text::LCase(lit.text), op);
 }
 

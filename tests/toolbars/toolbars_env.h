@@ -1,0 +1,148 @@
+// The toolbar over the simulated Outlook, toolbar library and Word: a mailbox with a
+// tracked contact folder whose logged items go to the Journal, a ZintraUtils, and an
+// add-in that hands out these ports.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sim/toolbars/sim_toolbar_helper.h"
+#include "sim/word/sim_word.h"
+#include "src/toolbars/toolbars.h"
+#include "src/toolbars/toolbars_addin.h"
+#include "src/toolbars/word_letter_handler.h"
+#include "tests/logging/zintra_utils_fixture.h"
+
+namespace zintra::testing_support {
+
+class TestToolbarsAddin : public ToolbarsAddin {
+ public:
+  TestToolbarsAddin(const RegSettings& settings, std::shared_ptr<Application> app,
+                    ZintraUtils& utils, const StringTable& strings, ErrorHandling& errors,
+                    MsgBox& prompt, Platform& platform, FileSystem& files, ToolbarLibrary& toolbars,
+                    Word& word)
+      : settings_(settings),
+        app_(std::move(app)),
+        utils_(utils),
+        strings_(strings),
+        errors_(errors),
+        prompt_(prompt),
+        platform_(platform),
+        files_(files),
+        toolbars_(toolbars),
+        word_(word) {}
+
+  const RegSettings& Settings() override { return settings_; }
+  std::shared_ptr<Application> OLApp() override { return app_; }
+  std::shared_ptr<Namespace> Session() override { return app_->Session(); }
+  ZintraUtils* Utils() override { return &utils_; }
+  std::shared_ptr<Folder> TrackedLogFolder(const std::shared_ptr<Folder>& folder) override {
+    auto found = folder ? log_folders.find(folder->EntryID()) : log_folders.end();
+    return found == log_folders.end() ? nullptr : found->second;
+  }
+  const StringTable& Strings() override { return strings_; }
+  ErrorHandling& Errors() override { return errors_; }
+  MsgBox& Prompt() override { return prompt_; }
+  Platform& PlatformFacts() override { return platform_; }
+  FileSystem& Files() override { return files_; }
+  ToolbarLibrary* ToolbarLib() override { return &toolbars_; }
+  Word* WordProcessor() override { return &word_; }
+  double Now() override { return now; }
+
+  // Log folder by contact folder EntryID.
+  std::map<std::string, std::shared_ptr<Folder>> log_folders;
+  double now = MakeDate(2026, 11, 22);
+
+ private:
+  const RegSettings& settings_;
+  std::shared_ptr<Application> app_;
+  ZintraUtils& utils_;
+  const StringTable& strings_;
+  ErrorHandling& errors_;
+  MsgBox& prompt_;
+  Platform& platform_;
+  FileSystem& files_;
+  ToolbarLibrary& toolbars_;
+  Word& word_;
+};
+
+class ToolbarsTest : public ZintraUtilsTest {
+ protected:
+  ToolbarsTest() {
+    profile_.SetFileReader([this](const std::string& path) { return files_.Contents(path); });
+    addin_ = std::make_shared<TestToolbarsAddin>(settings_, app_, utils_, strings_, errors_,
+                                                 msg_box_, platform_, files_, library_, word_);
+    addin_->log_folders[FolderOf(contacts_)->EntryID()] = FolderOf(journal_);
+    files_.AddFolder("C:\\Templates");
+    files_.AddFolder(platform_.TempPath().substr(0, platform_.TempPath().size() - 1));
+    files_.AddFile("C:\\Templates\\Zintra Letter.dot", "Dear Sir or Madam,\r\n");
+  }
+  ~ToolbarsTest() override {
+    if (toolbars_) toolbars_->Kill();
+  }
+
+  void Start() {
+    toolbars_ = std::make_shared<Toolbars>();
+    toolbars_->Initialize(addin_);
+  }
+  std::shared_ptr<Item> AddContact(const std::string& name, const std::string& companies = {},
+                                   const std::string& categories = {}) {
+    auto contact = FolderOf(contacts_)->Items()->Add(kOlContactItem);
+    contact->SetFullName(name);
+    contact->SetCompanies(companies);
+    contact->SetCategories(categories);
+    contact->Save();
+    return contact;
+  }
+  // The user opens an explorer on Contacts and selects `items`.
+  std::shared_ptr<sim::SimOlExplorer> ExplorerWith(
+      const std::vector<std::shared_ptr<Item>>& items) {
+    auto explorer = app_->OpenExplorer(contacts_);
+    explorer->Select(items);
+    return explorer;
+  }
+  // Captions of the visible buttons on a window's Zintra bar.
+  static std::vector<std::string> Captions(OutlookWindow& window) {
+    std::vector<std::string> captions;
+    auto controls = window.CommandBars()->Item(kZintraBarName)->Controls();
+    for (int32_t i = 1; i <= controls->Count(); ++i) {
+      if (controls->Item(i)->Visible()) captions.push_back(controls->Item(i)->Caption());
+    }
+    return captions;
+  }
+  static bool HasBar(OutlookWindow& window) {
+    try {
+      window.CommandBars()->Item(kZintraBarName);
+      return true;
+    } catch (const ZError&) {
+      return false;
+    }
+  }
+  // The user clicks the button with `tag` in `window`.
+  static void Click(OutlookWindow& window, const std::string& tag) {
+    auto control = window.CommandBars()->Item(kZintraBarName)->FindControl(0, 0, tag, false, false);
+    ASSERT_NE(control, nullptr) << tag;
+    std::dynamic_pointer_cast<sim::SimCommandBarControl>(control)->ClickByUser();
+  }
+  // The item of the inspector opened last.
+  std::shared_ptr<Item> LastInspectorItem() {
+    auto inspectors = app_->Inspectors();
+    if (inspectors->Count() == 0) return nullptr;
+    return inspectors->Item(inspectors->Count())->CurrentItem();
+  }
+  std::vector<std::string> LinkNames(const std::shared_ptr<Item>& item) {
+    std::vector<std::string> names;
+    auto links = item->Links();
+    for (int32_t i = 1; i <= links->Count(); ++i) names.push_back(links->Item(i)->Name());
+    return names;
+  }
+
+  sim::SimToolbarLibrary library_;
+  sim::SimWord word_{files_};
+  std::shared_ptr<TestToolbarsAddin> addin_;
+  std::shared_ptr<Toolbars> toolbars_;
+};
+
+}  // namespace zintra::testing_support

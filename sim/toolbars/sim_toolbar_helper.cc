@@ -143,6 +143,7 @@ void SimToolbarHelper::MakeBar(WindowRecord& record, const BarDecl& decl) {
   std::shared_ptr<CommandBar> bar;
   try {
     auto bars = window->CommandBars();
+    if (!bars) return;  // a window model without command bars
     try {
       // A bar of that name left in the window (by an earlier helper) is taken over.
       bar = bars->Item(decl.name);

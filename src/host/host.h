@@ -17,7 +17,9 @@
 #include "src/host/registry.h"
 #include "src/host/shell.h"
 #include "src/host/timer.h"
+#include "src/host/toolbar_library.h"
 #include "src/host/window.h"
+#include "src/host/word.h"
 
 namespace zintra {
 
@@ -36,6 +38,10 @@ struct Host {
   ErrorLogFactory& error_logs;
   // Classes created by ProgID: the MAPI library, the keep-alive program, the options page.
   ObjectFactory& objects;
+  // The toolbar library and Word; nullptr on a host without them (then the add-in has
+  // no toolbar, and no letters).
+  ToolbarLibrary* toolbar_library = nullptr;
+  Word* word = nullptr;
 };
 
 }  // namespace zintra

@@ -1,0 +1,140 @@
+#include "tools/zintra-sim/importer.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+
+#include "src/core/text.h"
+#include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/mime_reader.h"
+#include "tools/zintra-sim/scenario_reader.h"
+#include "tools/zintra-sim/vcard_reader.h"
+
+namespace zintra::simtool {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+enum class FileKind { kVCard, kMbox, kEml, kOther };
+
+FileKind KindOf(const fs::path& path) {
+  std::string ext = text::LCase(path.extension().string());
+  if (ext == ".vcf" || ext == ".vcard") return FileKind::kVCard;
+  if (ext == ".mbox" || ext == ".mbx") return FileKind::kMbox;
+  if (ext == ".eml" || ext == ".txt" || ext == ".msg822") return FileKind::kEml;
+  return FileKind::kOther;
+}
+
+std::vector<fs::path> Expand(const std::vector<std::string>& paths) {
+  std::vector<fs::path> files;
+  for (const std::string& p : paths) {
+    std::error_code ec;
+    if (fs::is_directory(p, ec)) {
+      std::vector<fs::path> found;
+      for (const auto& entry : fs::recursive_directory_iterator(p, ec)) {
+        if (entry.is_regular_file() && KindOf(entry.path()) != FileKind::kOther) {
+          found.push_back(entry.path());
+        }
+      }
+      std::sort(found.begin(), found.end());
+      files.insert(files.end(), found.begin(), found.end());
+    } else if (fs::is_regular_file(p, ec)) {
+      files.emplace_back(p);
+    } else {
+      throw InputError(p, 0, "", "no such file or folder");
+    }
+  }
+  return files;
+}
+
+std::string Key(const PersonSpec& p) { return text::LCase(PersonText(p)); }
+
+}  // namespace
+
+ImportResult Import(const std::vector<std::string>& paths, const std::optional<PersonSpec>& user) {
+  if (paths.empty()) throw InputError("", 0, "", "name at least one .vcf, .eml or .mbox file");
+  ImportResult result;
+  std::vector<ItemSpec> contacts, mails;
+  int skipped = 0;
+  for (const fs::path& file : Expand(paths)) {
+    std::string bytes = ReadWholeFile(file.string());
+    FileKind kind = KindOf(file);
+    if (kind == FileKind::kVCard || (kind == FileKind::kOther && bytes.find("BEGIN:VCARD") == 0)) {
+      for (ItemSpec& c : ReadVCards(bytes, file.string())) {
+        if (c.emails.size() > 3) {
+          result.notes.push_back(file.string() + ": " + c.full_name + " has " +
+                                 std::to_string(c.emails.size()) +
+                                 " addresses; a contact keeps the first three");
+        }
+        contacts.push_back(std::move(c));
+      }
+    } else {
+      size_t head = bytes.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
+      bool mbox = kind == FileKind::kMbox || bytes.compare(head, 5, "From ") == 0;
+      MailReadResult r = mbox ? ReadMbox(bytes, file.string()) : ReadEml(bytes, file.string());
+      skipped += r.skipped_addresses;
+      for (ItemSpec& m : r.items) mails.push_back(std::move(m));
+    }
+  }
+  if (skipped > 0) {
+    result.notes.push_back(std::to_string(skipped) +
+                           " recipient entries without an address (groups, local names) left out");
+  }
+
+  PersonSpec me;
+  if (user) {
+    me = *user;
+  } else {
+    std::map<std::string, std::pair<int, PersonSpec>> seen;
+    for (const ItemSpec& m : mails) {
+      for (const auto* list : {&m.to, &m.cc}) {
+        for (const PersonSpec& p : *list) {
+          auto& slot = seen[Key(p)];
+          ++slot.first;
+          slot.second = p;
+        }
+      }
+    }
+    auto best = std::max_element(seen.begin(), seen.end(), [](const auto& a, const auto& b) {
+      return a.second.first < b.second.first;
+    });
+    me = best == seen.end() ? PersonSpec{"Zintra User", "user@example.com", ""}
+                            : best->second.second;
+    result.notes.push_back("the mailbox user is taken to be " + me.name + " <" + PersonText(me) +
+                           "> (use --user to say otherwise)");
+  }
+
+  FolderSpec inbox{"Inbox", kOlMailItem, {}, {}};
+  FolderSpec sent{"Sent Items", kOlMailItem, {}, {}};
+  FolderSpec contact_folder{"Contacts", kOlContactItem, {}, {}};
+  std::stable_sort(mails.begin(), mails.end(),
+                   [](const ItemSpec& a, const ItemSpec& b) { return a.time < b.time; });
+  for (ItemSpec& m : mails) {
+    m.source_line = 0;
+    bool mine = m.from && Key(*m.from) == Key(me);
+    (mine ? sent : inbox).items.push_back(std::move(m));
+  }
+  for (ItemSpec& c : contacts) {
+    c.source_line = 0;
+    contact_folder.items.push_back(std::move(c));
+  }
+  result.contacts = static_cast<int>(contact_folder.items.size());
+  result.received = static_cast<int>(inbox.items.size());
+  result.sent = static_cast<int>(sent.items.size());
+
+  Scenario& s = result.scenario;
+  s.name = "imported mailbox";
+  s.description = "Imported from " + std::to_string(paths.size()) +
+                  " path(s): " + std::to_string(result.contacts) + " contacts, " +
+                  std::to_string(result.received) + " received and " + std::to_string(result.sent) +
+                  " sent mails.";
+  s.profile.user = me;
+  StoreSpec mailbox;
+  mailbox.kind = StoreKind::kMailbox;
+  mailbox.folders = {std::move(inbox), std::move(sent), std::move(contact_folder)};
+  s.profile.stores.push_back(std::move(mailbox));
+  return result;
+}
+
+}  // namespace zintra::simtool

@@ -1,0 +1,30 @@
+// Importer: turns exported contacts and mail into a scenario profile, so a user can
+// dry-run the add-in's settings over a real mailbox. vCard files become contacts in
+// the mailbox's Contacts folder; mail sent by the user goes to Sent Items, the rest
+// to the Inbox, in date order. A folder given is read for its .vcf, .vcard, .eml and
+// .mbox files (sorted by name). The user is the one given, else the address that
+// receives the most of the imported mail.
+//
+// Every file is read before anything is returned: the first bad file throws
+// InputError (file, line, what was expected) and nothing is produced.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/zintra-sim/scenario.h"
+
+namespace zintra::simtool {
+
+struct ImportResult {
+  Scenario scenario;
+  int contacts = 0;
+  int received = 0;
+  int sent = 0;
+  std::vector<std::string> notes;  // things the user should know (addresses left out)
+};
+
+ImportResult Import(const std::vector<std::string>& paths, const std::optional<PersonSpec>& user);
+
+}  // namespace zintra::simtool

@@ -1,0 +1,180 @@
+// Scenario: what `zintra-sim run` plays, as read from a scenario file (see
+// docs/scenarios.md) or made by `import` and `demo`. Plain data: the profile to build,
+// the registry to start from, Outlook's version, the timeline of what happens and the
+// expectations checked at the end. Times are date serials; kUnsetDate means "not given".
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "src/core/date.h"
+#include "src/host/outlook_constants.h"
+
+namespace zintra::simtool {
+
+// A person as a sender or recipient: an SMTP address, or an Exchange distinguished name
+// ("/O=CONTOSO/OU=.../CN=JDOE") with the SMTP address the directory knows it by.
+struct PersonSpec {
+  std::string name;
+  std::string smtp;
+  std::string exchange;
+  bool operator==(const PersonSpec&) const = default;
+};
+
+struct AttachmentSpec {
+  std::string name;
+  std::string content_type;
+  int64_t size = 0;  // bytes of the decoded content
+  bool operator==(const AttachmentSpec&) const = default;
+};
+
+// One Outlook item. Fields that the kind lacks are left empty.
+struct ItemSpec {
+  std::string id;  // the scenario's own name for it (timeline, expectations); may be ""
+  ItemClass item_class = ItemClass::kMail;
+  std::string message_class;  // "" for the kind's default ("IPM.Note")
+  std::string subject;
+  std::string body;
+  std::optional<PersonSpec> from;  // mail, post, meeting: the sender
+  std::vector<PersonSpec> to, cc, bcc;
+  int32_t sensitivity = kOlNormal;
+  double time = kUnsetDate;  // received, or sent for outgoing mail
+  std::string categories;    // "Customers, Suppliers"
+  // Contacts.
+  std::string full_name;
+  std::vector<std::string> emails;  // Email1..3Address (more are kept in the body)
+  std::string company;
+  // Links to other items of the scenario, by id.
+  std::vector<std::string> links;
+  std::vector<AttachmentSpec> attachments;
+  // User properties set as a user or another program would ("Zintra Logged": false).
+  std::map<std::string, std::string> properties;
+  int source_line = 0;  // where it was declared (0 when made in code)
+};
+
+struct FolderSpec {
+  std::string name;
+  int32_t item_type = kOlMailItem;  // OlItemType of the folder's items
+  std::vector<FolderSpec> folders;
+  std::vector<ItemSpec> items;
+};
+
+enum class StoreKind { kMailbox, kPersonal, kPublic };
+
+// A mailbox has the default folders (Inbox, Sent Items, Contacts, Journal, ...) made for
+// it; folders of the same name given here are those folders.
+struct StoreSpec {
+  std::string name;  // "" for a mailbox: "Mailbox - <user>"
+  StoreKind kind = StoreKind::kMailbox;
+  std::vector<FolderSpec> folders;
+};
+
+struct ProfileSpec {
+  PersonSpec user;
+  std::vector<PersonSpec> directory;  // the organisation's people besides the user
+  std::vector<StoreSpec> stores;      // the first mailbox is the default store
+};
+
+enum class RegType { kDword, kString, kMultiString };
+
+struct RegValueSpec {
+  std::string key;  // "HKCU\Software\Brellow\Zintra\Logging"
+  std::string name;
+  RegType type = RegType::kDword;
+  uint32_t dword = 0;
+  std::string text;
+  std::vector<std::string> texts;
+};
+
+struct RegistrySpec {
+  std::vector<std::string> reg_files;  // paths as given (relative to the scenario file)
+  std::vector<RegValueSpec> values;
+};
+
+enum class StepKind {
+  kStart,           // windows: explorer | inspector | none; addin
+  kDeliver,         // item: arrives in the Inbox (or folder)
+  kSend,            // item: sent from the user, lands in Sent Items
+  kAdd,             // item: saved into a folder by the user
+  kChange,          // target + changes
+  kDelete,          // target
+  kWait,            // duration (virtual time passes, the queue runs)
+  kSettings,        // registry: values written, then the add-in told its settings changed
+  kClick,           // button, selection
+  kOpenInspector,   // target
+  kCloseInspector,  // target
+  kLoadAddin,
+  kUnloadAddin,
+  kQuit,
+};
+
+struct StepSpec {
+  StepKind kind = StepKind::kWait;
+  int source_line = 0;
+  std::string windows = "explorer";
+  bool addin = true;
+  std::string folder;  // folder path for deliver/add ("" = the kind's default)
+  std::optional<ItemSpec> item;
+  std::string target;                          // an item id
+  std::map<std::string, std::string> changes;  // field or user property -> new text
+  double seconds = 0;                          // kWait: how long
+  double until = 0;  // kWait: until this moment instead (a serial; 0: not given)
+  RegistrySpec registry;
+  std::string button;
+  std::vector<std::string> selection;
+};
+
+enum class ExpectKind { kFolder, kItem, kLog, kCount };
+
+// One check made after the timeline. Matching an item: every given field must equal.
+struct ExpectSpec {
+  ExpectKind kind = ExpectKind::kFolder;
+  int source_line = 0;
+  std::string folder;  // path "Mailbox - Jane Doe/Journal" or default name "Journal"
+  std::string target;  // item id
+  std::map<std::string, std::string> match;  // field/mark -> expected text ("" = absent)
+  std::optional<int> count;                  // how many must match (folder: default >=1)
+  std::string log_text;                      // kLog: a substring of a log line
+  bool present = true;
+  std::string what;  // kCount: "logged" | "screened" | "log_lines" | "errors"
+};
+
+struct Scenario {
+  std::string name;
+  std::string description;
+  std::string source;    // file it came from ("" when made in code)
+  std::string base_dir;  // relative paths resolve here
+  std::string outlook_version = "11.0.0.8312";
+  double start_time = 0;  // 0: 5 January 2026 09:00
+  int32_t log_level = 3;  // the add-in's LogLevel unless the registry sets one
+  ProfileSpec profile;
+  RegistrySpec registry;
+  std::vector<StepSpec> timeline;  // empty: start, let the scan run, quit
+  std::vector<ExpectSpec> expect;
+};
+
+// Names used in files.
+const char* ItemClassName(ItemClass c);  // "mail", "contact", ...
+std::optional<ItemClass> ItemClassFromName(const std::string& name);
+const char* SensitivityName(int32_t s);  // "normal", "personal", "private", "confidential"
+std::optional<int32_t> SensitivityFromName(const std::string& name);
+// The OlItemType of the folders that hold the kind (mail folders for mail, ...).
+int32_t FolderTypeFor(ItemClass c);
+const char* FolderTypeName(int32_t item_type);  // "mail", "contact", ...
+std::optional<int32_t> FolderTypeFromName(const std::string& name);
+const char* StepName(StepKind k);
+std::optional<StepKind> StepFromName(const std::string& name);
+// "2026-01-05T09:30:00" (seconds optional, "Z" or no zone) -> serial.
+std::optional<double> ParseIsoTime(const std::string& text);
+std::string FormatIsoTime(double serial);
+// "Ann Lee <ann@fabrikam.com>", "ann@fabrikam.com" or "Ann Lee </O=FABRIKAM/.../CN=ALEE>"
+// (an Exchange address); nullopt when there is no address.
+std::optional<PersonSpec> ParsePersonText(const std::string& text);
+std::string PersonText(const PersonSpec& person);  // the address shown: SMTP, else Exchange
+// "90s", "10m", "2h", "1d", or a number of seconds.
+std::optional<double> ParseDuration(const std::string& text);
+
+}  // namespace zintra::simtool

@@ -1,0 +1,422 @@
+#include "tools/zintra-sim/scenario_reader.h"
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "src/core/text.h"
+#include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/json_source.h"
+
+namespace zintra::simtool {
+
+namespace {
+
+PersonSpec ReadPerson(const JsonNode& n) {
+  if (n.IsString()) {
+    auto p = ParsePersonText(n.AsString());
+    if (!p) {
+      n.Fail(
+          "expected an address: \"Name <user@domain>\", \"user@domain\" or an Exchange "
+          "address \"/O=...\"");
+    }
+    return *p;
+  }
+  n.OnlyKeys({"name", "smtp", "exchange"});
+  PersonSpec p{n.String("name"), n.String("smtp"), n.String("exchange")};
+  if (p.smtp.empty() && p.exchange.empty()) n.Fail("a person needs \"smtp\" or \"exchange\"");
+  if (!p.smtp.empty() && p.smtp.find('@') == std::string::npos) {
+    n.Need("smtp").Fail("expected an SMTP address (user@domain)");
+  }
+  if (!p.exchange.empty() && !text::StartsWith(text::LCase(p.exchange), "/o=")) {
+    n.Need("exchange").Fail("expected an Exchange address starting \"/O=\"");
+  }
+  if (p.name.empty()) p.name = PersonText(p);
+  return p;
+}
+
+std::vector<PersonSpec> ReadPeople(const JsonNode& n) {
+  std::vector<PersonSpec> out;
+  if (n.IsString() || n.IsObject()) {
+    out.push_back(ReadPerson(n));
+  } else {
+    for (const JsonNode& e : n.Elements()) out.push_back(ReadPerson(e));
+  }
+  return out;
+}
+
+double ReadTime(const JsonNode& n) {
+  auto t = ParseIsoTime(n.AsString());
+  if (!t) n.Fail("expected a time as \"2026-01-05T09:30:00\"");
+  return *t;
+}
+
+std::map<std::string, std::string> ReadTextMap(const JsonNode& n) {
+  std::map<std::string, std::string> out;
+  for (const auto& [key, value] : n.Members()) out[key] = value.AsScalarText();
+  return out;
+}
+
+ItemSpec ReadItem(const JsonNode& n, ItemClass default_class) {
+  n.OnlyKeys({"id", "class", "message_class", "subject", "body", "from", "to", "cc", "bcc",
+              "sensitivity", "time", "categories", "full_name", "emails", "company", "links",
+              "attachments", "properties"});
+  ItemSpec item;
+  item.source_line = n.Line();
+  item.id = n.String("id");
+  item.item_class = default_class;
+  if (auto c = n.Get("class")) {
+    auto parsed = ItemClassFromName(c->AsString());
+    if (!parsed) {
+      c->Fail(
+          "expected an item class: mail, contact, journal, appointment, meeting, task, "
+          "task-request, note, post, report, remote, document, distribution-list, sharing");
+    }
+    item.item_class = *parsed;
+  }
+  item.message_class = n.String("message_class");
+  item.subject = n.String("subject");
+  item.body = n.String("body");
+  if (auto f = n.Get("from")) item.from = ReadPerson(*f);
+  if (auto t = n.Get("to")) item.to = ReadPeople(*t);
+  if (auto c = n.Get("cc")) item.cc = ReadPeople(*c);
+  if (auto b = n.Get("bcc")) item.bcc = ReadPeople(*b);
+  if (auto s = n.Get("sensitivity")) {
+    auto parsed = SensitivityFromName(s->AsString());
+    if (!parsed) s->Fail("expected normal, personal, private or confidential");
+    item.sensitivity = *parsed;
+  }
+  if (auto t = n.Get("time")) item.time = ReadTime(*t);
+  item.categories = n.String("categories");
+  item.full_name = n.String("full_name");
+  if (auto e = n.Get("emails")) item.emails = e->AsStrings();
+  item.company = n.String("company");
+  if (auto l = n.Get("links")) item.links = l->AsStrings();
+  if (auto a = n.Get("attachments")) {
+    for (const JsonNode& e : a->Elements()) {
+      e.OnlyKeys({"name", "content_type", "size"});
+      item.attachments.push_back({e.Need("name").AsString(), e.String("content_type"),
+                                  e.Int("size", 0, 0, int64_t{1} << 40)});
+    }
+  }
+  if (auto p = n.Get("properties")) item.properties = ReadTextMap(*p);
+  if (item.item_class == ItemClass::kContact && item.full_name.empty()) {
+    item.full_name = item.subject;
+  }
+  if (item.item_class != ItemClass::kContact && !item.emails.empty()) {
+    n.Need("emails").Fail("only contacts have e-mail addresses; set \"class\": \"contact\"");
+  }
+  return item;
+}
+
+FolderSpec ReadFolder(const JsonNode& n) {
+  n.OnlyKeys({"name", "type", "folders", "items"});
+  FolderSpec f;
+  f.name = n.Need("name").AsString();
+  if (f.name.empty() || f.name.find('/') != std::string::npos) {
+    n.Need("name").Fail("expected a folder name without \"/\"");
+  }
+  f.item_type = kOlMailItem;
+  if (auto t = n.Get("type")) {
+    auto parsed = FolderTypeFromName(t->AsString());
+    if (!parsed) t->Fail("expected mail, appointment, contact, task, journal, note or post");
+    f.item_type = *parsed;
+  }
+  if (auto sub = n.Get("folders")) {
+    for (const JsonNode& e : sub->Elements()) f.folders.push_back(ReadFolder(e));
+  }
+  if (auto items = n.Get("items")) {
+    ItemClass default_class = f.item_type == kOlContactItem       ? ItemClass::kContact
+                              : f.item_type == kOlJournalItem     ? ItemClass::kJournal
+                              : f.item_type == kOlAppointmentItem ? ItemClass::kAppointment
+                              : f.item_type == kOlTaskItem        ? ItemClass::kTask
+                              : f.item_type == kOlNoteItem        ? ItemClass::kNote
+                              : f.item_type == kOlPostItem        ? ItemClass::kPost
+                                                                  : ItemClass::kMail;
+    for (const JsonNode& e : items->Elements()) f.items.push_back(ReadItem(e, default_class));
+  }
+  return f;
+}
+
+ProfileSpec ReadProfile(const JsonNode& n) {
+  n.OnlyKeys({"user", "directory", "stores"});
+  ProfileSpec p;
+  p.user = ReadPerson(n.Need("user"));
+  if (auto d = n.Get("directory")) p.directory = ReadPeople(*d);
+  if (auto stores = n.Get("stores")) {
+    for (const JsonNode& s : stores->Elements()) {
+      s.OnlyKeys({"name", "kind", "folders"});
+      StoreSpec store;
+      std::string kind = s.String("kind", "mailbox");
+      if (kind == "mailbox") {
+        store.kind = StoreKind::kMailbox;
+      } else if (kind == "personal") {
+        store.kind = StoreKind::kPersonal;
+      } else if (kind == "public") {
+        store.kind = StoreKind::kPublic;
+      } else {
+        s.Need("kind").Fail("expected mailbox, personal or public");
+      }
+      store.name = s.String("name");
+      if (store.kind == StoreKind::kPersonal && store.name.empty()) store.name = "Personal Folders";
+      if (auto folders = s.Get("folders")) {
+        for (const JsonNode& f : folders->Elements()) store.folders.push_back(ReadFolder(f));
+      }
+      p.stores.push_back(std::move(store));
+    }
+  }
+  if (p.stores.empty() || p.stores.front().kind != StoreKind::kMailbox) {
+    n.Fail("the first store must be the user's mailbox (\"kind\": \"mailbox\")");
+  }
+  return p;
+}
+
+RegistrySpec ReadRegistry(const JsonNode& n, const std::string& base_dir) {
+  n.OnlyKeys({"files", "values"});
+  RegistrySpec r;
+  if (auto files = n.Get("files")) {
+    for (const JsonNode& f : files->Elements()) {
+      std::filesystem::path path = f.AsString();
+      if (path.is_relative()) path = std::filesystem::path(base_dir) / path;
+      if (!std::filesystem::is_regular_file(path)) f.Fail("no such .reg file: " + path.string());
+      r.reg_files.push_back(path.string());
+    }
+  }
+  if (auto values = n.Get("values")) {
+    for (const JsonNode& v : values->Elements()) {
+      v.OnlyKeys({"key", "name", "dword", "string", "multi"});
+      RegValueSpec value;
+      value.key = v.Need("key").AsString();
+      std::string hive = text::UCase(value.key.substr(0, value.key.find('\\')));
+      if (hive != "HKCU" && hive != "HKLM" && hive != "HKEY_CURRENT_USER" &&
+          hive != "HKEY_LOCAL_MACHINE") {
+        v.Need("key").Fail("expected a key under HKCU\\ or HKLM\\");
+      }
+      value.name = v.String("name");
+      int kinds = v.Has("dword") + v.Has("string") + v.Has("multi");
+      if (kinds != 1) v.Fail("a value needs exactly one of \"dword\", \"string\", \"multi\"");
+      if (auto d = v.Get("dword")) {
+        value.type = RegType::kDword;
+        if (d->Value().is_boolean()) {
+          value.dword = d->AsBool() ? 1 : 0;
+        } else {
+          value.dword = static_cast<uint32_t>(d->AsInt(0, 0xFFFFFFFFLL));
+        }
+      } else if (auto s = v.Get("string")) {
+        value.type = RegType::kString;
+        value.text = s->AsString();
+      } else {
+        value.type = RegType::kMultiString;
+        value.texts = v.Need("multi").AsStrings();
+      }
+      r.values.push_back(std::move(value));
+    }
+  }
+  return r;
+}
+
+StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
+  n.OnlyKeys({"do", "at", "windows", "addin", "folder", "item", "target", "set", "for", "registry",
+              "button", "selection", "note"});
+  StepSpec step;
+  step.source_line = n.Line();
+  JsonNode what = n.Need("do");
+  auto kind = StepFromName(what.AsString());
+  if (!kind) {
+    what.Fail(
+        "expected one of: start, deliver, send, add, change, delete, wait, settings, "
+        "click, open-inspector, close-inspector, load-addin, unload-addin, quit");
+  }
+  step.kind = *kind;
+  auto need = [&](const char* key) { return n.Need(key); };
+  switch (step.kind) {
+    case StepKind::kStart:
+      step.windows = n.String("windows", "explorer");
+      if (step.windows != "explorer" && step.windows != "inspector" && step.windows != "none") {
+        need("windows").Fail("expected explorer, inspector or none");
+      }
+      step.addin = n.Bool("addin", true);
+      if (step.windows == "inspector") step.target = n.String("target");
+      break;
+    case StepKind::kDeliver:
+    case StepKind::kSend:
+    case StepKind::kAdd:
+      step.item = ReadItem(need("item"), ItemClass::kMail);
+      step.folder = n.String("folder");
+      if (step.kind == StepKind::kAdd && step.folder.empty()) {
+        n.Fail("\"add\" needs the \"folder\" the item is saved in");
+      }
+      break;
+    case StepKind::kChange:
+      step.target = need("target").AsString();
+      step.changes = ReadTextMap(need("set"));
+      break;
+    case StepKind::kDelete:
+    case StepKind::kOpenInspector:
+    case StepKind::kCloseInspector:
+      step.target = need("target").AsString();
+      break;
+    case StepKind::kWait: {
+      JsonNode f = need("for");
+      std::optional<double> d = f.Value().is_number()
+                                    ? std::optional<double>(f.Value().get<double>())
+                                    : ParseDuration(f.AsString());
+      if (!d || *d < 0) f.Fail("expected a duration: seconds, or \"90s\", \"10m\", \"2h\", \"1d\"");
+      step.seconds = *d;
+      break;
+    }
+    case StepKind::kSettings:
+      step.registry = ReadRegistry(need("registry"), base_dir);
+      break;
+    case StepKind::kClick:
+      step.button = need("button").AsString();
+      if (auto s = n.Get("selection")) step.selection = s->AsStrings();
+      break;
+    default:
+      break;
+  }
+  return step;
+}
+
+ExpectSpec ReadExpect(const JsonNode& n) {
+  n.OnlyKeys({"folder", "item", "match", "count", "log", "present", "total", "equals", "note"});
+  ExpectSpec e;
+  e.source_line = n.Line();
+  int kinds = n.Has("folder") + n.Has("item") + n.Has("log") + n.Has("total");
+  if (kinds != 1)
+    n.Fail("an expectation needs exactly one of \"folder\", \"item\", \"log\", \"total\"");
+  if (auto c = n.Get("count")) e.count = static_cast<int>(c->AsInt(0, 1 << 30));
+  if (auto m = n.Get("match")) e.match = ReadTextMap(*m);
+  if (n.Has("folder")) {
+    e.kind = ExpectKind::kFolder;
+    e.folder = n.Need("folder").AsString();
+  } else if (n.Has("item")) {
+    e.kind = ExpectKind::kItem;
+    e.target = n.Need("item").AsString();
+    if (e.match.empty()) n.Fail("an item expectation needs \"match\"");
+  } else if (n.Has("log")) {
+    e.kind = ExpectKind::kLog;
+    e.log_text = n.Need("log").AsString();
+    e.present = n.Bool("present", true);
+  } else {
+    e.kind = ExpectKind::kCount;
+    e.what = n.Need("total").AsString();
+    if (e.what != "logged" && e.what != "screened" && e.what != "copies" && e.what != "errors" &&
+        e.what != "log_lines") {
+      n.Need("total").Fail("expected logged, screened, copies, errors or log_lines");
+    }
+    e.count = static_cast<int>(n.Need("equals").AsInt(0, 1 << 30));
+  }
+  return e;
+}
+
+void CollectIds(const FolderSpec& f, std::set<std::string>& ids, const JsonSource& src) {
+  for (const ItemSpec& item : f.items) {
+    if (!item.id.empty() && !ids.insert(item.id).second) {
+      throw InputError(src.File(), item.source_line, "id",
+                       "the item id \"" + item.id + "\" is used twice");
+    }
+  }
+  for (const FolderSpec& sub : f.folders) CollectIds(sub, ids, src);
+}
+
+void CheckLinks(const FolderSpec& f, const std::set<std::string>& ids, const JsonSource& src) {
+  for (const ItemSpec& item : f.items) {
+    for (const std::string& link : item.links) {
+      if (!ids.count(link)) {
+        throw InputError(src.File(), item.source_line, "links",
+                         "no item has the id \"" + link + "\"");
+      }
+    }
+  }
+  for (const FolderSpec& sub : f.folders) CheckLinks(sub, ids, src);
+}
+
+}  // namespace
+
+std::string ReadWholeFile(const std::string& file) {
+  std::ifstream in(file, std::ios::binary);
+  if (!in) throw InputError(file, 0, "", "cannot open the file");
+  std::ostringstream s;
+  s << in.rdbuf();
+  if (in.bad()) throw InputError(file, 0, "", "cannot read the file");
+  return s.str();
+}
+
+Scenario ReadScenarioFile(const std::string& file) {
+  std::string dir = std::filesystem::path(file).parent_path().string();
+  return ReadScenarioText(ReadWholeFile(file), file, dir.empty() ? "." : dir);
+}
+
+Scenario ReadScenarioText(const std::string& text, const std::string& file,
+                          const std::string& base_dir) {
+  JsonSource src(text, file);
+  JsonNode root(src, src.Root(), "");
+  root.OnlyKeys({"$schema", "name", "description", "outlook", "start", "log_level", "profile",
+                 "registry", "timeline", "expect"});
+  Scenario s;
+  s.source = file;
+  s.base_dir = base_dir;
+  s.name = root.String("name", std::filesystem::path(file).stem().string());
+  s.description = root.String("description");
+  if (auto o = root.Get("outlook")) {
+    o->OnlyKeys({"version"});
+    s.outlook_version = o->String("version", s.outlook_version);
+    int major = std::atoi(s.outlook_version.c_str());
+    if (major < 8 || s.outlook_version.find('.') == std::string::npos) {
+      o->Need("version").Fail("expected Outlook's version text, as \"11.0.0.8312\"");
+    }
+  }
+  if (auto t = root.Get("start")) s.start_time = ReadTime(*t);
+  s.log_level = static_cast<int32_t>(root.Int("log_level", 3, 0, 3));
+  s.profile = ReadProfile(root.Need("profile"));
+  if (auto r = root.Get("registry")) s.registry = ReadRegistry(*r, base_dir);
+  if (auto t = root.Get("timeline")) {
+    for (const JsonNode& e : t->Elements()) {
+      StepSpec step = ReadStep(e, base_dir);
+      if (auto at = e.Get("at")) {
+        // "at": time passes until that moment, then the step happens.
+        StepSpec wait;
+        wait.kind = StepKind::kWait;
+        wait.source_line = step.source_line;
+        wait.until = ReadTime(*at);
+        s.timeline.push_back(wait);
+      }
+      s.timeline.push_back(std::move(step));
+    }
+  }
+  if (auto e = root.Get("expect")) {
+    for (const JsonNode& x : e->Elements()) s.expect.push_back(ReadExpect(x));
+  }
+
+  std::set<std::string> ids;
+  for (const StoreSpec& store : s.profile.stores) {
+    for (const FolderSpec& f : store.folders) CollectIds(f, ids, src);
+  }
+  for (const StepSpec& step : s.timeline) {
+    if (step.item && !step.item->id.empty() && !ids.insert(step.item->id).second) {
+      throw InputError(file, step.source_line, "item/id",
+                       "the item id \"" + step.item->id + "\" is used twice");
+    }
+  }
+  for (const StoreSpec& store : s.profile.stores) {
+    for (const FolderSpec& f : store.folders) CheckLinks(f, ids, src);
+  }
+  auto known = [&](const std::string& id, int line, const char* field) {
+    if (!id.empty() && !ids.count(id)) {
+      throw InputError(file, line, field, "no item has the id \"" + id + "\"");
+    }
+  };
+  for (const StepSpec& step : s.timeline) {
+    known(step.target, step.source_line, "target");
+    for (const std::string& sel : step.selection) known(sel, step.source_line, "selection");
+    if (step.item) {
+      for (const std::string& l : step.item->links) known(l, step.source_line, "item/links");
+    }
+  }
+  for (const ExpectSpec& x : s.expect) known(x.target, x.source_line, "item");
+  return s;
+}
+
+}  // namespace zintra::simtool

@@ -1,0 +1,126 @@
+#include "tools/zintra-sim/scenario_writer.h"
+
+namespace zintra::simtool {
+
+using nlohmann::ordered_json;
+
+ordered_json PersonJson(const PersonSpec& p) {
+  // The short form when it reads back the same.
+  if (p.smtp.empty() != p.exchange.empty()) {
+    std::string address = PersonText(p);
+    if (p.name == address) return address;
+    if (p.name.find_first_of("<>\"") == std::string::npos) return p.name + " <" + address + ">";
+  }
+  ordered_json j;
+  j["name"] = p.name;
+  if (!p.smtp.empty()) j["smtp"] = p.smtp;
+  if (!p.exchange.empty()) j["exchange"] = p.exchange;
+  return j;
+}
+
+namespace {
+
+ordered_json People(const std::vector<PersonSpec>& people) {
+  ordered_json a = ordered_json::array();
+  for (const PersonSpec& p : people) a.push_back(PersonJson(p));
+  return a;
+}
+
+ordered_json FolderJson(const FolderSpec& f) {
+  ordered_json j;
+  j["name"] = f.name;
+  if (f.item_type != kOlMailItem) j["type"] = FolderTypeName(f.item_type);
+  if (!f.folders.empty()) {
+    j["folders"] = ordered_json::array();
+    for (const FolderSpec& sub : f.folders) j["folders"].push_back(FolderJson(sub));
+  }
+  if (!f.items.empty()) {
+    j["items"] = ordered_json::array();
+    for (const ItemSpec& item : f.items) j["items"].push_back(ItemJson(item));
+  }
+  return j;
+}
+
+}  // namespace
+
+ordered_json ItemJson(const ItemSpec& item) {
+  ordered_json j;
+  if (!item.id.empty()) j["id"] = item.id;
+  j["class"] = ItemClassName(item.item_class);
+  if (!item.message_class.empty()) j["message_class"] = item.message_class;
+  if (!item.subject.empty()) j["subject"] = item.subject;
+  if (!item.full_name.empty() && item.full_name != item.subject) j["full_name"] = item.full_name;
+  if (item.from) j["from"] = PersonJson(*item.from);
+  if (!item.to.empty()) j["to"] = People(item.to);
+  if (!item.cc.empty()) j["cc"] = People(item.cc);
+  if (!item.bcc.empty()) j["bcc"] = People(item.bcc);
+  if (item.sensitivity != kOlNormal) j["sensitivity"] = SensitivityName(item.sensitivity);
+  if (item.time != kUnsetDate) j["time"] = FormatIsoTime(item.time);
+  if (!item.categories.empty()) j["categories"] = item.categories;
+  if (!item.emails.empty()) j["emails"] = item.emails;
+  if (!item.company.empty()) j["company"] = item.company;
+  if (!item.links.empty()) j["links"] = item.links;
+  if (!item.attachments.empty()) {
+    j["attachments"] = ordered_json::array();
+    for (const AttachmentSpec& a : item.attachments) {
+      ordered_json aj;
+      aj["name"] = a.name;
+      if (!a.content_type.empty()) aj["content_type"] = a.content_type;
+      aj["size"] = a.size;
+      j["attachments"].push_back(aj);
+    }
+  }
+  if (!item.properties.empty()) j["properties"] = item.properties;
+  if (!item.body.empty()) j["body"] = item.body;
+  return j;
+}
+
+ordered_json ProfileJson(const ProfileSpec& profile) {
+  ordered_json j;
+  j["user"] = PersonJson(profile.user);
+  if (!profile.directory.empty()) j["directory"] = People(profile.directory);
+  j["stores"] = ordered_json::array();
+  for (const StoreSpec& s : profile.stores) {
+    ordered_json sj;
+    if (!s.name.empty()) sj["name"] = s.name;
+    sj["kind"] = s.kind == StoreKind::kMailbox    ? "mailbox"
+                 : s.kind == StoreKind::kPersonal ? "personal"
+                                                  : "public";
+    sj["folders"] = ordered_json::array();
+    for (const FolderSpec& f : s.folders) sj["folders"].push_back(FolderJson(f));
+    j["stores"].push_back(sj);
+  }
+  return j;
+}
+
+ordered_json ScenarioJson(const Scenario& s) {
+  ordered_json j;
+  j["name"] = s.name;
+  if (!s.description.empty()) j["description"] = s.description;
+  j["outlook"] = {{"version", s.outlook_version}};
+  if (s.start_time != 0) j["start"] = FormatIsoTime(s.start_time);
+  if (s.log_level != 3) j["log_level"] = s.log_level;
+  j["profile"] = ProfileJson(s.profile);
+  if (!s.registry.values.empty() || !s.registry.reg_files.empty()) {
+    ordered_json r;
+    if (!s.registry.reg_files.empty()) r["files"] = s.registry.reg_files;
+    r["values"] = ordered_json::array();
+    for (const RegValueSpec& v : s.registry.values) {
+      ordered_json vj;
+      vj["key"] = v.key;
+      vj["name"] = v.name;
+      if (v.type == RegType::kDword) {
+        vj["dword"] = v.dword;
+      } else if (v.type == RegType::kString) {
+        vj["string"] = v.text;
+      } else {
+        vj["multi"] = v.texts;
+      }
+      r["values"].push_back(vj);
+    }
+    j["registry"] = r;
+  }
+  return j;
+}
+
+}  // namespace zintra::simtool

@@ -1,0 +1,18 @@
+// ScenarioWriter: a scenario (or the profile part of one) as the JSON that
+// ScenarioReader reads back to the same data. `import` writes its result with it.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "tools/zintra-sim/scenario.h"
+
+namespace zintra::simtool {
+
+nlohmann::ordered_json PersonJson(const PersonSpec& p);
+nlohmann::ordered_json ItemJson(const ItemSpec& item);
+nlohmann::ordered_json ProfileJson(const ProfileSpec& profile);
+// The profile, Outlook's version, the start time and the registry values; the
+// timeline and expectations are the caller's to add.
+nlohmann::ordered_json ScenarioJson(const Scenario& scenario);
+
+}  // namespace zintra::simtool

@@ -36,9 +36,11 @@ uint32_t AddressCache::InternId(std::string_view entry_id) {
 }
 
 bool AddressCache::AddAddress(std::string_view address, std::string_view entry_id) {
-  if (address.empty() || index_.find(address) != index_.end()) return false;
-  index_.emplace(std::string(address), InternId(entry_id));
-  return true;
+  if (address.empty()) return false;
+  // One lookup: the identifier is interned only once the address is known to be new.
+  auto [it, inserted] = index_.emplace(std::string(address), 0u);
+  if (inserted) it->second = InternId(entry_id);
+  return inserted;
 }
 
 int AddressCache::Add(std::string_view entry_id, std::string_view address1,

@@ -29,6 +29,8 @@ class AddressCache {
   // Forgets one address (a contact that no longer exists); false when unknown.
   bool Remove(std::string_view address);
   void Clear();
+  // Room for `addresses` addresses without rehashing.
+  void Reserve(size_t addresses) { index_.reserve(addresses); }
 
   int32_t Count() const { return static_cast<int32_t>(index_.size()); }
   // Heap bytes held, estimated from the containers' sizes and capacities.

@@ -85,6 +85,7 @@ void TrackedContactFolder::RefreshCache() {
     table_->GoToFirst();
     row_count_ = table_->RowCount();
     filling_.emplace();
+    filling_->Reserve(static_cast<size_t>(row_count_));  // at least one address a contact
     task_id_ =
         queue->TaskListAdd(JobDescription(), kFillTaskIcon, static_cast<float>(row_count_), true);
   } catch (const ZError& e) {

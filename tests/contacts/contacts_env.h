@@ -17,62 +17,14 @@
 #include "sim/platform/sim_platform.h"
 #include "sim/registry/memory_registry.h"
 #include "src/contacts/contact_search.h"
-#include "src/contacts/contacts_addin.h"
 #include "src/contacts/tracked_contact_folder.h"
 #include "src/contacts/tracked_contacts.h"
 #include "src/outlook/library_factory.h"
 #include "src/settings/reg_settings.h"
+#include "tests/contacts/test_contacts_addin.h"
 #include "tests/jobs/job_test_env.h"
 
 namespace zintra::testing {
-
-struct ShownMessage {
-  int32_t dialog;
-  std::string message, caption;
-};
-
-class TestContactsAddin : public ContactsAddin {
- public:
-  TestContactsAddin(JobEnv& jobs, Application& outlook, ObjectFactory& factory,
-                    std::shared_ptr<MapiUtils> utils, RegSettings& settings)
-      : jobs_(jobs),
-        outlook_(outlook),
-        factory_(factory),
-        utils_(std::move(utils)),
-        settings_(settings) {}
-
-  const RegSettings& Settings() override { return settings_; }
-  std::shared_ptr<JobQueue> GetJobQueue() override { return jobs_.queue; }
-  std::shared_ptr<Namespace> Session() override { return outlook_.Session(); }
-  std::shared_ptr<MapiUtils> LibraryUtils() override { return utils_; }
-  std::shared_ptr<AutomationObject> CreateLibraryObject(int32_t kind) override {
-    return factory_.CreateObject(kLibraryProgIdPrefix + LibraryClassName(kind));
-  }
-  bool Quitting() override { return quitting; }
-  void SetCheckLinger(std::shared_ptr<ICheckLinger> obj) override { lingers.push_back(obj); }
-  std::string GenerateKey() override { return keys_.GenerateKey(); }
-  bool OptionalMsgBox(int32_t DialogIdx, const std::string& Message,
-                      const std::string& Caption) override {
-    shown.push_back({DialogIdx, Message, Caption});
-    return true;
-  }
-  const StringTable& Strings() override { return strings_; }
-  JobLog& Log() override { return jobs_.log; }
-  double Now() override { return jobs_.clock.Now(); }
-
-  bool quitting = false;
-  std::vector<ShownMessage> shown;
-  std::vector<std::shared_ptr<ICheckLinger>> lingers;
-
- private:
-  JobEnv& jobs_;
-  Application& outlook_;
-  ObjectFactory& factory_;
-  std::shared_ptr<MapiUtils> utils_;
-  RegSettings& settings_;
-  StringTable strings_;
-  KeyGenerator keys_;
-};
 
 class ContactsTest : public ::testing::Test {
  protected:
@@ -127,7 +79,7 @@ class ContactsTest : public ::testing::Test {
   }
   void RunQueue() { jobs->loop.RunUntilIdle(); }
   // One timer slice of the asynchronous queue: one activation.
-  void Tick() { jobs->loop.AdvanceByMs(16); }
+  void Tick() { jobs->loop.AdvanceBy(15625); }
   bool Logged(const std::string& line) const {
     for (const auto& m : jobs->log.messages) {
       if (m == line) return true;

@@ -1,5 +1,5 @@
-// A simulated Outlook profile (one mailbox with the usual default folders), the
-// error handling over a recording log, and a ZintraUtils connected to both.
+// A simulated mailbox with its Outlook and library facades, error handling over a
+// log that keeps its lines, and a ZintraUtils connected to all of it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,102 +11,87 @@
 #include "sim/files/memory_file_system.h"
 #include "sim/mapi/sim_mapi_utils.h"
 #include "sim/mapi/sim_rdo.h"
-#include "sim/outlook/profile.h"
+#include "sim/outlook/profile_builder.h"
 #include "sim/outlook/sim_folder.h"
 #include "sim/outlook/sim_item.h"
+#include "sim/outlook/sim_keys.h"
 #include "sim/outlook/sim_ol_application.h"
 #include "sim/platform/sim_platform.h"
 #include "sim/registry/memory_registry.h"
 #include "sim/ui/recording_msg_box.h"
 #include "src/core/date.h"
 #include "src/errors/error_handling.h"
-#include "src/host/error_log_store.h"
 #include "src/logging/zintra_utils.h"
 #include "src/resources/string_table.h"
 #include "src/settings/reg_settings.h"
 
 namespace zintra::testing_support {
 
-// Keeps every line the error handling writes, in order.
-struct LogLine {
-  std::string kind;  // "Message", "Warning", "Error"
-  std::string text;  // the message, or an error's description
-  int32_t number = 0;
-  std::string trail;
-};
-
+// Keeps "Message"/"Warning"/"Error" lines with their text (an error's description).
 class RecordingLog : public ErrorLogStore, public ErrorLogFactory {
  public:
   std::shared_ptr<ErrorLogStore> CreateErrorLog() override {
     return std::shared_ptr<ErrorLogStore>(this, [](ErrorLogStore*) {});
   }
-  void Open(const std::string& path, int32_t, bool) override { path_ = path; }
-  void LogError(const std::string&, const std::string& description, const std::string&,
-                int32_t number, const std::string&, const std::string&, const std::string&,
-                const std::string&, const std::string& trail, const ErrorLogVersions&) override {
-    lines.push_back({"Error", description, number, trail});
+  void Open(const std::string&, int32_t, bool) override {}
+  void LogError(const std::string&, const std::string& description, const std::string&, int32_t,
+                const std::string&, const std::string&, const std::string&, const std::string&,
+                const std::string&, const ErrorLogVersions&) override {
+    lines.push_back({"Error", description});
   }
   void LogMessage(const std::string&, const std::string& text, bool warning,
                   const ErrorLogVersions&) override {
-    lines.push_back({warning ? "Warning" : "Message", text, 0, {}});
+    lines.push_back({warning ? "Warning" : "Message", text});
   }
-  void Relocate(const std::string& new_path) override { path_ = new_path; }
-  std::string Path() const override { return path_; }
+  void Relocate(const std::string&) override {}
+  std::string Path() const override { return {}; }
 
-  std::vector<LogLine> lines;
-
- private:
-  std::string path_;
+  std::vector<std::pair<std::string, std::string>> lines;
 };
 
 class ZintraUtilsTest : public testing::Test {
  protected:
   ZintraUtilsTest() {
     registry_.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogLevel", 3);
-    store_ = &profile_.AddStore("Mailbox - Jane Doe", false, true);
-    inbox_ = AddDefault(kOlFolderInbox, "Inbox", kOlMailItem);
-    sent_ = AddDefault(kOlFolderSentMail, "Sent Items", kOlMailItem);
-    AddDefault(kOlFolderDeletedItems, "Deleted Items", kOlMailItem);
-    contacts_ = AddDefault(kOlFolderContacts, "Contacts", kOlContactItem);
-    journal_ = AddDefault(kOlFolderJournal, "Journal", kOlJournalItem);
-    utils_.Connect({app_, &settings_, nullptr});
+    build_.Mailbox(sim::ProfileBuilder::Smtp("Jane Doe", "jane@contoso.com"));
+    inbox_ = build_.Default(kOlFolderInbox);
     rdo_->SetMAPIOBJECT(app_->Session()->MAPIOBJECT());
+    utils_.Connect({app_, &settings_, nullptr});
     utils_.SetLibrary(mapi_utils_, rdo_);
   }
 
-  std::shared_ptr<sim::FolderRecord> AddDefault(int32_t number, const std::string& name,
-                                                int32_t item_type) {
-    auto folder = profile_.AddFolder(store_->root, name, item_type);
-    profile_.SetDefaultFolder(number, folder);
-    return folder;
-  }
-
-  // A stored item of the kind in `folder`.
-  std::shared_ptr<Item> NewItem(ItemClass kind, const std::shared_ptr<sim::FolderRecord>& folder,
-                                const std::string& subject = "Quarterly figures") {
-    auto item = sim::MakeItem(&profile_, profile_.NewMessage(kind, folder));
-    if (kind != ItemClass::kContact && kind != ItemClass::kNote) item->SetSubject(subject);
-    item->Save();
-    return item;
+  std::shared_ptr<Item> NewItem(ItemClass kind, std::shared_ptr<sim::FolderRecord> folder = {}) {
+    return sim::MakeItem(&profile_, build_.Item(folder ? folder : inbox_, kind, "Figures"));
   }
   std::shared_ptr<Folder> FolderOf(const std::shared_ptr<sim::FolderRecord>& record) {
     return sim::MakeFolder(&profile_, record);
   }
-
   std::vector<std::string> Lines(const std::string& kind) const {
     std::vector<std::string> out;
-    for (const LogLine& line : log_.lines) {
-      if (line.kind == kind) out.push_back(line.text);
+    for (const auto& [k, text] : log_.lines) {
+      if (k == kind) out.push_back(text);
     }
     return out;
   }
+  // Counts the Inbox's change events by whether the add-in would ignore them.
+  void WatchInbox() {
+    items_ = FolderOf(inbox_)->Items();
+    on_change_ = items_->ItemChange.Connect([this](const std::shared_ptr<Item>& item) {
+      ++(utils_.SquelchItemSend(item) ? own_ : foreign_);
+    });
+    on_remove_ =
+        items_->ItemRemove.Connect([this] { ++(utils_.SquelchItemSend() ? own_ : foreign_); });
+  }
 
   sim::Profile profile_;
-  sim::StoreRecord* store_ = nullptr;
-  std::shared_ptr<sim::FolderRecord> inbox_, sent_, contacts_, journal_;
+  sim::ProfileBuilder build_{profile_};
+  std::shared_ptr<sim::FolderRecord> inbox_;
   std::shared_ptr<sim::SimOlApplication> app_ = std::make_shared<sim::SimOlApplication>(&profile_);
   std::shared_ptr<sim::SimMapiUtils> mapi_utils_ = std::make_shared<sim::SimMapiUtils>(&profile_);
   std::shared_ptr<sim::SimRdoSession> rdo_ = std::make_shared<sim::SimRdoSession>(&profile_);
+  std::shared_ptr<Items> items_;
+  Connection on_change_, on_remove_;
+  int own_ = 0, foreign_ = 0;
 
   sim::MemoryRegistry registry_;
   sim::MemoryFileSystem files_;

@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "sim/outlook/sim_keys.h"
-#include "src/host/mapi_object.h"
 #include "tests/logging/zintra_utils_fixture.h"
 
 namespace zintra {
@@ -24,32 +22,52 @@ class MockUserProperties : public UserProperties {
 
 using MarksTest = ZintraUtilsTest;
 
-TEST_F(MarksTest, UserPropertiesReadBackAndReadingNeverCreates) {
-  auto mail = NewItem(ItemClass::kMail, inbox_);
-  auto props = mail->UserProperties();
-  EXPECT_TRUE(utils_.GetUserProperty(props, kPropZintraLogged).IsEmpty());
-  EXPECT_EQ(props->Count(), 0);
+TEST_F(MarksTest, BothFacadesSeeTheSameMarksWhichTravelWithCopyAndMove) {
+  auto mail = NewItem(ItemClass::kMail);
+  EXPECT_TRUE(utils_.GetUserProperty(mail->UserProperties(), kPropZintraTag).IsEmpty());
+  EXPECT_EQ(mail->UserProperties()->Count(), 0);  // reading never creates
+  utils_.SetUserProperty(mail->UserProperties(), kPropZintraLogged, kOlYesNo, Value(true), true);
+  utils_.SaveItem(mail);
+  auto message = rdo_->GetMessageFromID(mail->EntryID(), {});
+  EXPECT_TRUE(utils_.GetRDOUserProperty(message->UserProperties(), kPropZintraLogged).ToBool());
+  utils_.SetRDOUserProperty(message->UserProperties(), "zintra tag", kOlText, Value("Processing"),
+                            false);
+  message->Save();
 
-  utils_.SetUserProperty(props, kPropZintraTag, kOlText, Value("Processing"), true);
-  utils_.SetUserProperty(props, kPropZintraLogged, kOlYesNo, Value(true), false);
-  // An existing property is found (names compared without case) and overwritten.
-  utils_.SetUserProperty(props, "zintra tag", kOlText, Value(""), false);
-  EXPECT_EQ(props->Count(), 2);
-  EXPECT_EQ(utils_.GetUserProperty(props, kPropZintraTag).ToString(), "");
-  EXPECT_TRUE(utils_.GetUserProperty(props, kPropZintraLogged).ToBool());
+  auto archive = profile_.AddFolder(build_.PersonalFolders(), "Archive", kOlMailItem);
+  auto moved = app_->Session()->GetItemFromID(mail->EntryID())->Copy()->Move(FolderOf(archive));
+  EXPECT_EQ(utils_.GetUserProperty(moved->UserProperties(), kPropZintraTag).ToString(),
+            "Processing");
+  EXPECT_TRUE(utils_.GetUserProperty(moved->UserProperties(), kPropZintraLogged).ToBool());
 }
 
-TEST_F(MarksTest, MarksTravelWithCopyAndMove) {
-  auto mail = NewItem(ItemClass::kMail, inbox_);
-  utils_.SetUserProperty(mail->UserProperties(), kPropZintraShared, kOlYesNo, Value(true), false);
-  utils_.SaveItem(mail);
+TEST_F(MarksTest, NamedPropertiesLiveInTheirSetAndAreMappedIntoTheTargetStore) {
+  auto mail = NewItem(ItemClass::kMail);
+  const double audited = MakeDate(2026, 3, 9, 8, 30, 0);
+  utils_.SetNamedProp(mail->MAPIOBJECT(), Value(kPropZintraLastAudited), Value::Date(audited),
+                      kPtSystime, false);
+  utils_.SetNamedProp(mail->MAPIOBJECT(), Value(kPropLoggedEntryIds),
+                      Value(Value::StringArray{"00AA", "00BB"}), kPtMvString8, true);
+  // A number written as PT_STRING8 is stored as its decimal text.
+  utils_.SetNamedProp(mail->MAPIOBJECT(), Value("Zintra Count"), Value(int32_t{42}), kPtString8,
+                      true);
+  // The same name in another set is another property; an unknown name reads Empty.
+  EXPECT_TRUE(utils_
+                  .GetNamedProp(mail->MAPIOBJECT(), Value(kPropZintraLastAudited), kPtSystime,
+                                kPsetidCommon)
+                  .IsEmpty());
 
-  auto copy = mail->Copy();
-  auto moved = copy->Move(FolderOf(journal_));
-  EXPECT_NE(moved->EntryID(), mail->EntryID());
-  EXPECT_TRUE(utils_.GetUserProperty(moved->UserProperties(), kPropZintraShared).ToBool());
-  auto again = app_->Session()->GetItemFromID(moved->EntryID());
-  EXPECT_TRUE(utils_.GetUserProperty(again->UserProperties(), kPropZintraShared).ToBool());
+  auto archive = profile_.AddFolder(build_.PersonalFolders(), "Archive", kOlMailItem);
+  auto moved = mail->Copy()->Move(FolderOf(archive));
+  auto get = [&](const char* name, uint16_t type) {
+    return utils_.GetNamedProp(moved->MAPIOBJECT(), Value(name), type);
+  };
+  EXPECT_EQ(get(kPropZintraLastAudited, kPtSystime).ToDate(), audited);
+  EXPECT_EQ(get(kPropLoggedEntryIds, kPtMvString8).ToStringArray(),
+            (Value::StringArray{"00AA", "00BB"}));
+  EXPECT_EQ(get("Zintra Count", kPtString8).Type(), ValueType::kString);
+  EXPECT_EQ(get("Zintra Count", kPtString8).ToString(), "42");
+  EXPECT_TRUE(get("Zintra Never Written", kPtString8).IsEmpty());
 }
 
 TEST_F(MarksTest, PropertyThatCannotBeAddedRaises91WithItsName) {
@@ -58,35 +76,30 @@ TEST_F(MarksTest, PropertyThatCannotBeAddedRaises91WithItsName) {
     EXPECT_CALL(*props, Find("Zintra Tag")).WillOnce(Return(nullptr));
     EXPECT_CALL(*props, Add("Zintra Tag", kOlText, _)).WillOnce(Return(nullptr));
     try {
-      if (rdo) {
-        utils_.SetRDOUserProperty(props, kPropZintraTag, kOlText, Value("x"), false);
-      } else {
-        utils_.SetUserProperty(props, kPropZintraTag, kOlText, Value("x"), false);
-      }
-      FAIL() << "expected error 91";
+      rdo ? utils_.SetRDOUserProperty(props, kPropZintraTag, kOlText, Value("x"), false)
+          : utils_.SetUserProperty(props, kPropZintraTag, kOlText, Value("x"), false);
+      ADD_FAILURE() << "expected error 91";
     } catch (const ZError& e) {
       EXPECT_EQ(e.Number(), kErrObjectNotSet);
       EXPECT_EQ(e.Description(), "Failed to add property: Zintra Tag");
-      EXPECT_NE(
-          e.Source().find(rdo ? "ZintraUtils.SetRDOUserProperty" : "ZintraUtils.SetUserProperty"),
-          std::string::npos);
+      EXPECT_NE(e.Source().find(rdo ? "-->ZintraUtils.SetRDOUserProperty"
+                                    : "-->ZintraUtils.SetUserProperty"),
+                std::string::npos);
     }
   }
 }
 
 struct FolderFieldsCase {
-  bool edit_folder_fields, always_use_folder_fields, asked, passed;
+  bool edit, always, asked, passed;
 };
-
 class FolderFieldsTest : public MarksTest, public testing::WithParamInterface<FolderFieldsCase> {};
 
 TEST_P(FolderFieldsTest, SettingsDecideWhetherTheFolderGetsTheField) {
-  settings_.EditFolderFields = GetParam().edit_folder_fields;
-  settings_.AlwaysUseFolderFields = GetParam().always_use_folder_fields;
+  settings_.EditFolderFields = GetParam().edit;
+  settings_.AlwaysUseFolderFields = GetParam().always;
   auto props = std::make_shared<MockUserProperties>();
   EXPECT_CALL(*props, Find(_)).WillOnce(Return(nullptr));
-  EXPECT_CALL(*props, Add(kPropZintraLogged, kOlYesNo, GetParam().passed))
-      .WillOnce(Return(nullptr));
+  EXPECT_CALL(*props, Add(_, kOlYesNo, GetParam().passed)).WillOnce(Return(nullptr));
   EXPECT_THROW(
       utils_.SetUserProperty(props, kPropZintraLogged, kOlYesNo, Value(true), GetParam().asked),
       ZError);
@@ -98,31 +111,64 @@ INSTANTIATE_TEST_SUITE_P(Flags, FolderFieldsTest,
                                          FolderFieldsCase{true, true, false, false},
                                          FolderFieldsCase{false, true, true, false}));
 
-TEST_F(MarksTest, StoreFailureIsRaisedWithTheStep) {
-  auto mail = NewItem(ItemClass::kMail, inbox_);
-  profile_.Faults().FailAlways("UserProperties.Find", kMapiCallFailed, "Store broken");
+TEST_F(MarksTest, StoreFailurePropagatesWithTheStep) {
+  auto mail = NewItem(ItemClass::kMail);
+  profile_.Faults().FailOnCall("UserProperties.Find", 1, kMapiCallFailed, "Store broken");
   try {
     utils_.GetUserProperty(mail->UserProperties(), kPropZintraTag);
-    FAIL() << "expected the store's error";
+    ADD_FAILURE() << "expected the store's error";
   } catch (const ZError& e) {
     EXPECT_EQ(e.Number(), kMapiCallFailed);
     EXPECT_NE(e.Source().find("-->ZintraUtils.GetUserProperty"), std::string::npos);
   }
-  EXPECT_TRUE(Lines("Error").empty());  // the caller decides whether to log
+  EXPECT_TRUE(Lines("Error").empty());  // reads leave logging to the caller
 }
 
-TEST_F(MarksTest, UnconnectedCollectionIsObjectNotSet) {
-  EXPECT_THROW(
-      {
-        try {
-          utils_.GetUserProperty(nullptr, kPropZintraTag);
-        } catch (const ZError& e) {
-          EXPECT_EQ(e.Number(), kErrObjectNotSet);
-          throw;
-        }
-      },
-      ZError);
+TEST_F(MarksTest, ItemKindsGroupIntoOutlookItemTypes) {
+  const std::pair<ItemClass, int32_t> cases[] = {{ItemClass::kMail, 0},
+                                                 {ItemClass::kReport, 0},
+                                                 {ItemClass::kSharing, 0},
+                                                 {ItemClass::kAppointment, 1},
+                                                 {ItemClass::kMeeting, 1},
+                                                 {ItemClass::kContact, 2},
+                                                 {ItemClass::kTask, 3},
+                                                 {ItemClass::kTaskRequest, 3},
+                                                 {ItemClass::kTaskRequestUpdate, 3},
+                                                 {ItemClass::kTaskRequestAccept, 3},
+                                                 {ItemClass::kTaskRequestDecline, 3},
+                                                 {ItemClass::kJournal, 4},
+                                                 {ItemClass::kDocument, 4},
+                                                 {ItemClass::kNote, 5},
+                                                 {ItemClass::kPost, 6},
+                                                 {ItemClass::kRemote, 6},
+                                                 {ItemClass::kDistList, 7}};
+  for (const auto& [kind, type] : cases) {
+    EXPECT_EQ(utils_.OLItemType(NewItem(kind)), type) << ItemClassTypeName(kind);
+  }
 }
+
+struct HostCase {
+  const char* version;
+  bool v9, v10, v12_or_higher;
+};
+class HostVersionTest : public MarksTest, public testing::WithParamInterface<HostCase> {};
+
+TEST_P(HostVersionTest, MajorNumberBeforeTheFirstPoint) {
+  profile_.SetVersion(GetParam().version);
+  EXPECT_EQ(utils_.Outlook9(), GetParam().v9);
+  EXPECT_EQ(utils_.Outlook10(), GetParam().v10);
+  EXPECT_EQ(utils_.Outlook12OrHigher(), GetParam().v12_or_higher);
+  utils_.Kill();  // no host: no version
+  EXPECT_FALSE(utils_.Outlook9() || utils_.Outlook10() || utils_.Outlook12OrHigher());
+}
+
+INSTANTIATE_TEST_SUITE_P(Hosts, HostVersionTest,
+                         testing::Values(HostCase{"9.0.0.2416", true, false, false},
+                                         HostCase{"10.0.0.2627", false, true, false},
+                                         HostCase{"11.0.0.8312", false, false, false},
+                                         HostCase{"12.0.0.4518", false, false, true},
+                                         HostCase{"16", false, false, true},
+                                         HostCase{"x9.0", false, false, false}));
 
 }  // namespace
 }  // namespace zintra

@@ -1,5 +1,7 @@
 #include "src/monitoring/insp_mon.h"
 
+#include "src/core/z_error.h"
+
 namespace zintra {
 
 bool InspMon::HasCloseEvent(ItemClass item_class) {
@@ -35,14 +37,46 @@ void InspMon::SetInspector(const std::shared_ptr<zintra::Inspector>& inspector) 
   HookItem();
 }
 
+InspMon::~InspMon() {
+  if (note_hwnd_ != 0 && subclasser_) subclasser_->DetachMessage(this, note_hwnd_, kWmShowWindow);
+}
+
 void InspMon::HookItem() {
   std::shared_ptr<Item> item = inspector_->CurrentItem();
+  if (item && item->Class() == ItemClass::kNote && subclasser_) {
+    HookNoteWindow();
+    return;
+  }
   if (!item || !HasCloseEvent(item->Class())) return;
   item_ = std::move(item);
   item_close_ = item_->CloseEvent.Connect([this](bool& Cancel) { Item_Close(Cancel); });
 }
 
+void InspMon::HookNoteWindow() {
+  WindowHandle hwnd = 0;
+  try {
+    hwnd = inspector_->Hwnd();
+  } catch (const ZError&) {
+    hwnd = 0;
+  }
+  if (hwnd == 0) throw ZError(kErrInvalidCall, kErrTextNoNoteWindow, "InspMon");
+  subclasser_->AttachMessage(this, hwnd, kWmShowWindow);
+  note_hwnd_ = hwnd;
+}
+
+int32_t InspMon::MsgResponse(WindowHandle /*hwnd*/, int32_t message) {
+  return message == kWmShowWindow ? kSubclassPreProcess : kSubclassPostProcess;
+}
+
+int32_t InspMon::WindowProc(WindowHandle /*hwnd*/, int32_t message, int32_t wParam,
+                            int32_t /*lParam*/) {
+  if (message == kWmShowWindow && wParam == 0) CloseNotification();
+  return 0;
+}
+
 void InspMon::Unhook() {
+  if (note_hwnd_ != 0 && subclasser_) subclasser_->DetachMessage(this, note_hwnd_, kWmShowWindow);
+  note_hwnd_ = 0;
   item_close_.Disconnect();
   inspector_close_.Disconnect();
   item_.reset();

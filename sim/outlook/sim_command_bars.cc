@@ -62,18 +62,22 @@ std::shared_ptr<SimCommandBarControl> Search(
 
 // --- control ---
 
-SimCommandBarControl::SimCommandBarControl(std::shared_ptr<CommandBarsState> state,
+SimCommandBarControl::SimCommandBarControl(const std::shared_ptr<CommandBarsState>& state,
                                            std::weak_ptr<SimCommandBar> bar, int32_t type,
                                            int32_t id, std::string caption)
-    : state_(std::move(state)),
+    : profile_(state->profile),
+      key_(state->window_key),
+      state_(state),
       bar_(std::move(bar)),
       type_(type),
       id_(id),
       caption_(std::move(caption)) {}
 
-void SimCommandBarControl::Hit(std::string_view member) const {
-  state_->profile->Faults().Check(member, state_->window_key);
-  if (deleted_) throw ZError(kMapiObjectDeleted, "The control has been deleted");
+std::shared_ptr<CommandBarsState> SimCommandBarControl::Hit(std::string_view member) const {
+  profile_->Faults().Check(member, key_);
+  auto state = state_.lock();
+  if (deleted_ || !state) throw ZError(kMapiObjectDeleted, "The control has been deleted");
+  return state;
 }
 
 int32_t SimCommandBarControl::Id() const {
@@ -126,10 +130,10 @@ void SimCommandBarControl::SetEnabled(bool enabled) {
 }
 
 void SimCommandBarControl::Execute() {
-  Hit("CommandBarControl.Execute");
+  auto state = Hit("CommandBarControl.Execute");
   if (!enabled_) throw ZError(kMapiCallFailed, "The command is not available");
-  if (id_ != 1 && state_->execute) {
-    state_->execute(id_);
+  if (id_ != 1 && state->execute) {
+    state->execute(id_);
   } else {
     bool cancel = false;
     Click.Raise(shared_from_this(), cancel);
@@ -137,9 +141,10 @@ void SimCommandBarControl::Execute() {
 }
 
 void SimCommandBarControl::ClickByUser() {
+  auto state = Hit("CommandBarControl.Click");
   bool cancel = false;
   Click.Raise(shared_from_this(), cancel);
-  if (!cancel && id_ != 1 && state_->execute) state_->execute(id_);
+  if (!cancel && id_ != 1 && state->execute) state->execute(id_);
 }
 
 void SimCommandBarControl::Delete() {
@@ -158,13 +163,19 @@ std::shared_ptr<CommandBar> SimCommandBarControl::Parent() {
 
 // --- bar ---
 
-SimCommandBar::SimCommandBar(std::shared_ptr<CommandBarsState> state, std::string name,
+SimCommandBar::SimCommandBar(const std::shared_ptr<CommandBarsState>& state, std::string name,
                              int32_t position)
-    : state_(std::move(state)), name_(std::move(name)), position_(position) {}
+    : profile_(state->profile),
+      key_(state->window_key),
+      state_(state),
+      name_(std::move(name)),
+      position_(position) {}
 
-void SimCommandBar::Hit(std::string_view member) const {
-  state_->profile->Faults().Check(member, state_->window_key);
-  if (deleted_) throw ZError(kMapiObjectDeleted, "The command bar has been deleted");
+std::shared_ptr<CommandBarsState> SimCommandBar::Hit(std::string_view member) const {
+  profile_->Faults().Check(member, key_);
+  auto state = state_.lock();
+  if (deleted_ || !state) throw ZError(kMapiObjectDeleted, "The command bar has been deleted");
+  return state;
 }
 
 std::string SimCommandBar::Name() const {
@@ -189,8 +200,7 @@ void SimCommandBar::SetVisible(bool visible) {
 }
 
 std::shared_ptr<CommandBarControls> SimCommandBar::Controls() {
-  Hit("CommandBar.Controls");
-  return std::make_shared<SimCommandBarControls>(state_, shared_from_this());
+  return std::make_shared<SimCommandBarControls>(Hit("CommandBar.Controls"), shared_from_this());
 }
 
 std::shared_ptr<CommandBarControl> SimCommandBar::FindControl(int32_t type, int32_t id,
@@ -201,15 +211,14 @@ std::shared_ptr<CommandBarControl> SimCommandBar::FindControl(int32_t type, int3
 }
 
 void SimCommandBar::Delete() {
-  Hit("CommandBar.Delete");
+  auto state = Hit("CommandBar.Delete");
   deleted_ = true;
-  auto& bars = state_->bars;
+  auto& bars = state->bars;
   bars.erase(std::remove(bars.begin(), bars.end(), shared_from_this()), bars.end());
 }
 
 std::shared_ptr<AutomationObject> SimCommandBar::Parent() {
-  Hit("CommandBar.Parent");
-  return state_->window.lock();
+  return Hit("CommandBar.Parent")->window.lock();
 }
 
 // --- bars ---

@@ -18,7 +18,9 @@ namespace zintra::sim {
 
 class SimCommandBar;
 
-// Data shared by the bars of one window.
+// Data shared by the bars of one window, owned by the window: bars and controls hold
+// it weakly, so that they die with their window (their members then throw
+// kMapiObjectDeleted) and no cycle keeps them alive.
 struct CommandBarsState {
   Profile* profile = nullptr;
   const void* window_key = nullptr;
@@ -31,10 +33,11 @@ class SimCommandBarControl : public CommandBarControl,
                              public SimKeyed,
                              public std::enable_shared_from_this<SimCommandBarControl> {
  public:
-  SimCommandBarControl(std::shared_ptr<CommandBarsState> state, std::weak_ptr<SimCommandBar> bar,
-                       int32_t type, int32_t id, std::string caption);
+  SimCommandBarControl(const std::shared_ptr<CommandBarsState>& state,
+                       std::weak_ptr<SimCommandBar> bar, int32_t type, int32_t id,
+                       std::string caption);
   std::string TypeName() const override { return "CommandBarControl"; }
-  const void* FaultKey() const override { return state_->window_key; }
+  const void* FaultKey() const override { return key_; }
   int32_t Id() const override;
   int32_t Type() const override;
   std::string Tag() const override;
@@ -58,8 +61,10 @@ class SimCommandBarControl : public CommandBarControl,
   bool deleted() const { return deleted_; }
 
  private:
-  void Hit(std::string_view member) const;
-  std::shared_ptr<CommandBarsState> state_;
+  std::shared_ptr<CommandBarsState> Hit(std::string_view member) const;
+  Profile* profile_;
+  const void* key_;
+  std::weak_ptr<CommandBarsState> state_;
   std::weak_ptr<SimCommandBar> bar_;
   int32_t type_;
   int32_t id_;
@@ -76,9 +81,9 @@ class SimCommandBar : public CommandBar,
                       public SimKeyed,
                       public std::enable_shared_from_this<SimCommandBar> {
  public:
-  SimCommandBar(std::shared_ptr<CommandBarsState> state, std::string name, int32_t position);
+  SimCommandBar(const std::shared_ptr<CommandBarsState>& state, std::string name, int32_t position);
   std::string TypeName() const override { return "CommandBar"; }
-  const void* FaultKey() const override { return state_->window_key; }
+  const void* FaultKey() const override { return key_; }
   std::string Name() const override;
   int32_t Position() const override;
   void SetPosition(int32_t position) override;
@@ -94,8 +99,10 @@ class SimCommandBar : public CommandBar,
   bool deleted() const { return deleted_; }
 
  private:
-  void Hit(std::string_view member) const;
-  std::shared_ptr<CommandBarsState> state_;
+  std::shared_ptr<CommandBarsState> Hit(std::string_view member) const;
+  Profile* profile_;
+  const void* key_;
+  std::weak_ptr<CommandBarsState> state_;
   std::string name_;
   int32_t position_;
   bool visible_ = true;

@@ -20,9 +20,9 @@ class MockUserProperties : public UserProperties {
   MOCK_METHOD(void, Remove, (int32_t), (override));
 };
 
-using MarksTest = ZintraUtilsTest;
+using UtilsMarksTest = ZintraUtilsTest;
 
-TEST_F(MarksTest, BothFacadesSeeTheSameMarksWhichTravelWithCopyAndMove) {
+TEST_F(UtilsMarksTest, BothFacadesSeeTheSameMarksWhichTravelWithCopyAndMove) {
   auto mail = NewItem(ItemClass::kMail);
   EXPECT_TRUE(utils_.GetUserProperty(mail->UserProperties(), kPropZintraTag).IsEmpty());
   EXPECT_EQ(mail->UserProperties()->Count(), 0);  // reading never creates
@@ -41,7 +41,7 @@ TEST_F(MarksTest, BothFacadesSeeTheSameMarksWhichTravelWithCopyAndMove) {
   EXPECT_TRUE(utils_.GetUserProperty(moved->UserProperties(), kPropZintraLogged).ToBool());
 }
 
-TEST_F(MarksTest, NamedPropertiesLiveInTheirSetAndAreMappedIntoTheTargetStore) {
+TEST_F(UtilsMarksTest, NamedPropertiesLiveInTheirSetAndAreMappedIntoTheTargetStore) {
   auto mail = NewItem(ItemClass::kMail);
   const double audited = MakeDate(2026, 3, 9, 8, 30, 0);
   utils_.SetNamedProp(mail->MAPIOBJECT(), Value(kPropZintraLastAudited), Value::Date(audited),
@@ -70,7 +70,7 @@ TEST_F(MarksTest, NamedPropertiesLiveInTheirSetAndAreMappedIntoTheTargetStore) {
   EXPECT_TRUE(get("Zintra Never Written", kPtString8).IsEmpty());
 }
 
-TEST_F(MarksTest, PropertyThatCannotBeAddedRaises91WithItsName) {
+TEST_F(UtilsMarksTest, PropertyThatCannotBeAddedRaises91WithItsName) {
   for (bool rdo : {false, true}) {
     auto props = std::make_shared<MockUserProperties>();
     EXPECT_CALL(*props, Find("Zintra Tag")).WillOnce(Return(nullptr));
@@ -92,9 +92,10 @@ TEST_F(MarksTest, PropertyThatCannotBeAddedRaises91WithItsName) {
 struct FolderFieldsCase {
   bool edit, always, asked, passed;
 };
-class FolderFieldsTest : public MarksTest, public testing::WithParamInterface<FolderFieldsCase> {};
+class UtilsFolderFieldsTest : public UtilsMarksTest,
+                              public testing::WithParamInterface<FolderFieldsCase> {};
 
-TEST_P(FolderFieldsTest, SettingsDecideWhetherTheFolderGetsTheField) {
+TEST_P(UtilsFolderFieldsTest, SettingsDecideWhetherTheFolderGetsTheField) {
   settings_.EditFolderFields = GetParam().edit;
   settings_.AlwaysUseFolderFields = GetParam().always;
   auto props = std::make_shared<MockUserProperties>();
@@ -105,13 +106,13 @@ TEST_P(FolderFieldsTest, SettingsDecideWhetherTheFolderGetsTheField) {
       ZError);
 }
 
-INSTANTIATE_TEST_SUITE_P(Flags, FolderFieldsTest,
+INSTANTIATE_TEST_SUITE_P(Flags, UtilsFolderFieldsTest,
                          testing::Values(FolderFieldsCase{true, false, true, false},  // defaults
                                          FolderFieldsCase{true, true, true, true},
                                          FolderFieldsCase{true, true, false, false},
                                          FolderFieldsCase{false, true, true, false}));
 
-TEST_F(MarksTest, StoreFailurePropagatesWithTheStep) {
+TEST_F(UtilsMarksTest, StoreFailurePropagatesWithTheStep) {
   auto mail = NewItem(ItemClass::kMail);
   profile_.Faults().FailOnCall("UserProperties.Find", 1, kMapiCallFailed, "Store broken");
   try {
@@ -124,7 +125,7 @@ TEST_F(MarksTest, StoreFailurePropagatesWithTheStep) {
   EXPECT_TRUE(Lines("Error").empty());  // reads leave logging to the caller
 }
 
-TEST_F(MarksTest, ItemKindsGroupIntoOutlookItemTypes) {
+TEST_F(UtilsMarksTest, ItemKindsGroupIntoOutlookItemTypes) {
   const std::pair<ItemClass, int32_t> cases[] = {{ItemClass::kMail, 0},
                                                  {ItemClass::kReport, 0},
                                                  {ItemClass::kSharing, 0},
@@ -151,9 +152,9 @@ struct HostCase {
   const char* version;
   bool v9, v10, v12_or_higher;
 };
-class HostVersionTest : public MarksTest, public testing::WithParamInterface<HostCase> {};
+class UtilsHostVersionTest : public UtilsMarksTest, public testing::WithParamInterface<HostCase> {};
 
-TEST_P(HostVersionTest, MajorNumberBeforeTheFirstPoint) {
+TEST_P(UtilsHostVersionTest, MajorNumberBeforeTheFirstPoint) {
   profile_.SetVersion(GetParam().version);
   EXPECT_EQ(utils_.Outlook9(), GetParam().v9);
   EXPECT_EQ(utils_.Outlook10(), GetParam().v10);
@@ -162,7 +163,7 @@ TEST_P(HostVersionTest, MajorNumberBeforeTheFirstPoint) {
   EXPECT_FALSE(utils_.Outlook9() || utils_.Outlook10() || utils_.Outlook12OrHigher());
 }
 
-INSTANTIATE_TEST_SUITE_P(Hosts, HostVersionTest,
+INSTANTIATE_TEST_SUITE_P(Hosts, UtilsHostVersionTest,
                          testing::Values(HostCase{"9.0.0.2416", true, false, false},
                                          HostCase{"10.0.0.2627", false, true, false},
                                          HostCase{"11.0.0.8312", false, false, false},

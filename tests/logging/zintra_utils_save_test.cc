@@ -8,9 +8,9 @@ namespace zintra {
 namespace {
 
 using testing_support::ZintraUtilsTest;
-using SaveBracketTest = ZintraUtilsTest;
+using UtilsSaveBracketTest = ZintraUtilsTest;
 
-TEST_F(SaveBracketTest, FlagIsNotNested) {
+TEST_F(UtilsSaveBracketTest, FlagIsNotNested) {
   utils_.PostSaveItem();  // harmless without PreSaveItem
   EXPECT_FALSE(utils_.SquelchItemSend());
   utils_.PreSaveItem();
@@ -26,7 +26,7 @@ TEST_F(SaveBracketTest, FlagIsNotNested) {
   EXPECT_FALSE(utils_.SquelchItemSend());
 }
 
-TEST_F(SaveBracketTest, TheAddinsOwnSavesAndDeletesAreSquelched) {
+TEST_F(UtilsSaveBracketTest, TheAddinsOwnSavesAndDeletesAreSquelched) {
   auto mail = NewItem(ItemClass::kMail);
   auto working_copy = NewItem(ItemClass::kMail);
   const std::string working_copy_id = working_copy->EntryID();
@@ -45,7 +45,7 @@ TEST_F(SaveBracketTest, TheAddinsOwnSavesAndDeletesAreSquelched) {
   EXPECT_EQ(foreign_, 1);
 }
 
-TEST_F(SaveBracketTest, FailuresAreRaisedWithTheStepAndNeverLeaveTheFlagSet) {
+TEST_F(UtilsSaveBracketTest, FailuresAreRaisedWithTheStepAndNeverLeaveTheFlagSet) {
   auto mail = NewItem(ItemClass::kMail);
   auto& faults = profile_.Faults();
   faults.FailOnCall("Item.Save", 1, kMapiNoAccess, "Access denied");

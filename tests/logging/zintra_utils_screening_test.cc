@@ -12,7 +12,7 @@ struct Screened {
   std::string reason, subject, folder, description;
 };
 
-class ScreeningTest : public ZintraUtilsTest {
+class UtilsScreeningTest : public ZintraUtilsTest {
  protected:
   Screened Screen(const std::shared_ptr<Item>& item, bool received = false, bool sent = false) {
     Screened s{};
@@ -34,7 +34,7 @@ class ScreeningTest : public ZintraUtilsTest {
   }
 };
 
-TEST_F(ScreeningTest, RefusesWhatNoJobMayTouchKindBeforeTag) {
+TEST_F(UtilsScreeningTest, RefusesWhatNoJobMayTouchKindBeforeTag) {
   auto remote = NewItem(ItemClass::kRemote);
   utils_.SetUserProperty(remote->UserProperties(), kPropZintraTag, kOlText, Value("Processing"),
                          false);
@@ -55,10 +55,10 @@ struct DescriptionCase {
   bool received, sent;
   const char* expected;  // nullptr: the created description
 };
-class DescriptionTest : public ScreeningTest,
-                        public testing::WithParamInterface<DescriptionCase> {};
+class UtilsDescriptionTest : public UtilsScreeningTest,
+                             public testing::WithParamInterface<DescriptionCase> {};
 
-TEST_P(DescriptionTest, ReceivedAndSentTimesAreCrossedForMailOnly) {
+TEST_P(UtilsDescriptionTest, ReceivedAndSentTimesAreCrossedForMailOnly) {
   auto item = GetParam().kind == ItemClass::kMail ? Mail() : NewItem(GetParam().kind);
   Screened s = Screen(item, GetParam().received, GetParam().sent);
   EXPECT_TRUE(s.passed);
@@ -67,7 +67,7 @@ TEST_P(DescriptionTest, ReceivedAndSentTimesAreCrossedForMailOnly) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Flags, DescriptionTest,
+    Flags, UtilsDescriptionTest,
     testing::Values(DescriptionCase{ItemClass::kMail, true, false, "[Recieved 07-Mar/26 2:05p]"},
                     DescriptionCase{ItemClass::kMail, true, true, "[Recieved 07-Mar/26 2:05p]"},
                     DescriptionCase{ItemClass::kMail, false, true, "[Sent 07-Mar/26 2:35p]"},
@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DescriptionCase{ItemClass::kPost, true, true, nullptr},
                     DescriptionCase{ItemClass::kReport, false, true, nullptr}));
 
-TEST_F(ScreeningTest, TaggedItemIsRefusedUntilTheTagIsCleared) {
+TEST_F(UtilsScreeningTest, TaggedItemIsRefusedUntilTheTagIsCleared) {
   auto mail = Mail();
   utils_.SetUserProperty(mail->UserProperties(), kPropZintraTag, kOlText, Value("Processing"),
                          true);
@@ -99,7 +99,7 @@ TEST_F(ScreeningTest, TaggedItemIsRefusedUntilTheTagIsCleared) {
             "Screening new ContactItem 'Ana Lima' in 'Contacts' " + Created(contact));
 }
 
-TEST_F(ScreeningTest, UnreadableItemIsLoggedAndRaised) {
+TEST_F(UtilsScreeningTest, UnreadableItemIsLoggedAndRaised) {
   auto mail = Mail();
   profile_.Faults().FailAlways("Item.Subject", kMapiNetworkError, "Network problem",
                                sim::ObjectKeyOf(mail));

@@ -2,12 +2,21 @@
 
 #include <CLI/CLI.hpp>
 
+#include <unistd.h>
+
+#include <filesystem>
 #include <iostream>
 
+#include "tools/zintra-sim/demo_scenario.h"
+#include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/importer.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/output_files.h"
+#include "tools/zintra-sim/results_writer.h"
+#include "tools/zintra-sim/runner.h"
+#include "tools/zintra-sim/scenario_reader.h"
 #include "tools/zintra-sim/scenario_writer.h"
+#include "tools/zintra-sim/why_report.h"
 
 namespace zintra::simtool {
 
@@ -39,6 +48,82 @@ int ImportCommand(const std::vector<std::string>& paths, const std::string& out,
   return 0;
 }
 
+struct RunFlags {
+  std::string out;
+  int log_level = -1;
+  bool json = false;
+  bool no_table = false;
+};
+
+void PrintSummary(const Scenario& s, const RunResult& r, const RunFlags& flags, bool quiet,
+                  std::ostream& out) {
+  if (flags.json) {
+    out << ReportJson(s, r).dump(2) << "\n";
+    return;
+  }
+  int logged = 0, screened = 0, copies = 0, other = 0;
+  for (const WhyRow& row : r.why) {
+    if (row.outcome == "logged") {
+      ++logged;
+    } else if (row.outcome == "screened" || row.outcome == "skipped") {
+      ++screened;
+    } else if (row.outcome == "copy") {
+      ++copies;
+    } else {
+      ++other;
+    }
+  }
+  if (!quiet) {
+    if (!flags.no_table) {
+      out << "\nWhat happened to each item:\n";
+      PrintWhyTable(r.why, out);
+    }
+    std::vector<std::string> notable;
+    for (const std::string& line : r.log_lines) {
+      if (line[0] != 'M' || line.find("Audit") != std::string::npos) notable.push_back(line);
+    }
+    if (!notable.empty()) {
+      out << "\nAudit lines, warnings and errors of the add-in:\n";
+      for (const std::string& line : notable) out << "  " << line << "\n";
+    }
+  }
+  int met = 0;
+  for (const auto& e : r.expectations) met += e.met;
+  for (const auto& e : r.expectations) {
+    if (!e.met)
+      out << "FAILED " << (s.source.empty() ? "" : s.source + ": ") << DescribeOutcome(e) << "\n";
+  }
+  out << "\n"
+      << r.why.size() << " items: " << logged << " logged, " << screened << " screened out, "
+      << copies << " copies made, " << other << " not reached; " << r.log_lines.size()
+      << " log lines";
+  if (!r.expectations.empty()) {
+    out << "; expectations " << met << "/" << r.expectations.size() << " met";
+  }
+  out << "\n";
+  if (!flags.out.empty()) {
+    out << "Results: " << flags.out << "/ (profile.json, log.json, log.txt, report.json)\n";
+    if (!r.error_log_path.empty()) out << "Error log: " << r.error_log_path << "\n";
+  }
+}
+
+int RunCommand(const Scenario& scenario, RunFlags flags, bool quiet) {
+  RunOptions options;
+  options.out_dir = flags.out;
+  options.log_level = flags.log_level;
+  options.quiet = quiet || flags.json;
+  options.live = isatty(STDOUT_FILENO) != 0;
+  RunResult result = RunScenario(scenario, options, std::cout);
+  PrintSummary(scenario, result, flags, quiet, std::cout);
+  return result.exit_code;
+}
+
+std::string DefaultOut(const std::string& name) {
+  std::string safe;
+  for (char c : name) safe += std::isalnum(static_cast<unsigned char>(c)) || c == '-' ? c : '_';
+  return "zintra-sim-out/" + safe;
+}
+
 }  // namespace
 
 int Main(int argc, char** argv) {
@@ -58,6 +143,29 @@ int Main(int argc, char** argv) {
                      "The mailbox owner, \"Name <user@domain>\" (default: the most frequent "
                      "recipient)");
 
+  RunFlags run_flags;
+  auto add_run_flags = [&](CLI::App* cmd) {
+    cmd->fallthrough();
+    cmd->add_option("-o,--out", run_flags.out,
+                    "Folder for profile.json, log.json, log.txt, report.json and the error log "
+                    "(default: zintra-sim-out/<scenario name>)");
+    cmd->add_option("--log-level", run_flags.log_level,
+                    "The add-in's log level for this run: 0 nothing, 1 errors, 2 warnings, 3 "
+                    "everything (default: the scenario's)")
+        ->check(CLI::Range(0, 3));
+    cmd->add_flag("--json", run_flags.json, "Print the report as JSON instead of tables");
+    cmd->add_flag("--no-table", run_flags.no_table, "Leave out the table of items");
+  };
+  auto* run = app.add_subcommand("run", "Play a scenario file and check its expectations");
+  std::string scenario_file;
+  run->add_option("scenario", scenario_file, "The scenario (JSON; see docs/scenarios.md)")
+      ->required();
+  add_run_flags(run);
+  auto* demo = app.add_subcommand("demo", "Play the built-in demonstration scenario");
+  bool print_demo = false;
+  demo->add_flag("--print", print_demo, "Print the demo's scenario file instead of playing it");
+  add_run_flags(demo);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
@@ -66,6 +174,23 @@ int Main(int argc, char** argv) {
   }
   try {
     if (*import) return ImportCommand(import_paths, import_out, import_user, quiet);
+    if (*demo) {
+      if (print_demo) {
+        std::cout << kDemoScenario;
+        return 0;
+      }
+      Scenario s = ReadScenarioText(kDemoScenario, "demo", ".");
+      if (run_flags.out.empty()) run_flags.out = DefaultOut("demo");
+      if (!quiet && !run_flags.json) std::cout << s.description << "\n\n";
+      return RunCommand(s, run_flags, quiet);
+    }
+    if (*run) {
+      Scenario s = ReadScenarioFile(scenario_file);
+      if (run_flags.out.empty()) {
+        run_flags.out = DefaultOut(std::filesystem::path(scenario_file).stem().string());
+      }
+      return RunCommand(s, run_flags, quiet);
+    }
   } catch (const InputError& e) {
     std::cerr << "zintra-sim: " << e.what() << "\n";
     return kExitBadInput;

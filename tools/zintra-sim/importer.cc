@@ -134,6 +134,11 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   mailbox.kind = StoreKind::kMailbox;
   mailbox.folders = {std::move(inbox), std::move(sent), std::move(contact_folder)};
   s.profile.stores.push_back(std::move(mailbox));
+  // The imported contacts are tracked, their mail logged in the mailbox's Journal.
+  FoldersetSpec set;
+  set.contacts = "Contacts";
+  set.journal = "Journal";
+  s.foldersets.push_back(set);
   return result;
 }
 

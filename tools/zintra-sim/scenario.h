@@ -94,6 +94,22 @@ struct RegistrySpec {
   std::vector<RegValueSpec> values;
 };
 
+// A contact folder set, by folder paths; written to the registry as the settings
+// hold it (entry and store identifiers) once the profile exists.
+struct FoldersetSpec {
+  std::string contacts, email, journal;
+  std::string shared_calendar, shared_journal, shared_tasks;
+  int32_t flags = 0;
+  int source_line = 0;
+};
+
+// A folder monitored by list (the settings' monitored-folder list).
+struct MonitorSpec {
+  std::string folder;
+  int32_t flags = 0;
+  int source_line = 0;
+};
+
 enum class StepKind {
   kStart,           // windows: explorer | inspector | none; addin
   kDeliver,         // item: arrives in the Inbox (or folder)
@@ -152,6 +168,8 @@ struct Scenario {
   int32_t log_level = 3;  // the add-in's LogLevel unless the registry sets one
   ProfileSpec profile;
   RegistrySpec registry;
+  std::vector<FoldersetSpec> foldersets;
+  std::vector<MonitorSpec> monitored_folders;
   std::vector<StepSpec> timeline;  // empty: start, let the scan run, quit
   std::vector<ExpectSpec> expect;
 };

@@ -354,7 +354,7 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
   JsonSource src(text, file);
   JsonNode root(src, src.Root(), "");
   root.OnlyKeys({"$schema", "name", "description", "outlook", "start", "log_level", "profile",
-                 "registry", "timeline", "expect"});
+                 "registry", "foldersets", "monitored_folders", "timeline", "expect"});
   Scenario s;
   s.source = file;
   s.base_dir = base_dir;
@@ -372,6 +372,30 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
   s.log_level = static_cast<int32_t>(root.Int("log_level", 3, 0, 3));
   s.profile = ReadProfile(root.Need("profile"));
   if (auto r = root.Get("registry")) s.registry = ReadRegistry(*r, base_dir);
+  if (auto sets = root.Get("foldersets")) {
+    for (const JsonNode& f : sets->Elements()) {
+      f.OnlyKeys({"contacts", "email", "journal", "shared_calendar", "shared_journal",
+                  "shared_tasks", "flags"});
+      FoldersetSpec set;
+      set.source_line = f.Line();
+      set.contacts = f.Need("contacts").AsString();
+      set.email = f.String("email");
+      set.journal = f.String("journal");
+      set.shared_calendar = f.String("shared_calendar");
+      set.shared_journal = f.String("shared_journal");
+      set.shared_tasks = f.String("shared_tasks");
+      set.flags = static_cast<int32_t>(f.Int("flags", 0, 0, 0x7FFFFFFF));
+      s.foldersets.push_back(set);
+    }
+  }
+  if (auto mons = root.Get("monitored_folders")) {
+    for (const JsonNode& m : mons->Elements()) {
+      m.OnlyKeys({"folder", "flags"});
+      s.monitored_folders.push_back({m.Need("folder").AsString(),
+                                     static_cast<int32_t>(m.Int("flags", 0, 0, 0x7FFFFFFF)),
+                                     m.Line()});
+    }
+  }
   if (auto t = root.Get("timeline")) {
     for (const JsonNode& e : t->Elements()) {
       StepSpec step = ReadStep(e, base_dir);

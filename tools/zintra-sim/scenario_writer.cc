@@ -101,6 +101,28 @@ ordered_json ScenarioJson(const Scenario& s) {
   if (s.start_time != 0) j["start"] = FormatIsoTime(s.start_time);
   if (s.log_level != 3) j["log_level"] = s.log_level;
   j["profile"] = ProfileJson(s.profile);
+  if (!s.foldersets.empty()) {
+    j["foldersets"] = ordered_json::array();
+    for (const FoldersetSpec& f : s.foldersets) {
+      ordered_json fj;
+      fj["contacts"] = f.contacts;
+      for (const auto& [key, value] :
+           {std::pair{"email", &f.email}, std::pair{"journal", &f.journal},
+            std::pair{"shared_calendar", &f.shared_calendar},
+            std::pair{"shared_journal", &f.shared_journal},
+            std::pair{"shared_tasks", &f.shared_tasks}}) {
+        if (!value->empty()) fj[key] = *value;
+      }
+      if (f.flags != 0) fj["flags"] = f.flags;
+      j["foldersets"].push_back(fj);
+    }
+  }
+  if (!s.monitored_folders.empty()) {
+    j["monitored_folders"] = ordered_json::array();
+    for (const MonitorSpec& m : s.monitored_folders) {
+      j["monitored_folders"].push_back({{"folder", m.folder}, {"flags", m.flags}});
+    }
+  }
   if (!s.registry.values.empty() || !s.registry.reg_files.empty()) {
     ordered_json r;
     if (!s.registry.reg_files.empty()) r["files"] = s.registry.reg_files;

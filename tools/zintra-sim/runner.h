@@ -1,0 +1,59 @@
+// Runner: plays a scenario. It builds the simulated Outlook process (SimOutlook over
+// the scenario's profile and registry, the MAPI library, the error log in the output
+// folder), registers the add-in with Outlook's loader, then plays the timeline on
+// virtual time: every step happens at the virtual moment it names and waits let the
+// add-in's timer-driven queue run. At the end Outlook ends, the expectations are
+// checked and the results are written (all or nothing) to the output folder:
+//   profile.json  every store, folder and item with the add-in's marks
+//   log.json, log.txt  the add-in's log lines and error records
+//   report.json  what happened to every item the run touched, and the expectations
+// Errors of the simulation itself throw std::runtime_error (exit 3).
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "tools/zintra-sim/scenario.h"
+
+namespace zintra::simtool {
+
+struct RunOptions {
+  std::string out_dir;  // results go here ("" writes nothing)
+  int log_level = -1;   // the add-in's LogLevel for this run; -1: the scenario's
+  bool quiet = false;   // only failures and the summary
+  bool live = false;    // progress redrawn in place (a terminal)
+  bool why_table = true;
+};
+
+struct ExpectationOutcome {
+  ExpectSpec spec;
+  bool met = false;
+  std::string detail;  // what was found
+};
+
+struct WhyRow {
+  std::string folder;
+  std::string subject;
+  std::string id;
+  std::string outcome;  // logged | screened | in progress | not reached | copy
+  std::vector<std::string> contacts;
+  int logged_copies = 0;
+  int shared_copies = 0;
+  std::string reason;  // the log line that explains it
+};
+
+struct RunResult {
+  std::vector<WhyRow> why;
+  std::vector<ExpectationOutcome> expectations;
+  std::vector<std::string> log_lines;  // "M text", "W text", "E description"
+  std::string error_log_path;          // the SQLite error log on disk
+  int exit_code = 0;                   // 0 all met, 1 an expectation failed
+  double sim_seconds = 0;              // wall time building the profile and reading back
+  double addin_seconds = 0;            // wall time inside the timeline
+  int items_logged = 0;
+};
+
+RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::ostream& out);
+
+}  // namespace zintra::simtool

@@ -5,6 +5,11 @@
 // The bars themselves are made and kept by the toolbar library's ToolbarHelper,
 // whose events arrive here.
 //
+// The toolbar is shown from start-up (unless the add-in was told never to load it)
+// whatever ShowZintra2Buttons says; a later change of that setting removes or adds it.
+// Item windows get the buttons only with ShowZintra2ButtonsOnInspectors, and never on
+// Outlook 2000; their bar stays hidden while it has no buttons.
+//
 // Ownership: the add-in creates one with std::make_shared and calls Initialize; it
 // holds the add-in and the ToolbarHelper until Kill. Releasing the helper removes the
 // bars from every window. Called on Outlook's thread only.

@@ -63,19 +63,5 @@ TEST_F(SimToolbarHelperTest, ClicksCarryTheWindowAndClosedWindowsAreForgotten) {
   EXPECT_EQ(helper_->WindowCount(), 0);
 }
 
-TEST_F(SimToolbarHelperTest, ReleaseRemovesTheBarsAndANewHelperMakesThemAgain) {
-  auto explorer = app_->OpenExplorer(inbox_);
-  helper_->Initialize(app_, "Zintra");
-  helper_->DeclareBar(kToolbarKindExplorer, "Zintra");
-  const int32_t with_bar = explorer->CommandBars()->Count();
-  connections_.clear();
-  helper_.reset();
-  EXPECT_EQ(explorer->CommandBars()->Count(), with_bar - 1);
-  auto again = library_.CreateToolbarHelper();
-  again->Initialize(app_, "Zintra");
-  again->DeclareBar(kToolbarKindExplorer, "Zintra");
-  EXPECT_EQ(explorer->CommandBars()->Count(), with_bar);
-}
-
 }  // namespace
 }  // namespace zintra::testing_support

@@ -65,38 +65,27 @@ class RecordingLog : public ErrorLogStore, public ErrorLogFactory {
   std::string path_;
 };
 
+class ToolbarsTest;
+
+// The add-in over the fixture's ports.
 class TestToolbarsAddin : public ToolbarsAddin {
  public:
-  TestToolbarsAddin(const RegSettings& settings, std::shared_ptr<Application> app,
-                    ZintraUtils& utils, const StringTable& strings, ErrorHandling& errors,
-                    MsgBox& prompt, Platform& platform, FileSystem& files, ToolbarLibrary& toolbars,
-                    Word& word)
-      : settings_(settings),
-        app_(std::move(app)),
-        utils_(utils),
-        strings_(strings),
-        errors_(errors),
-        prompt_(prompt),
-        platform_(platform),
-        files_(files),
-        toolbars_(toolbars),
-        word_(word) {}
-
-  const RegSettings& Settings() override { return settings_; }
-  std::shared_ptr<Application> OLApp() override { return app_; }
-  std::shared_ptr<Namespace> Session() override { return app_->Session(); }
-  ZintraUtils* Utils() override { return &utils_; }
+  explicit TestToolbarsAddin(ToolbarsTest& t) : t_(t) {}
+  const RegSettings& Settings() override;
+  std::shared_ptr<Application> OLApp() override;
+  std::shared_ptr<Namespace> Session() override { return OLApp()->Session(); }
+  ZintraUtils* Utils() override;
   std::shared_ptr<Folder> TrackedLogFolder(const std::shared_ptr<Folder>& folder) override {
     auto found = folder ? log_folders.find(folder->EntryID()) : log_folders.end();
     return found == log_folders.end() ? nullptr : found->second;
   }
-  const StringTable& Strings() override { return strings_; }
-  ErrorHandling& Errors() override { return errors_; }
-  MsgBox& Prompt() override { return prompt_; }
-  Platform& PlatformFacts() override { return platform_; }
-  FileSystem& Files() override { return files_; }
-  ToolbarLibrary* ToolbarLib() override { return &toolbars_; }
-  Word* WordProcessor() override { return &word_; }
+  const StringTable& Strings() override;
+  ErrorHandling& Errors() override;
+  MsgBox& Prompt() override;
+  Platform& PlatformFacts() override;
+  FileSystem& Files() override;
+  ToolbarLibrary* ToolbarLib() override;
+  Word* WordProcessor() override;
   double Now() override { return now; }
 
   // Log folder by contact folder EntryID.
@@ -104,20 +93,12 @@ class TestToolbarsAddin : public ToolbarsAddin {
   double now = MakeDate(2026, 11, 22);
 
  private:
-  const RegSettings& settings_;
-  std::shared_ptr<Application> app_;
-  ZintraUtils& utils_;
-  const StringTable& strings_;
-  ErrorHandling& errors_;
-  MsgBox& prompt_;
-  Platform& platform_;
-  FileSystem& files_;
-  ToolbarLibrary& toolbars_;
-  Word& word_;
+  ToolbarsTest& t_;
 };
 
 class ToolbarsTest : public ::testing::Test {
  protected:
+  friend class TestToolbarsAddin;
   ToolbarsTest() {
     registry_.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogLevel", 3);
     build_.Mailbox(sim::ProfileBuilder::Smtp("Jane Doe", "jane@contoso.com"));
@@ -126,8 +107,7 @@ class ToolbarsTest : public ::testing::Test {
     journal_ = build_.Default(kOlFolderJournal);
     utils_.Connect({app_, &settings_, nullptr});
     profile_.SetFileReader([this](const std::string& path) { return files_.Contents(path); });
-    addin_ = std::make_shared<TestToolbarsAddin>(settings_, app_, utils_, strings_, errors_,
-                                                 msg_box_, platform_, files_, library_, word_);
+    addin_ = std::make_shared<TestToolbarsAddin>(*this);
     addin_->log_folders[FolderOf(contacts_)->EntryID()] = FolderOf(journal_);
     files_.AddFolder("C:\\Templates");
     files_.AddFolder(platform_.TempPath().substr(0, platform_.TempPath().size() - 1));
@@ -225,5 +205,16 @@ class ToolbarsTest : public ::testing::Test {
   std::shared_ptr<TestToolbarsAddin> addin_;
   std::shared_ptr<Toolbars> toolbars_;
 };
+
+inline const RegSettings& TestToolbarsAddin::Settings() { return t_.settings_; }
+inline std::shared_ptr<Application> TestToolbarsAddin::OLApp() { return t_.app_; }
+inline ZintraUtils* TestToolbarsAddin::Utils() { return &t_.utils_; }
+inline const StringTable& TestToolbarsAddin::Strings() { return t_.strings_; }
+inline ErrorHandling& TestToolbarsAddin::Errors() { return t_.errors_; }
+inline MsgBox& TestToolbarsAddin::Prompt() { return t_.msg_box_; }
+inline Platform& TestToolbarsAddin::PlatformFacts() { return t_.platform_; }
+inline FileSystem& TestToolbarsAddin::Files() { return t_.files_; }
+inline ToolbarLibrary* TestToolbarsAddin::ToolbarLib() { return &t_.library_; }
+inline Word* TestToolbarsAddin::WordProcessor() { return &t_.word_; }
 
 }  // namespace zintra::testing_support

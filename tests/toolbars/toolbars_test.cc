@@ -148,7 +148,7 @@ TEST_F(ToolbarsTest, ControlOfAnUnknownTagKeepsItsCaptionButIsShown) {
   EXPECT_TRUE(control->Visible());
 }
 
-TEST_F(ToolbarsTest, SwitchingTheSettingRemovesAndRecreatesTheToolbar) {
+TEST_F(ToolbarsTest, SwitchingTheSettingRemovesAndRecreatesTheToolbarAndKillRemovesIt) {
   Start();
   auto explorer = app_->OpenExplorer(inbox_);
   RegSettings old_settings = settings_;
@@ -168,24 +168,22 @@ TEST_F(ToolbarsTest, SwitchingTheSettingRemovesAndRecreatesTheToolbar) {
   EXPECT_EQ(library_.created(), 2);
   EXPECT_EQ(Captions(*explorer), kSixCaptions);
   EXPECT_EQ(Captions(*app_->OpenExplorer(contacts_)), kSixCaptions);
-}
 
-TEST_F(ToolbarsTest, KillRemovesTheBarsAndAMissingLibraryFailsInitialize) {
-  Start();
-  auto explorer = app_->OpenExplorer(inbox_);
   toolbars_->Kill();
   EXPECT_FALSE(HasBar(*explorer));
+}
 
+TEST_F(ToolbarsTest, AMissingToolbarLibraryFailsInitializeWithTheTrail) {
   library_.unavailable = true;
-  auto other = std::make_shared<Toolbars>();
+  auto toolbars = std::make_shared<Toolbars>();
   try {
-    other->Initialize(addin_);
+    toolbars->Initialize(addin_);
     FAIL() << "Initialize succeeded without the toolbar library";
   } catch (const ZError& e) {
     EXPECT_EQ(e.Number(), 429);
     EXPECT_NE(e.Source().find("Toolbars"), std::string::npos);
   }
-  EXPECT_FALSE(other->Shown());
+  EXPECT_FALSE(toolbars->Shown());
 }
 
 }  // namespace

@@ -107,15 +107,5 @@ TEST_F(WordLetterTest, MissingTemplateOrWordMakesNoLetterAndNoMessage) {
   EXPECT_EQ(Lines("Error").size(), 2u);
 }
 
-TEST(LetterIdTest, IdentifiersRoundTripAndToleratePlainEntryIds) {
-  LetterId id = ParseLetterId(FormatLetterId("00AB", "0012CD"));
-  EXPECT_EQ(id.entry_id, "00AB");
-  EXPECT_EQ(id.store_id, "0012CD");
-  id = ParseLetterId(" 00AB ");
-  EXPECT_EQ(id.entry_id, "00AB");
-  EXPECT_EQ(id.store_id, "");
-  EXPECT_EQ(FormatLetterId("00AB", ""), "00AB");
-}
-
 }  // namespace
 }  // namespace zintra::testing_support

@@ -1,0 +1,514 @@
+#include "src/logging/job_process.h"
+
+#include "src/contacts/contact_search.h"
+#include "src/core/text.h"
+#include "src/core/z_error.h"
+#include "src/errors/cached_error.h"
+#include "src/host/mapi_session.h"
+#include "src/host/outlook_application.h"
+#include "src/host/outlook_constants.h"
+#include "src/host/outlook_folder.h"
+#include "src/host/outlook_item.h"
+#include "src/jobs/job_queue.h"
+#include "src/logging/copy_job.h"
+#include "src/logging/logging_addin.h"
+#include "src/logging/zintra_utils.h"
+#include "src/outlook/folder_helpers.h"
+#include "src/resources/string_table.h"
+#include "src/settings/reg_settings.h"
+
+namespace zintra {
+
+namespace {
+
+constexpr char kModName[] = "JobProcess";
+// Errors the job reports in its own words carry this number (VB's vbObjectError + 513).
+constexpr int32_t kErrProcessing = static_cast<int32_t>(0x80040201u);
+
+std::string Upper(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return text;
+}
+
+}  // namespace
+
+int32_t TaskPrefixOffset(int32_t item_class) {
+  switch (static_cast<ItemClass>(item_class)) {
+    case ItemClass::kAppointment:
+      return 0;
+    case ItemClass::kContact:
+      return 1;
+    case ItemClass::kDistList:
+      return 2;
+    case ItemClass::kDocument:
+      return 3;
+    case ItemClass::kJournal:
+      return 4;
+    case ItemClass::kMail:
+      return 5;
+    case ItemClass::kMeeting:
+      return 6;
+    case ItemClass::kNote:
+      return 7;
+    case ItemClass::kPost:
+      return 8;
+    case ItemClass::kRemote:
+      return 9;
+    case ItemClass::kReport:
+      return 10;
+    case ItemClass::kTask:
+      return 11;
+    case ItemClass::kTaskRequestAccept:
+      return 12;
+    case ItemClass::kTaskRequestDecline:
+      return 13;
+    case ItemClass::kTaskRequest:
+      return 14;
+    case ItemClass::kTaskRequestUpdate:
+      return 15;
+    case ItemClass::kSharing:
+      return -1;
+  }
+  return -1;
+}
+
+int32_t TaskIconFor(int32_t ol_item_type) {
+  // The task list's image list holds the item icons from 110 on, in OlItemType order.
+  constexpr int32_t kItemIconBase = 110;
+  return kItemIconBase + (ol_item_type >= 0 && ol_item_type <= 7 ? ol_item_type : 0);
+}
+
+JobProcess::JobProcess(std::weak_ptr<LoggingAddin> app) : app_(std::move(app)) {}
+
+JobProcess::~JobProcess() = default;
+
+ZintraUtils& JobProcess::Utils() const {
+  std::shared_ptr<LoggingAddin> app = App();
+  ZintraUtils* utils = app ? app->Utils() : nullptr;
+  if (!utils) throw ZError(kErrObjectNotSet, "The add-in has shut down", kModName);
+  return *utils;
+}
+
+const RegSettings& JobProcess::Settings() const {
+  std::shared_ptr<LoggingAddin> app = App();
+  if (!app) throw ZError(kErrObjectNotSet, "The add-in has shut down", kModName);
+  return app->Settings();
+}
+
+bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Item>& item,
+                            bool AmIncomingFold, bool AmOutgoingFold) {
+  std::shared_ptr<LoggingAddin> app = App();
+  if (!app || !app->Utils()) return false;
+  try {
+    std::string reason;
+    if (!pPreScreen(caller, item, AmIncomingFold, AmOutgoingFold, reason)) return false;
+  } catch (...) {
+    LogCurrentException("Initialize");
+    return false;
+  }
+  screened_ = true;
+  AmIncomingFold_ = AmIncomingFold;
+  AmOutgoingFold_ = AmOutgoingFold;
+  ZintraUtils& utils = Utils();
+  try {
+    LogLine("Begin processing for item '" + subject_ + "'");
+    entry_id_ = item->EntryID();
+    std::shared_ptr<Folder> parent = item->Parent();
+    store_id_ = parent ? parent->StoreID() : std::string();
+    std::shared_ptr<JobQueue> queue = app->GetJobQueue();
+    if (!queue) throw ZError(kErrObjectNotSet, "The job queue is gone", kModName);
+    const int32_t offset = TaskPrefixOffset(static_cast<int32_t>(item->Class()));
+    const std::string prefix =
+        offset < 0 ? std::string() : app->Strings().Load(kProcessTaskPrefixBase + offset);
+    task_id_ =
+        queue->TaskListAdd(prefix + subject_, TaskIconFor(utils.OLItemType(item)), 1.0f, false);
+    marked_ = true;
+    utils.SetUserProperty(item->UserProperties(), kPropZintraTag, kOlText,
+                          Value(std::string(kZintraTagProcessing)), true);
+    utils.SaveItem(item);
+    item_ = item;
+    if (app->Settings().MakeWorkingCopy) MakeWorkingCopy(item);
+    addin_kill_ = app->KillBroadcast().Connect([this] { Kill(); });
+    LogLine("JobProcess queuing " + subject_);
+    queue->Queue(shared_from_this(), false);
+    return true;
+  } catch (...) {
+    LogCurrentException("Initialize");
+    // Nothing has been decided about the item yet: it is left as it was, so that a
+    // later event or scan can try again.
+    UndoMark(item);
+    return false;
+  }
+}
+
+void JobProcess::UndoMark(const std::shared_ptr<Item>& item) {
+  killed_ = true;
+  addin_kill_.Disconnect();
+  std::shared_ptr<LoggingAddin> app = App();
+  if (marked_ && app && app->Utils()) {
+    try {
+      Utils().SetUserProperty(item->UserProperties(), kPropZintraTag, kOlText, Value(std::string()),
+                              true);
+      Utils().SaveItem(item);
+    } catch (...) {
+      LogCurrentException("Initialize");
+    }
+  }
+  if (working_copy_ && app && app->Utils()) {
+    try {
+      Utils().PermDeleteItem(working_copy_);
+    } catch (...) {
+      LogCurrentException("Initialize");
+    }
+  }
+  if (!task_id_.empty() && app) {
+    if (std::shared_ptr<JobQueue> queue = app->GetJobQueue()) {
+      try {
+        queue->TaskListRemove(task_id_);
+      } catch (...) {
+      }
+    }
+  }
+  task_id_.clear();
+  item_.reset();
+  working_copy_.reset();
+  marked_ = false;
+}
+
+void JobProcess::MakeWorkingCopy(const std::shared_ptr<Item>& item) {
+  std::shared_ptr<LoggingAddin> app = App();
+  std::shared_ptr<RdoSession> session = app->RDOSession();
+  if (!session) throw ZError(kErrObjectNotSet, "No library session", kModName);
+  std::shared_ptr<RdoMessage> message = session->GetMessageFromID(entry_id_, store_id_);
+  ZintraUtils& utils = Utils();
+  std::shared_ptr<RdoMessage> copy;
+  utils.PreSaveItem();
+  try {
+    copy = message->CopyTo(session->GetFolderFromID(item->Parent()->EntryID(), store_id_));
+    utils.PostSaveItem();
+  } catch (...) {
+    utils.PostSaveItem();
+    throw;
+  }
+  working_copy_ = app->Session()->GetItemFromID(copy->EntryID(), copy->StoreID());
+  item_ = working_copy_;
+}
+
+bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Item>& item,
+                            bool AmIncomingFold, bool AmOutgoingFold, std::string& reason) {
+  ZintraUtils& utils = Utils();
+  std::string folder_name;
+  // 1-3: skipped, nothing written.
+  bool skip = !utils.GeneralScreening("new", item, AmIncomingFold, AmOutgoingFold, reason, subject_,
+                                      folder_name, item_description_);
+  (void)caller;
+  folder_name_ = folder_name;
+  if (!skip) {
+    const Value logged = utils.GetUserProperty(item->UserProperties(), kPropZintraLogged);
+    if (!logged.IsEmpty()) {
+      reason = "already marked logged";
+      skip = true;
+    } else {
+      LogLine("Item '" + subject_ + "' has Zintra Logged property of '" + logged.ToString() +
+              "'; continuing screening.");
+    }
+  }
+  if (!skip && Upper(item->MessageClass().substr(0, 32)) == kAvtMessageClassPrefix) {
+    reason = "AVT MessageClass";
+    skip = true;
+  }
+  if (skip) {
+    screen_reason_ = reason;
+    LogLine("Item '" + subject_ + "' skipped because " + reason);
+    return false;
+  }
+
+  // 4-8: marked not-logged for good.
+  if (item->Class() == ItemClass::kTask) {
+    if (InDefaultFolder(item, kOlFolderTasks)) {
+      const std::string owner = item->Owner();
+      const std::string user = CurrentUserName();
+      if (!owner.empty() && owner != user) {
+        return MarkNotLogged(item, "Task (owned by '" + owner +
+                                       "') is not owned by the current user ('" + user + "').");
+      }
+    } else if (item->Ownership() == kOlDelegatedTask) {
+      return MarkNotLogged(item, "Task is not owned by the current user.");
+    }
+  }
+  const int32_t sensitivity = item->Sensitivity();
+  if (sensitivity >= kOlPersonal && sensitivity <= kOlConfidential) {
+    return MarkNotLogged(item, "Item is marked personal/private/confidential");
+  }
+  if (!HasLinksOrRecipients(item)) return MarkNotLogged(item, "Item has no links or recipients");
+  if (AmIncomingFold && Settings().IgnoreItemsFromInternal && ItemFromInternalUser(item)) {
+    return MarkNotLogged(item, "Item has no links or recipients");
+  }
+  if (item->Class() == ItemClass::kAppointment && InDefaultFolder(item, kOlFolderCalendar) &&
+      ItemFromInternalUser(item)) {
+    return MarkNotLogged(item, "Item has no links or recipients outside organization");
+  }
+  return true;
+}
+
+bool JobProcess::MarkNotLogged(const std::shared_ptr<Item>& item, const std::string& reason) {
+  screen_reason_ = reason;
+  LogLine("Item '" + subject_ + "' being marked not-logged and aborted because " + reason);
+  ZintraUtils& utils = Utils();
+  utils.SetUserProperty(item->UserProperties(), kPropZintraLogged, kOlYesNo, Value(false), true);
+  utils.SaveItem(item);
+  return false;
+}
+
+bool JobProcess::HasLinksOrRecipients(const std::shared_ptr<Item>& item) {
+  int32_t count = 0;
+  try {
+    count += item->Recipients()->Count();
+  } catch (const ZError& e) {
+    if (e.Number() != kErrNoSuchMember) throw;
+  }
+  count += item->Links()->Count();
+  return count > 0;
+}
+
+bool JobProcess::InDefaultFolder(const std::shared_ptr<Item>& item, int32_t folder_type) {
+  std::shared_ptr<LoggingAddin> app = App();
+  std::shared_ptr<Namespace> session = app ? app->Session() : nullptr;
+  if (!session) return false;
+  std::shared_ptr<Folder> folder;
+  try {
+    folder = session->GetDefaultFolder(folder_type);
+  } catch (const ZError&) {
+    return false;  // a profile without that default folder
+  }
+  return folder && SameFolder(item->Parent(), folder);
+}
+
+bool JobProcess::SameFolder(const std::shared_ptr<Folder>& a, const std::shared_ptr<Folder>& b) {
+  std::shared_ptr<LoggingAddin> app = App();
+  std::shared_ptr<MapiUtils> utils = app ? app->LibraryUtils() : nullptr;
+  if (!utils) throw ZError(kErrObjectNotSet, "No library utilities", kModName);
+  return FoldersSame(a, b, *utils, Utils().Errors());
+}
+
+std::string JobProcess::CurrentUserName() {
+  std::shared_ptr<LoggingAddin> app = App();
+  std::shared_ptr<RdoSession> session = app ? app->RDOSession() : nullptr;
+  std::shared_ptr<AddressEntry> user = session ? session->CurrentUser() : nullptr;
+  return user ? user->Name() : std::string();
+}
+
+void JobProcess::Activate() {
+  if (killed_) return;
+  std::shared_ptr<JobProcess> self = shared_from_this();
+  if (!App() || !App()->Utils()) {
+    Kill();
+    return;
+  }
+  try {
+    if (stage_ == Stage::kSearch) {
+      LogLine("JobProcess Activate for item '" + subject_ + "'");
+      if (!ValidateItem()) {
+        LogErrorLine(
+            "Item '" + subject_ + "' " + item_description_ + " was deleted by another process.",
+            "IJob_Activate");
+        // The job ends: Kill finds the item again if it can and clears its mark.
+        Kill();
+        return;
+      }
+      Step1_SearchLinks();
+      return;
+    }
+    RunStage();
+  } catch (...) {
+    Fail("IJob_Activate");
+  }
+}
+
+void JobProcess::Abort() {
+  LogLine("Aborted processing item: '" + subject_ + "'");
+  Kill();
+}
+
+std::string JobProcess::JobDescription() {
+  return "Process item: " + subject_ + " " + item_description_;
+}
+
+bool JobProcess::ValidateItem() {
+  if (killed_ || !item_) return false;
+  try {
+    (void)item_->Subject();
+    return true;
+  } catch (const ZError&) {
+    return false;
+  }
+}
+
+void JobProcess::Kill() {
+  if (killed_) {
+    LogLine(std::string(kModName) + "_Kill called more than once");
+    return;
+  }
+  killed_ = true;
+  stage_ = Stage::kDone;
+  std::shared_ptr<JobProcess> self = shared_from_this();
+  addin_kill_.Disconnect();
+  std::shared_ptr<LoggingAddin> app = App();
+
+  // Copy jobs still alive end with their owner.
+  for (auto* pending : {&pending_logs_, &pending_shared_}) {
+    for (const std::shared_ptr<CopyJob>& job : pending->Values()) job->JobProcess_Kill();
+    pending->Clear();
+  }
+  search_complete_.Disconnect();
+  if (search_) {
+    std::shared_ptr<ContactSearch> search = std::move(search_);
+    search->Kill();
+  }
+  if (marked_ && app && app->Utils()) WriteFinalMarks();
+  if (failed_) LogErrorLine("Failed processing item: '" + subject_ + "'", "Kill");
+  if (app) {
+    if (std::shared_ptr<JobQueue> queue = app->GetJobQueue()) {
+      if (!task_id_.empty()) {
+        try {
+          queue->TaskListRemove(task_id_);
+        } catch (...) {
+          LogCurrentException("Kill");
+        }
+      }
+      if (!wait_key_.empty()) {
+        try {
+          queue->WaitListRelease(wait_key_);
+        } catch (...) {
+          LogCurrentException("Kill");
+        }
+      }
+    }
+  }
+  task_id_.clear();
+  wait_key_.clear();
+  if (working_copy_ && app && app->Utils()) {
+    try {
+      Utils().PermDeleteItem(working_copy_);
+    } catch (...) {
+      LogCurrentException("Kill");
+    }
+  }
+  working_copy_.reset();
+  item_.reset();
+  found_contacts_.Clear();
+  logged_copies_.clear();
+  shared_copies_.clear();
+}
+
+void JobProcess::WriteFinalMarks() {
+  // A failed write is tried once more on the item found afresh: an item left with its
+  // "Processing" tag would never be looked at again.
+  for (int attempt = 1; attempt <= 2; ++attempt) {
+    std::shared_ptr<Item> item;
+    try {
+      item = FindOriginal();
+    } catch (...) {
+      item = nullptr;
+    }
+    if (!item) {
+      if (!original_missing_) {
+        original_missing_ = true;
+        LogErrorLine("Unable to find original item '" + subject_ + "' " + item_description_ +
+                         " to mark it as logged",
+                     "Kill");
+      }
+      return;
+    }
+    try {
+      ZintraUtils& utils = Utils();
+      std::shared_ptr<LoggingAddin> app = App();
+      utils.SetUserProperty(item->UserProperties(), kPropZintraLogged, kOlYesNo, Value(logged_),
+                            true);
+      utils.SetNamedProp(item->MAPIOBJECT(), Value(std::string(kPropZintraLastAudited)),
+                         Value::Date(app->Now()), kPtSystime, false);
+      utils.SetUserProperty(item->UserProperties(), kPropZintraTag, kOlText, Value(std::string()),
+                            true);
+      utils.SaveItem(item);
+      return;
+    } catch (...) {
+      failed_ = true;
+      LogCurrentException("Kill");
+      // The held reference may be what failed: the second attempt looks the item up.
+      if (!working_copy_) item_.reset();
+    }
+  }
+}
+
+std::shared_ptr<Item> JobProcess::FindOriginal() {
+  if (!working_copy_ && item_) {
+    try {
+      (void)item_->Subject();
+      return item_;
+    } catch (const ZError&) {
+      // The held reference went stale (moved or deleted): look it up by its identifiers.
+    }
+  }
+  std::shared_ptr<LoggingAddin> app = App();
+  std::shared_ptr<Namespace> session = app ? app->Session() : nullptr;
+  if (!session || entry_id_.empty()) return nullptr;
+  try {
+    return session->GetItemFromID(entry_id_, store_id_);
+  } catch (const ZError&) {
+    return nullptr;
+  }
+}
+
+void JobProcess::QueueSelf() {
+  std::shared_ptr<LoggingAddin> app = App();
+  std::shared_ptr<JobQueue> queue = app ? app->GetJobQueue() : nullptr;
+  if (!queue) {
+    Kill();
+    return;
+  }
+  queue->Queue(shared_from_this(), true);
+}
+
+int32_t JobProcess::FoundContactCount() const {
+  int32_t n = 0;
+  for (const auto& group : found_contacts_.Values()) n += group->Count();
+  return n;
+}
+
+int32_t JobProcess::PendingCopyJobs(CopyKind kind) const {
+  return (kind == CopyKind::kLogged ? pending_logs_ : pending_shared_).Count();
+}
+
+size_t JobProcess::CopyCount(CopyKind kind) const {
+  return (kind == CopyKind::kLogged ? logged_copies_ : shared_copies_).size();
+}
+
+void JobProcess::LogLine(const std::string& text) {
+  if (std::shared_ptr<LoggingAddin> app = App()) app->Log().WriteLogMessage(text, false);
+}
+
+void JobProcess::LogErrorLine(const std::string& text, const char* proc) {
+  if (std::shared_ptr<LoggingAddin> app = App()) {
+    app->Log().LogCachedError(CachedError(ZError(kErrProcessing, text, kModName), kModName, proc));
+  }
+}
+
+void JobProcess::LogError(const ZError& error, const char* proc) {
+  if (std::shared_ptr<LoggingAddin> app = App()) {
+    app->Log().LogCachedError(CachedError(error, kModName, proc));
+  }
+}
+
+void JobProcess::LogCurrentException(const char* proc) {
+  CachedError rec;
+  rec.SetToCurrentException(kModName, proc);
+  if (std::shared_ptr<LoggingAddin> app = App()) app->Log().LogCachedError(rec);
+}
+
+void JobProcess::Fail(const char* proc) {
+  LogCurrentException(proc);
+  failed_ = true;
+  if (!killed_) Kill();
+}
+
+}  // namespace zintra

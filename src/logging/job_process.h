@@ -1,0 +1,203 @@
+// JobProcess: the per-item job that decides whether a new or sent item is to be
+// logged and, if so, logs it from end to end: screening, the "Processing" mark, the
+// search of the item's links and e-mail addresses for tracked contacts, the logged
+// and shared copies (JobLog, JobCreateShared), the links to the copies and the final
+// marks.
+//
+// Life of a job. Folder monitoring creates one per candidate item and calls
+// Initialize, which screens the item and, when it passes, marks it "Processing",
+// saves it, adds a task-list entry and queues the job (true); otherwise the caller
+// drops the job (false). Activations then run, in order: the links and e-mail steps
+// (the e-mail search may park the job on the queue's wait list until the search
+// completes), the logged-copy stage, the shared-copy stage (each copy job is a job of
+// its own; the stage ends when all of them have ended) and final post-processing,
+// which links the item to its copies, writes "Zintra Logged" and "Zintra Shared" and
+// kills the job. Kill writes the final marks ("Zintra Logged", "Zintra Last Audited",
+// "Zintra Tag" cleared) on every job that got as far as marking, removes the task
+// entry, leaves the wait list, kills a running search and the live copy jobs, and
+// deletes a working copy for good.
+//
+// Ownership: create with std::make_shared. The queue (or the wait list, or a live copy
+// job) keeps the job alive while it works; the add-in is held weakly and a vanished
+// add-in ends the job at its next step. The job holds the item (or its working copy)
+// until Kill. Errors never leave the job: each step logs its error with the class
+// "JobProcess" and kills the job ("Failed processing item: '<subject>'").
+// Outlook's thread only.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "src/addin/i_check_linger.h"
+#include "src/core/event.h"
+#include "src/core/keyed_collection.h"
+#include "src/jobs/i_job.h"
+
+namespace zintra {
+
+class ContactSearch;
+class CopyJob;
+class Folder;
+class Item;
+class LoggingAddin;
+class RegSettings;
+class TrackedContactFolder;
+class ZError;
+class ZintraUtils;
+
+// The two kinds of copy the processing job makes.
+enum class CopyKind { kLogged, kShared };
+
+// String-table ids of the task-list prefixes: "Process appointment: " ... and the
+// audit prefixes ("Audit appointment: " ...), kAuditTaskPrefixBase + the same offset.
+inline constexpr int32_t kProcessTaskPrefixBase = 155;
+inline constexpr int32_t kAuditTaskPrefixBase = 171;
+// The offset (0-15) of an item kind in the prefix tables; -1 for notes and sharing
+// items, which have no prefix.
+int32_t TaskPrefixOffset(int32_t item_class);
+// Task-list icon of an item kind (the form's image list has one per OlItemType).
+int32_t TaskIconFor(int32_t ol_item_type);
+
+// The voice-mail message class prefix that is never logged.
+inline constexpr char kAvtMessageClassPrefix[] = "IPM.NOTE.APPLIEDVOICETECHNOLOGY.";
+
+class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> {
+ public:
+  explicit JobProcess(std::weak_ptr<LoggingAddin> app);
+  ~JobProcess() override;
+  JobProcess(const JobProcess&) = delete;
+  JobProcess& operator=(const JobProcess&) = delete;
+
+  // Screens the item and, when it passes, marks, saves and queues the job; true when
+  // queued. `caller` names the creator in log lines. Never throws.
+  bool Initialize(const std::string& caller, const std::shared_ptr<Item>& item, bool AmIncomingFold,
+                  bool AmOutgoingFold);
+
+  void Activate() override;
+  void Abort() override;
+  std::string JobDescription() override;
+
+  // True while the held item (or working copy) can still be read; false once killed.
+  bool ValidateItem();
+  void Kill();
+  void Addin_Kill() { Kill(); }
+
+  // The sender's SMTP address (WantSmtp) or native address; "" when none can be had.
+  std::string SenderAddress(const std::shared_ptr<Item>& item, bool WantSmtp);
+  // True when the sender belongs to the current user's organisation.
+  bool ItemFromInternalUser(const std::shared_ptr<Item>& item);
+  // Deletes every attachment of a copy and saves it.
+  void StripAttachments(const std::shared_ptr<Item>& item);
+
+  // --- For the copy jobs.
+  // Makes a copy of the item in `target` (through the library or the object model,
+  // as UseRedemptionCopy says), tagged "Processing". Throws the platform's error.
+  std::shared_ptr<Item> CopyItemTo(const std::shared_ptr<Folder>& target);
+  // A copy job made its copy: recorded for linking and for the final flags.
+  void AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy);
+  // A copy job ended (made its copy or not); the stage moves on when it was the last.
+  // `aborted`: the queue aborted it, so the whole job ends.
+  void CopyJobEnded(CopyKind kind, const std::string& key, bool aborted);
+
+  // --- State, for the copy jobs, the lingering check and tests.
+  const std::string& Subject() const { return subject_; }
+  const std::string& ItemDescription() const { return item_description_; }
+  const std::string& ScreenReason() const { return screen_reason_; }
+  bool Screened() const { return screened_; }
+  bool Killed() const { return killed_; }
+  bool LoggedFlag() const { return logged_; }
+  bool SharedFlag() const { return shared_; }
+  bool HasLinks() const { return has_links_; }
+  int32_t FoundContactCount() const;
+  int32_t PendingCopyJobs(CopyKind kind) const;
+  size_t CopyCount(CopyKind kind) const;
+  const std::vector<std::string>& SearchedAddresses() const { return searched_addresses_; }
+  bool AmIncomingFold() const { return AmIncomingFold_; }
+  bool AmOutgoingFold() const { return AmOutgoingFold_; }
+
+ private:
+  enum class Stage { kSearch, kLogs, kShared, kFinal, kDone };
+
+  bool pPreScreen(const std::string& caller, const std::shared_ptr<Item>& item, bool AmIncomingFold,
+                  bool AmOutgoingFold, std::string& reason);
+  bool MarkNotLogged(const std::shared_ptr<Item>& item, const std::string& reason);
+  bool HasLinksOrRecipients(const std::shared_ptr<Item>& item);
+  bool InDefaultFolder(const std::shared_ptr<Item>& item, int32_t folder_type);
+  std::string CurrentUserName();
+  void MakeWorkingCopy(const std::shared_ptr<Item>& item);
+  void UndoMark(const std::shared_ptr<Item>& item);
+
+  // Contact discovery (job_process_contacts.cc).
+  void Step1_SearchLinks();
+  void Step2_SearchEmails();
+  void EmailSearch_SearchComplete(bool aborted);
+  void FoundLinkedContact(const std::shared_ptr<Item>& contact,
+                          const std::shared_ptr<TrackedContactFolder>& folderset);
+  void ChooseTargets(const std::shared_ptr<TrackedContactFolder>& folderset);
+  void AddCopyJob(CopyKind kind, const std::shared_ptr<Folder>& target);
+
+  // Copies and the end (job_process_copy.cc).
+  void RunStage();
+  bool StartCopyJobs(CopyKind kind);
+  void FinalPostProcessing();
+  std::shared_ptr<Item> CopyThroughOutlook(const std::shared_ptr<Item>& item,
+                                           const std::shared_ptr<Folder>& target);
+  std::shared_ptr<Item> CopyThroughLibrary(const std::shared_ptr<Item>& item,
+                                           const std::shared_ptr<Folder>& target);
+  // Deletes a half-made copy for good; logs a failure and goes on.
+  void DiscardCopy(const std::shared_ptr<Item>& copy);
+  void LinkCopies(const std::shared_ptr<Item>& item, CopyKind kind);
+  // The original item: the held reference, or found again by its identifiers.
+  std::shared_ptr<Item> FindOriginal();
+  void WriteFinalMarks();
+  void QueueSelf();
+  bool SameFolder(const std::shared_ptr<Folder>& a, const std::shared_ptr<Folder>& b);
+
+  // Logging helpers.
+  void LogLine(const std::string& text);
+  void LogErrorLine(const std::string& text, const char* proc);
+  void LogError(const ZError& error, const char* proc);
+  void LogCurrentException(const char* proc);
+  void Fail(const char* proc);
+
+  std::shared_ptr<LoggingAddin> App() const { return app_.lock(); }
+  ZintraUtils& Utils() const;
+  const RegSettings& Settings() const;
+
+  std::weak_ptr<LoggingAddin> app_;
+  std::shared_ptr<Item> item_;          // the item worked on (the working copy's item)
+  std::shared_ptr<Item> working_copy_;  // set when MakeWorkingCopy made one
+  bool AmIncomingFold_ = false;
+  bool AmOutgoingFold_ = false;
+  std::string subject_, item_description_, folder_name_, screen_reason_;
+  std::string entry_id_, store_id_;
+  std::string task_id_;
+  std::string wait_key_;
+  bool has_links_ = false;
+  bool logged_ = false;
+  bool shared_ = false;
+  bool screened_ = false;
+  bool marked_ = false;
+  bool killed_ = false;
+  bool failed_ = false;
+  bool original_missing_ = false;
+  Stage stage_ = Stage::kSearch;
+
+  // Found contacts, by folder-set key, each keyed by the contact's EntryID.
+  KeyedCollection<std::shared_ptr<KeyedCollection<std::shared_ptr<Item>>>> found_contacts_;
+  KeyedCollection<std::shared_ptr<CopyJob>> pending_logs_;
+  KeyedCollection<std::shared_ptr<CopyJob>> pending_shared_;
+  std::vector<std::shared_ptr<Item>> logged_copies_;
+  std::vector<std::shared_ptr<Item>> shared_copies_;
+
+  std::shared_ptr<ContactSearch> search_;
+  Connection search_complete_;
+  std::vector<std::string> searched_addresses_;
+  Connection addin_kill_;
+  // Registered for the lingering-reference check once copy jobs exist.
+  std::shared_ptr<ICheckLinger> linger_check_;
+};
+
+}  // namespace zintra

@@ -1,0 +1,254 @@
+// JobProcess: finding the tracked contacts an item concerns, through its links and
+// its e-mail addresses, and choosing the copy targets of each contact found.
+#include <algorithm>
+
+#include "src/contacts/contact_search.h"
+#include "src/contacts/tracked_contact_folder.h"
+#include "src/contacts/tracked_contacts.h"
+#include "src/core/z_error.h"
+#include "src/errors/cached_error.h"
+#include "src/host/mapi_safe_item.h"
+#include "src/host/outlook_folder.h"
+#include "src/host/outlook_item.h"
+#include "src/jobs/job_queue.h"
+#include "src/logging/copy_job.h"
+#include "src/logging/job_create_shared.h"
+#include "src/logging/job_log.h"
+#include "src/logging/job_process.h"
+#include "src/logging/logging_addin.h"
+#include "src/logging/zintra_utils.h"
+#include "src/outlook/folder_helpers.h"
+#include "src/outlook/library_factory.h"
+#include "src/settings/reg_settings.h"
+
+namespace zintra {
+
+void JobProcess::Step1_SearchLinks() {
+  LogLine("Searching for tracked contacts in links for item '" + subject_ + "'");
+  std::shared_ptr<Links> links = item_->Links();
+  const int32_t count = links->Count();
+  LogLine("Item '" + subject_ + "' has " + std::to_string(count) + " links");
+  if (count > 0) has_links_ = true;
+  std::shared_ptr<TrackedContacts> tracked = App()->Tracked();
+  for (int32_t i = 1; i <= count && !killed_; ++i) {
+    std::shared_ptr<Link> link = links->Item(i);
+    std::shared_ptr<Item> contact;
+    try {
+      contact = link->Item();
+      if (!contact) throw ZError(kMapiNotFound, "The linked item cannot be found");
+    } catch (const ZError& e) {
+      LogError(e, "Step1_SearchLinks");
+      std::string name;
+      try {
+        name = link->Name();
+      } catch (const ZError&) {
+      }
+      LogLine("Link '" + name + "' on item '" + subject_ + "' is \"unresolved\"; " +
+              "cannot get Contact Item.  Error logged in previous message.");
+      continue;
+    }
+    std::shared_ptr<Folder> folder = contact->Parent();
+    LogLine("Checking if linked contact '" + contact->FullName() + "' in folder '" +
+            FullMAPIPathName(folder) + "' is tracked");
+    std::shared_ptr<TrackedContactFolder> folderset =
+        tracked ? tracked->FoldersetFor(folder) : nullptr;
+    if (folderset) FoundLinkedContact(contact, folderset);
+  }
+  if (!killed_) Step2_SearchEmails();
+}
+
+void JobProcess::Step2_SearchEmails() {
+  const RegSettings& settings = Settings();
+  if (!settings.SearchEmailAddresses || (settings.OnlySearchIfNoLinks && has_links_)) {
+    RunStage();
+    return;
+  }
+  LogLine("Searching email recipients for item '" + subject_ + "'");
+  std::shared_ptr<LoggingAddin> app = App();
+  std::vector<std::string> addresses;
+  if (AmOutgoingFold_) {
+    auto safe = std::dynamic_pointer_cast<SafeItem>(
+        app->CreateLibraryObject(SafeItemKind(Utils().OLItemType(item_))));
+    std::shared_ptr<Recipients> recipients;
+    if (safe) {
+      safe->SetItem(item_);
+      try {
+        recipients = safe->Recipients();
+      } catch (const ZError& e) {
+        if (e.Number() != kErrNoSuchMember) throw;
+      }
+    }
+    const int32_t count = recipients ? recipients->Count() : 0;
+    for (int32_t i = 1; i <= count; ++i) {
+      std::shared_ptr<Recipient> recipient = recipients->Item(i);
+      const std::string address = recipient->Address();
+      LogLine("Adding recipient to search: " + address + " - (" + recipient->Name() + ")");
+      if (!address.empty()) addresses.push_back(address);
+    }
+  }
+  if (AmIncomingFold_) {
+    for (bool smtp : {false, true}) {
+      const std::string address = SenderAddress(item_, smtp);
+      if (address.empty()) continue;
+      LogLine("Adding sender's email to search: " + address);
+      addresses.push_back(address);
+    }
+  }
+  if (!AmIncomingFold_ && !AmOutgoingFold_) {
+    LogLine("Item '" + subject_ + "' is in a folder which has AmIncomingFold and " +
+            "AmOutgoingFold both set as false; email addresses were NOT searched.");
+    RunStage();
+    return;
+  }
+  if (settings.EnableBlanketDomain) {
+    const size_t added = addresses.size();
+    for (size_t i = 0; i < added; ++i) {
+      const size_t at = addresses[i].find('@');
+      if (at != std::string::npos) addresses.push_back("*" + addresses[i].substr(at));
+    }
+  }
+  searched_addresses_ = addresses;
+  std::shared_ptr<TrackedContacts> tracked = app->Tracked();
+  if (addresses.empty() || !tracked) {
+    RunStage();
+    return;
+  }
+  search_ = tracked->Search(addresses);
+  if (!search_) {
+    RunStage();
+    return;
+  }
+  if (search_->Completed()) {
+    EmailSearch_SearchComplete(search_->Aborted());
+    return;
+  }
+  std::weak_ptr<JobProcess> weak = weak_from_this();
+  search_complete_ = search_->SearchComplete.Connect([weak](bool aborted) {
+    if (std::shared_ptr<JobProcess> job = weak.lock()) job->EmailSearch_SearchComplete(aborted);
+  });
+  wait_key_ = app->GetJobQueue()->WaitListAdd(shared_from_this());
+}
+
+void JobProcess::EmailSearch_SearchComplete(bool aborted) {
+  std::shared_ptr<JobProcess> self = shared_from_this();
+  search_complete_.Disconnect();
+  std::shared_ptr<ContactSearch> search = std::move(search_);
+  const bool waited = !wait_key_.empty();
+  if (waited) {
+    std::shared_ptr<LoggingAddin> app = App();
+    std::shared_ptr<JobQueue> queue = app ? app->GetJobQueue() : nullptr;
+    const std::string key = std::move(wait_key_);
+    wait_key_.clear();
+    if (queue) {
+      try {
+        queue->WaitListRelease(key);
+      } catch (...) {
+        LogCurrentException("EmailSearch_SearchComplete");
+      }
+    }
+  }
+  if (killed_) return;
+  try {
+    if (aborted) {
+      LogLine("Email search aborted for item '" + subject_ + "'");
+      Kill();
+      return;
+    }
+    if (!ValidateItem()) {
+      Kill();
+      return;
+    }
+    LogLine("Email search complete for item '" + subject_ + "'");
+    LogLine("Results: " + std::to_string(search->AllResults().size()));
+    for (const std::shared_ptr<ContactGroup>& group : search->GroupedResults().Values()) {
+      for (const std::shared_ptr<Item>& contact : group->contacts) {
+        if (killed_) return;
+        FoundLinkedContact(contact, group->folder);
+      }
+    }
+    // The copy stages run in activations of their own, not inside the search's event.
+    if (waited) {
+      QueueSelf();
+    } else {
+      RunStage();
+    }
+  } catch (...) {
+    Fail("EmailSearch_SearchComplete");
+  }
+}
+
+void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
+                                    const std::shared_ptr<TrackedContactFolder>& folderset) {
+  std::string name = "{Unknown}";
+  try {
+    name = contact->FullName();
+  } catch (const ZError&) {
+  }
+  std::shared_ptr<TrackedContacts> tracked = App()->Tracked();
+  if (!tracked || !tracked->ShouldTrack(contact)) {
+    LogLine("FoundLinkedContact: '" + name + "', but " +
+            "filters or sensitivity specify this contact should not be tracked.");
+    return;
+  }
+  if (!folderset || folderset->Killed()) {
+    LogLine("FoundLinkedContact: '" + name + "', but " + "containing folderset was killed.");
+    return;
+  }
+  LogLine("FoundLinkedContact: '" + name + "'");
+  if (!found_contacts_.Contains(folderset->key())) {
+    found_contacts_.Add(std::make_shared<KeyedCollection<std::shared_ptr<Item>>>(),
+                        folderset->key());
+  }
+  auto group = found_contacts_.Item(folderset->key());
+  const std::string entry_id = contact->EntryID();
+  if (!group->Contains(entry_id)) group->Add(contact, entry_id);
+  ChooseTargets(folderset);
+}
+
+void JobProcess::ChooseTargets(const std::shared_ptr<TrackedContactFolder>& folderset) {
+  std::shared_ptr<Folder> log_folder =
+      folderset->EmailFolder() && item_->Class() == ItemClass::kMail ? folderset->EmailFolder()
+                                                                     : folderset->JournalFolder();
+  if (log_folder) AddCopyJob(CopyKind::kLogged, log_folder);
+  std::shared_ptr<Folder> shared_folder;
+  switch (item_->Class()) {
+    case ItemClass::kAppointment:
+      shared_folder = folderset->SharedCalendar();
+      break;
+    case ItemClass::kJournal:
+      shared_folder = folderset->SharedJournal();
+      break;
+    case ItemClass::kTask:
+      shared_folder = folderset->SharedTaskList();
+      break;
+    default:
+      break;
+  }
+  if (shared_folder) AddCopyJob(CopyKind::kShared, shared_folder);
+}
+
+void JobProcess::AddCopyJob(CopyKind kind, const std::shared_ptr<Folder>& target) {
+  auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
+  for (const std::shared_ptr<CopyJob>& job : pending.Values()) {
+    if (SameFolder(job->TargetFolder(), target)) return;  // one copy per target folder
+  }
+  std::shared_ptr<LoggingAddin> app = App();
+  const std::string key = app->GenerateKey();
+  std::shared_ptr<CopyJob> job;
+  if (kind == CopyKind::kLogged) {
+    job = std::make_shared<item_logging::JobLog>(app_);
+  } else {
+    job = std::make_shared<JobCreateShared>(app_);
+  }
+  pending.Add(job, key);
+  job->Initialize(shared_from_this(), target, key);
+  if (!linger_check_) {
+    auto check = std::make_shared<CopyJobLingerCheck>();
+    check->SetLog(app_);
+    linger_check_ = check;
+    app->SetCheckLinger(linger_check_);
+  }
+  static_cast<CopyJobLingerCheck&>(*linger_check_).Watch(job);
+}
+
+}  // namespace zintra

@@ -1,0 +1,260 @@
+// JobProcess: the copy stages (every logged copy before any shared copy), the two
+// copy operations, and final post-processing.
+#include <set>
+
+#include "src/core/z_error.h"
+#include "src/host/mapi_safe_item.h"
+#include "src/host/mapi_session.h"
+#include "src/host/outlook_application.h"
+#include "src/host/outlook_constants.h"
+#include "src/host/outlook_folder.h"
+#include "src/host/outlook_item.h"
+#include "src/logging/copy_job.h"
+#include "src/logging/job_process.h"
+#include "src/logging/logged_items_link.h"
+#include "src/logging/logging_addin.h"
+#include "src/logging/zintra_utils.h"
+#include "src/outlook/library_factory.h"
+#include "src/settings/reg_settings.h"
+
+namespace zintra {
+
+namespace {
+
+// Runs a store call that raises item events inside the save bracket, so that the
+// add-in's own event handlers ignore what it causes.
+template <typename Fn>
+auto Bracketed(ZintraUtils& utils, Fn&& fn) -> decltype(fn()) {
+  utils.PreSaveItem();
+  try {
+    if constexpr (std::is_void_v<decltype(fn())>) {
+      fn();
+      utils.PostSaveItem();
+    } else {
+      auto result = fn();
+      utils.PostSaveItem();
+      return result;
+    }
+  } catch (...) {
+    utils.PostSaveItem();
+    throw;
+  }
+}
+
+}  // namespace
+
+void JobProcess::RunStage() {
+  if (stage_ == Stage::kSearch) stage_ = Stage::kLogs;
+  while (!killed_) {
+    switch (stage_) {
+      case Stage::kLogs:
+        stage_ = Stage::kShared;
+        if (StartCopyJobs(CopyKind::kLogged)) return;
+        break;
+      case Stage::kShared:
+        stage_ = Stage::kFinal;
+        if (StartCopyJobs(CopyKind::kShared)) return;
+        break;
+      case Stage::kFinal:
+        FinalPostProcessing();
+        return;
+      case Stage::kSearch:
+      case Stage::kDone:
+        return;
+    }
+  }
+}
+
+bool JobProcess::StartCopyJobs(CopyKind kind) {
+  auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
+  if (pending.Count() == 0) return false;
+  LogLine(std::string(kind == CopyKind::kLogged ? "Starting JobLogs for item '"
+                                                : "Starting JobCreateShareds for item '") +
+          subject_ + "'");
+  for (const std::shared_ptr<CopyJob>& job : pending.Values()) job->Start();
+  return true;
+}
+
+void JobProcess::CopyJobEnded(CopyKind kind, const std::string& key, bool aborted) {
+  auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
+  if (pending.Contains(key)) pending.Remove(key);
+  if (killed_) return;
+  if (aborted) {
+    Kill();
+    return;
+  }
+  if (pending.Count() == 0) QueueSelf();
+}
+
+void JobProcess::AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy) {
+  if (kind == CopyKind::kLogged) {
+    logged_copies_.push_back(copy);
+    logged_ = true;
+  } else {
+    shared_copies_.push_back(copy);
+    shared_ = true;
+  }
+}
+
+void JobProcess::FinalPostProcessing() {
+  stage_ = Stage::kDone;
+  LogLine("Final post-processing for item '" + subject_ + "'");
+  std::shared_ptr<Item> item = FindOriginal();
+  if (!item) {
+    original_missing_ = true;
+    LogErrorLine("Unable to find original item '" + subject_ + "' " + item_description_ +
+                     " to mark it as logged",
+                 "FinalPostProcessing");
+    Kill();
+    return;
+  }
+  LinkCopies(item, CopyKind::kLogged);
+  LinkCopies(item, CopyKind::kShared);
+  ZintraUtils& utils = Utils();
+  utils.SetUserProperty(item->UserProperties(), kPropZintraLogged, kOlYesNo, Value(logged_), true);
+  utils.SetUserProperty(item->UserProperties(), kPropZintraShared, kOlYesNo, Value(shared_), true);
+  Kill();
+}
+
+void JobProcess::LinkCopies(const std::shared_ptr<Item>& item, CopyKind kind) {
+  const auto& copies = kind == CopyKind::kLogged ? logged_copies_ : shared_copies_;
+  if (copies.empty()) return;  // nothing to link: the lists are not created
+  LoggedItemsLink link(Utils());
+  if (kind == CopyKind::kLogged) {
+    link.InitializeLogged(item);
+  } else {
+    link.InitializeShared(item);
+  }
+  const char* what =
+      kind == CopyKind::kLogged ? "' to logged item in folder '" : "' to shared copy in folder '";
+  for (const std::shared_ptr<Item>& copy : copies) {
+    link.LinkToItem(copy);
+    std::shared_ptr<Folder> folder = copy->Parent();
+    LogLine("Linked '" + subject_ + "' from folder '" + folder_name_ + what +
+            (folder ? folder->Name() : std::string()) + "'");
+  }
+  link.Kill();
+}
+
+std::shared_ptr<Item> JobProcess::CopyItemTo(const std::shared_ptr<Folder>& target) {
+  if (!ValidateItem()) {
+    throw ZError(kMapiObjectDeleted, "The item '" + subject_ + "' can no longer be read",
+                 "JobProcess");
+  }
+  const int32_t safe_kind = SafeItemKind(Utils().OLItemType(item_));
+  if (Settings().UseRedemptionCopy && safe_kind != 0) return CopyThroughLibrary(item_, target);
+  return CopyThroughOutlook(item_, target);
+}
+
+std::shared_ptr<Item> JobProcess::CopyThroughOutlook(const std::shared_ptr<Item>& item,
+                                                     const std::shared_ptr<Folder>& target) {
+  ZintraUtils& utils = Utils();
+  std::shared_ptr<Item> copy = Bracketed(utils, [&] { return item->Copy(); });
+  try {
+    if (utils.GetUserProperty(copy->UserProperties(), kPropZintraTag).ToString() !=
+        kZintraTagProcessing) {
+      utils.SetUserProperty(copy->UserProperties(), kPropZintraTag, kOlText,
+                            Value(std::string(kZintraTagProcessing)), true);
+    }
+    if (!SameFolder(copy->Parent(), target)) {
+      utils.SaveItem(copy);
+      copy = Bracketed(utils, [&] { return copy->Move(target); });
+    }
+  } catch (...) {
+    DiscardCopy(copy);
+    throw;
+  }
+  // Links the copy lacks are carried over; one that no longer resolves is left out.
+  std::shared_ptr<Links> links = item->Links();
+  std::shared_ptr<Links> copy_links = copy->Links();
+  std::set<std::string> present;
+  for (int32_t i = 1; i <= copy_links->Count(); ++i) {
+    try {
+      present.insert(copy_links->Item(i)->Item()->EntryID());
+    } catch (const ZError&) {
+    }
+  }
+  for (int32_t i = 1; i <= links->Count(); ++i) {
+    try {
+      std::shared_ptr<Item> contact = links->Item(i)->Item();
+      if (contact && present.insert(contact->EntryID()).second) {
+        utils.AddToLinksCollection(copy_links, contact);
+      }
+    } catch (const ZError&) {
+    }
+  }
+  return copy;
+}
+
+std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>& item,
+                                                     const std::shared_ptr<Folder>& target) {
+  ZintraUtils& utils = Utils();
+  std::shared_ptr<LoggingAddin> app = App();
+  auto safe = std::dynamic_pointer_cast<SafeItem>(
+      app->CreateLibraryObject(SafeItemKind(utils.OLItemType(item))));
+  if (!safe) throw ZError(kErrTypeMismatch, "Type mismatch", "JobProcess");
+  safe->SetItem(item);
+  std::shared_ptr<RdoMessage> message = Bracketed(utils, [&] { return safe->CopyTo(target); });
+  std::string entry_id, store_id;
+  std::shared_ptr<Item> copy;
+  try {
+    if (utils.GetRDOUserProperty(message->UserProperties(), kPropZintraTag).ToString() !=
+        kZintraTagProcessing) {
+      LogErrorLine(std::string("Redemption RDO failed to copy the ZINTRATAG user property.  If "
+                               "item is being ") +
+                       "copied to a monitored folder, infinite loop could result.",
+                   "CopyThroughLibrary");
+      utils.SetRDOUserProperty(message->UserProperties(), kPropZintraTag, kOlText,
+                               Value(std::string(kZintraTagProcessing)), true);
+    }
+    Bracketed(utils, [&] { message->Save(); });
+    entry_id = message->EntryID();
+    store_id = message->StoreID();
+    copy = app->Session()->GetItemFromID(entry_id, store_id);
+  } catch (...) {
+    // A half-made copy would keep its tag for ever: it goes at once.
+    try {
+      Bracketed(utils, [&] { message->Delete(); });
+    } catch (...) {
+      LogCurrentException("CopyThroughLibrary");
+    }
+    throw;
+  }
+  std::shared_ptr<Folder> landed = copy->Parent();
+  if (!SameFolder(landed, target)) {
+    LogErrorLine("Adding an item to '" + target->Name() + "' created an item in '" +
+                     (landed ? landed->Name() : std::string()) + "' instead",
+                 "CopyThroughLibrary");
+    std::shared_ptr<Item> moved;
+    try {
+      moved = Bracketed(utils, [&] { return copy->Move(target); });
+    } catch (...) {
+      DiscardCopy(copy);
+      throw;
+    }
+    std::shared_ptr<Item> stray;
+    try {
+      stray = app->Session()->GetItemFromID(entry_id, store_id);
+    } catch (const ZError&) {
+    }
+    if (stray) utils.PermDeleteItem(stray);
+    copy = moved;
+  }
+  return copy;
+}
+
+void JobProcess::DiscardCopy(const std::shared_ptr<Item>& copy) {
+  try {
+    Utils().PermDeleteItem(copy);
+  } catch (...) {
+    LogCurrentException("DiscardCopy");
+  }
+}
+
+void JobProcess::StripAttachments(const std::shared_ptr<Item>& item) {
+  std::shared_ptr<Attachments> attachments = item->Attachments();
+  for (int32_t i = attachments->Count(); i >= 1; --i) attachments->Remove(i);
+  Utils().SaveItem(item);
+}
+
+}  // namespace zintra

@@ -1,0 +1,101 @@
+// JobProcess: the sender's address and whether the sender is a colleague.
+#include "src/core/z_error.h"
+#include "src/errors/cached_error.h"
+#include "src/host/mapi_address.h"
+#include "src/host/mapi_object.h"
+#include "src/host/mapi_safe_item.h"
+#include "src/host/mapi_session.h"
+#include "src/host/outlook_item.h"
+#include "src/logging/job_process.h"
+#include "src/logging/logging_addin.h"
+#include "src/logging/zintra_utils.h"
+#include "src/outlook/library_factory.h"
+
+namespace zintra {
+
+namespace {
+
+std::string Upper(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return text;
+}
+
+bool IsExchangeAddress(const std::string& upper) { return upper.find("/O=") != std::string::npos; }
+
+// "/O=CONTOSO/OU=..." -> "CONTOSO".
+std::string Organisation(const std::string& upper) {
+  const size_t start = upper.find("/O=");
+  if (start == std::string::npos) return {};
+  const size_t end = upper.find('/', start + 3);
+  return upper.substr(start + 3, end == std::string::npos ? std::string::npos : end - start - 3);
+}
+
+std::string Domain(const std::string& upper) {
+  const size_t at = upper.find('@');
+  return at == std::string::npos ? std::string() : upper.substr(at + 1);
+}
+
+}  // namespace
+
+std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool WantSmtp) {
+  std::shared_ptr<LoggingAddin> app = App();
+  if (!app || !item) return {};
+  std::string native, smtp;
+  std::shared_ptr<SafeItem> safe;
+  std::shared_ptr<AddressEntry> entry;
+  try {
+    safe = std::dynamic_pointer_cast<SafeItem>(
+        app->CreateLibraryObject(SafeItemKind(Utils().OLItemType(item))));
+    if (safe) {
+      safe->SetItem(item);
+      entry = safe->Sender();
+    }
+  } catch (const ZError&) {
+    entry = nullptr;
+  }
+  const std::string subject = subject_.empty() ? item->Subject() : subject_;
+  try {
+    if (!entry) {
+      LogErrorLine("AddressEntry could not be retrieved for the sender of '" + subject + "' " +
+                       ".  Resorting to " + "old method of retrieving originator address.",
+                   "SenderAddress");
+      if (!safe) return {};
+      native = safe->Fields(kPrSenderEmailAddress).ToString();
+      std::string type = Upper(safe->Fields(kPrSenderAddrType).ToString());
+      const std::string upper = Upper(native);
+      if (IsExchangeAddress(upper) && upper.find("/OU=") == std::string::npos) type = "EX";
+      if (type == "SMTP" || (type.empty() && native.find('@') != std::string::npos)) smtp = native;
+    } else if (Upper(entry->Type()) == "SMTP") {
+      native = smtp = entry->Address();
+    } else {
+      native = entry->Address();
+      if (Upper(entry->Type()) == "EX") smtp = entry->Fields(kPrSmtpAddress).ToString();
+    }
+  } catch (const ZError& e) {
+    // A sender that cannot be read is left out of the search.
+    LogError(e, "SenderAddress");
+    return {};
+  }
+  return WantSmtp ? smtp : native;
+}
+
+bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
+  std::shared_ptr<LoggingAddin> app = App();
+  std::shared_ptr<RdoSession> session = app ? app->RDOSession() : nullptr;
+  std::shared_ptr<AddressEntry> user = session ? session->CurrentUser() : nullptr;
+  if (!user) return false;
+  const std::string sender = Upper(SenderAddress(item, false));
+  const std::string me = Upper(user->Address());
+  if (IsExchangeAddress(sender)) {
+    const std::string org = Organisation(sender);
+    return !org.empty() && org == Organisation(me);
+  }
+  const std::string domain = Domain(sender);
+  if (domain.empty()) return false;
+  // An Exchange user's own domain is that of the SMTP address of its entry.
+  std::string my_domain = Domain(me);
+  if (my_domain.empty()) my_domain = Domain(Upper(user->Fields(kPrSmtpAddress).ToString()));
+  return domain == my_domain;
+}
+
+}  // namespace zintra

@@ -1,0 +1,100 @@
+#include "src/logging/logged_items_link.h"
+
+#include <algorithm>
+
+#include "src/core/z_error.h"
+#include "src/host/mapi_object.h"
+#include "src/host/outlook_folder.h"
+#include "src/host/outlook_item.h"
+#include "src/logging/zintra_utils.h"
+
+namespace zintra {
+
+namespace {
+constexpr int kStoreListTries = 3;
+}  // namespace
+
+void LoggedItemsLink::Initialize(const std::shared_ptr<Item>& item,
+                                 const std::string& entry_ids_name,
+                                 const std::string& store_ids_name) {
+  if (!item)
+    throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.Initialize");
+  object_ = item->MAPIOBJECT();
+  entry_ids_name_ = entry_ids_name;
+  store_ids_name_ = store_ids_name;
+}
+
+void LoggedItemsLink::InitializeLogged(const std::shared_ptr<Item>& item) {
+  Initialize(item, kPropLoggedEntryIds, kPropLoggedStoreIds);
+}
+
+void LoggedItemsLink::InitializeShared(const std::shared_ptr<Item>& item) {
+  Initialize(item, kPropSharedCopyEntryIds, kPropSharedCopyStoreIds);
+}
+
+Value LoggedItemsLink::Read(const std::string& name) {
+  if (!object_) throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink");
+  return utils_.GetNamedProp(object_, Value(name), kPtMvString8);
+}
+
+Value LoggedItemsLink::LinkedEntryIDs() { return Read(entry_ids_name_); }
+Value LoggedItemsLink::LinkedStoreIDs() { return Read(store_ids_name_); }
+
+bool LoggedItemsLink::HasLinks() { return !LinkedEntryIDs().IsEmpty(); }
+
+bool LoggedItemsLink::Validate() {
+  const Value entries = LinkedEntryIDs();
+  const Value stores = LinkedStoreIDs();
+  if (entries.IsEmpty() || stores.IsEmpty()) return false;
+  if (entries.Type() != ValueType::kStringArray || stores.Type() != ValueType::kStringArray) {
+    return false;
+  }
+  return entries.ToStringArray().size() == stores.ToStringArray().size();
+}
+
+void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy) {
+  if (!copy)
+    throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.LinkToItem");
+  Value::StringArray entries, stores;
+  if (HasLinks()) {
+    const Value old_entries = LinkedEntryIDs();
+    const Value old_stores = LinkedStoreIDs();
+    if (old_entries.Type() == ValueType::kStringArray) entries = old_entries.ToStringArray();
+    if (old_stores.Type() == ValueType::kStringArray) stores = old_stores.ToStringArray();
+    // Both lists grow to the same new upper bound, so that the new pair lines up even
+    // when an earlier write left the store-ID list short.
+    const size_t size = std::max(entries.size(), stores.size()) + 1;
+    entries.resize(size);
+    stores.resize(size);
+  } else {
+    entries.resize(1);
+    stores.resize(1);
+  }
+  entries.back() = copy->EntryID();
+  std::shared_ptr<Folder> folder = copy->Parent();
+  stores.back() = folder ? folder->StoreID() : std::string();
+  utils_.SetNamedProp(object_, Value(entry_ids_name_), Value(entries), kPtMvString8, false);
+  // The entry-ID list may already be on the item: the store-ID list is written until it
+  // is too, so that the two stay in step (each failure is logged by SetNamedProp). The
+  // last try only sets the property; the item's next save stores it.
+  for (int attempt = 1;; ++attempt) {
+    try {
+      utils_.SetNamedProp(object_, Value(store_ids_name_), Value(stores), kPtMvString8,
+                          attempt < kStoreListTries);
+      return;
+    } catch (const ZError&) {
+      if (attempt == kStoreListTries) throw;
+    }
+  }
+}
+
+std::vector<std::pair<std::string, std::string>> LoggedItemsLink::Links() {
+  std::vector<std::pair<std::string, std::string>> links;
+  if (!Validate()) return links;
+  const Value::StringArray entries = LinkedEntryIDs().ToStringArray();
+  const Value::StringArray stores = LinkedStoreIDs().ToStringArray();
+  for (size_t i = 0; i < entries.size(); ++i) links.emplace_back(entries[i], stores[i]);
+  return links;
+}
+
+}  // namespace zintra

@@ -1,0 +1,63 @@
+// LoggedItemsLink: the list of copies the system made of an item, kept on the item
+// itself as two parallel multi-valued named properties (PT_MV_STRING8) of the
+// private property set: element i of the entry-ID list and element i of the
+// store-ID list name the same copy. One pair of names serves logged copies
+// ("Zintra Logged Entry IDs" / "Zintra Logged Store IDs"), the other shared copies
+// ("Zintra Shared Copy Entry IDs" / "Zintra Shared Copy Store IDs").
+//
+// Links are only appended, never removed; the same copy linked twice is listed twice.
+//
+// Ownership: holds the item's MAPI object until Kill; borrows the ZintraUtils, which
+// must outlive it. Errors: reads and writes propagate the platform's ZError (the
+// write is logged by ZintraUtils first). Outlook's thread only.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "src/core/value.h"
+
+namespace zintra {
+
+class Item;
+class MapiObject;
+class ZintraUtils;
+
+class LoggedItemsLink {
+ public:
+  explicit LoggedItemsLink(ZintraUtils& utils) : utils_(utils) {}
+
+  // Keeps the item's MAPIOBJECT and the two property names.
+  void Initialize(const std::shared_ptr<Item>& item, const std::string& entry_ids_name,
+                  const std::string& store_ids_name);
+  // Shorthands for the two pairs of names.
+  void InitializeLogged(const std::shared_ptr<Item>& item);
+  void InitializeShared(const std::shared_ptr<Item>& item);
+
+  // The lists as stored (a string array), or Empty when the item has none.
+  Value LinkedEntryIDs();
+  Value LinkedStoreIDs();
+  bool HasLinks();
+  // True when both lists are present and equally long (a pair of lists of different
+  // lengths cannot be matched element for element).
+  bool Validate();
+  // Appends the copy's EntryID and its folder's StoreID and stores both lists in one
+  // save, inside the save bracket.
+  void LinkToItem(const std::shared_ptr<Item>& copy);
+
+  // The (entry ID, store ID) pairs of a valid link list; empty when not Validate().
+  std::vector<std::pair<std::string, std::string>> Links();
+
+  void Kill() { object_.reset(); }
+  void Addin_Kill() { Kill(); }
+
+ private:
+  Value Read(const std::string& name);
+
+  ZintraUtils& utils_;
+  std::shared_ptr<MapiObject> object_;
+  std::string entry_ids_name_, store_ids_name_;
+};
+
+}  // namespace zintra

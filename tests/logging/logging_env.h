@@ -4,8 +4,6 @@
 // object that ties them together the way ZintraAddinApp does.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <vector>
@@ -140,8 +138,8 @@ class LoggingEnv {
   void Start() {
     utils.Connect({app, &settings, nullptr});
     utils.SetLibrary(mapi_utils, rdo);
-    queue = std::make_shared<JobQueue>(
-        JobQueueHost{clock, loop, loop, forms, windows, shell, strings, log});
+    queue = std::make_shared<JobQueue>(JobQueueHost{queue_clock ? *queue_clock : clock, loop, loop,
+                                                    forms, windows, shell, strings, log});
     queue->Initialize(addin);
     tracked = std::make_shared<TrackedContacts>();
     tracked->Initialize(addin);
@@ -225,6 +223,8 @@ class LoggingEnv {
   std::shared_ptr<JobQueue> queue;
   std::shared_ptr<TrackedContacts> tracked;
   std::vector<std::shared_ptr<ICheckLinger>> lingers;
+  // The clock the queue measures its slices with (default: the virtual clock).
+  Clock* queue_clock = nullptr;
 };
 
 }  // namespace zintra::testing_support

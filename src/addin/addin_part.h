@@ -9,7 +9,9 @@
 // add-in's start-up then fails and tears down). Kill is called once at tear-down,
 // after the add-in's Kill broadcast; it drops every reference the part holds and
 // must not throw. StopMonitoring is called on Monitoring only, at the start of the
-// add-in's Shutdown, before the queue is flushed.
+// add-in's Shutdown, before the queue is flushed. Addin_RegSettingsChanged is called
+// on every part, in start-up order, after the add-in replaced its settings (the new
+// ones are read through the add-in); it must not throw.
 #pragma once
 
 #include <functional>
@@ -17,6 +19,7 @@
 
 namespace zintra {
 
+class RegSettings;
 class ZintraAddinApp;
 
 class AddinPart {
@@ -25,6 +28,7 @@ class AddinPart {
   virtual void Initialize(const std::shared_ptr<ZintraAddinApp>& AddinApp) = 0;
   virtual void Kill() = 0;
   virtual void StopMonitoring() {}
+  virtual void Addin_RegSettingsChanged(const RegSettings& /*OldSettings*/) {}
 };
 
 using AddinPartFactory = std::function<std::shared_ptr<AddinPart>()>;

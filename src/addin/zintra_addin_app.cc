@@ -95,6 +95,7 @@ void ZintraAddinApp::Initialize(const std::shared_ptr<Application>& OLApp,
     namespace_ = ol_app_->Session();
     rdo_session_->SetMAPIOBJECT(namespace_->MAPIOBJECT());
     utils_->SetLibrary(mapi_utils_, rdo_session_);
+    ConnectHostEvents();
     // 9.
     job_queue_ =
         std::make_shared<JobQueue>(JobQueueHost{host_.clock, host_.timers, host_.pump, host_.forms,

@@ -45,6 +45,7 @@
 
 namespace zintra {
 
+inline constexpr char kOptionsPageProgId[] = "ZintraControls.OutlookPropertiesPage";
 inline constexpr char kKeepAliveProgId[] = "ZintraKeepAlive.KeepAlive";
 inline constexpr char kMapiUtilsProgId[] = "TovuRedemption.TovuMAPIUtils";
 inline constexpr char kRdoSessionProgId[] = "TovuRedemption.TovuRDOSession";
@@ -83,6 +84,28 @@ class ZintraAddinApp : public JobAddin,
   // Raised at the start of tear-down: every listener drops its references to the add-in
   // and its Outlook objects (its Addin_Kill handler).
   Event<> Kill;
+
+  // --- Host application events (zintra_addin_app_events.cc). Errors are logged, never
+  // raised to Outlook.
+  // Hands the new inspector to a HookedInspector (needs the Monitoring part).
+  void Inspectors_NewInspector(const std::shared_ptr<Inspector>& Inspector);
+  // Cancels the send while ZintraUtils squelches item events (its save bracket).
+  void OLApp_ItemSend(const std::shared_ptr<Item>& Item, bool& Cancel);
+  // Adds the options page created by kOptionsPageProgId, titled with the product name.
+  void OLApp_OptionsPagesAdd(const std::shared_ptr<PropertyPages>& Pages);
+  void Namespace_OptionsPagesAdd(const std::shared_ptr<PropertyPages>& Pages,
+                                 const std::shared_ptr<Folder>& Folder);
+  void OLApp_NewMail() {}
+  void MAPIUtils_NewMail() {}
+  void IgnoreSentEMail() {}
+  // RegSettings (Set): saves vNew, re-registers the add-in when MultiUser changed,
+  // moves the error log when its folder changed, raises RegSettingsChanged(old) and
+  // tells every part. The settings object keeps its identity (the values are copied
+  // in), so references to it stay valid.
+  void SetRegSettings(const zintra::RegSettings& vNew);
+  Event<const zintra::RegSettings&> RegSettingsChanged;
+  // Debugging aid: keeps a task-list entry while jobs are queued.
+  void dbgLinger();
 
   // --- JobAddin ---
   JobQueueSettings QueueSettings() override;
@@ -135,6 +158,8 @@ class ZintraAddinApp : public JobAddin,
   void TearDown();
   void KillPart(std::shared_ptr<AddinPart>& part);
   void LogError(const char* proc_name);
+  void ConnectHostEvents();
+  void DisconnectHostEvents();
 
   const zintra::Host host_;
   ErrorHandling& errors_;
@@ -159,6 +184,13 @@ class ZintraAddinApp : public JobAddin,
   std::shared_ptr<AutomationObject> keep_alive_;
   Connection ol_app_quit_;
   Connection mapi_utils_new_mail_;
+  std::shared_ptr<zintra::Inspectors> inspectors_;
+  Connection item_send_;
+  Connection new_inspector_;
+  Connection options_pages_add_;
+  Connection namespace_options_pages_add_;
+  Connection new_mail_;
+  std::string dbg_linger_task_;
   LingerWatch linger_watch_;
   KeyGenerator own_keys_;  // once ZintraUtils is gone
 

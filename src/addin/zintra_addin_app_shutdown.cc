@@ -110,6 +110,7 @@ void ZintraAddinApp::TearDown() {
 
   ol_app_quit_.Disconnect();
   mapi_utils_new_mail_.Disconnect();
+  DisconnectHostEvents();
   namespace_.reset();
   ol_app_.reset();
   mapi_utils_.reset();

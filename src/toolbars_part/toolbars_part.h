@@ -45,7 +45,7 @@ class ToolbarsPart : public AddinPart,
   void Initialize(const std::shared_ptr<ZintraAddinApp>& AddinApp) override;
   void Kill() override;
 
-  void Addin_RegSettingsChanged(const RegSettings& OldSettings);
+  void Addin_RegSettingsChanged(const RegSettings& OldSettings) override;
   // A letter handler bound to this add-in.
   WordLetterHandler LetterHandler() { return WordLetterHandler(shared_from_this()); }
   const std::shared_ptr<zintra::Toolbars>& GetToolbars() const { return toolbars_; }

@@ -122,18 +122,61 @@ bool IsAttachment(GMimePart* part, const char* name, const std::string& type) {
          g_mime_object_get_content_id(GMIME_OBJECT(part)) == nullptr;
 }
 
+// Exchange distinguished names hold spaces, which RFC 5322 parsers do not accept in an
+// address; headers that carry one are split here: on commas outside quotes and angle
+// brackets, each part "Name <address>" or a bare address.
+bool HasExchangeAddress(const char* raw) {
+  return raw != nullptr && text::FindNoCase(raw, "</o=") != std::string::npos;
+}
+
+void AddRawAddresses(const char* raw, std::vector<PersonSpec>& out, int& skipped) {
+  std::string value = OneLine(raw);
+  std::vector<std::string> parts(1);
+  bool quoted = false;
+  int angle = 0;
+  for (char c : value) {
+    if (c == '"') quoted = !quoted;
+    if (!quoted && c == '<') ++angle;
+    if (!quoted && c == '>' && angle > 0) --angle;
+    if (c == ',' && !quoted && angle == 0) {
+      parts.emplace_back();
+    } else {
+      parts.back() += c;
+    }
+  }
+  for (const std::string& part : parts) {
+    if (text::Trim(part).empty()) continue;
+    auto person = ParsePersonText(part);
+    if (person) {
+      out.push_back(*person);
+    } else {
+      ++skipped;
+    }
+  }
+}
+
+void ReadAddresses(GMimeMessage* m, const char* header, InternetAddressList* parsed,
+                   std::vector<PersonSpec>& out, int& skipped) {
+  const char* raw = g_mime_object_get_header(GMIME_OBJECT(m), header);
+  if (HasExchangeAddress(raw)) {
+    AddRawAddresses(raw, out, skipped);
+  } else {
+    AddAddresses(parsed, out, skipped);
+  }
+}
+
 ItemSpec ToItem(GMimeMessage* m, int& skipped) {
   ItemSpec item;
   item.item_class = ItemClass::kMail;
   const char* subject = g_mime_message_get_subject(m);
   item.subject = subject ? OneLine(subject) : "";
   std::vector<PersonSpec> from;
-  AddAddresses(g_mime_message_get_from(m), from, skipped);
-  if (from.empty()) AddAddresses(g_mime_message_get_sender(m), from, skipped);
+  ReadAddresses(m, "From", g_mime_message_get_from(m), from, skipped);
+  if (from.empty()) ReadAddresses(m, "Sender", g_mime_message_get_sender(m), from, skipped);
   if (!from.empty()) item.from = from.front();
-  AddAddresses(g_mime_message_get_to(m), item.to, skipped);
-  AddAddresses(g_mime_message_get_cc(m), item.cc, skipped);
-  AddAddresses(g_mime_message_get_bcc(m), item.bcc, skipped);
+  ReadAddresses(m, "To", g_mime_message_get_to(m), item.to, skipped);
+  ReadAddresses(m, "Cc", g_mime_message_get_cc(m), item.cc, skipped);
+  ReadAddresses(m, "Bcc", g_mime_message_get_bcc(m), item.bcc, skipped);
   item.time = ToSerial(g_mime_message_get_date(m));
   item.body = PartText(g_mime_message_get_body(m));
 
@@ -215,8 +258,7 @@ MailReadResult ReadEml(const std::string& raw, const std::string& file) {
 }
 
 // Messages are split here rather than by the MIME parser: a "From " line separates
-// messages only at the start or after a blank line, only when it looks like a marker
-// (see LooksLikeMarker) and only when a header follows,
+// messages only when it looks like a marker (see LooksLikeMarker) and a header follows,
 // so the unescaped "From " lines that some clients leave in bodies stay in the body.
 // Lines escaped as ">From " (mboxrd) lose one ">".
 MailReadResult ReadMbox(const std::string& raw, const std::string& file) {
@@ -241,9 +283,7 @@ MailReadResult ReadMbox(const std::string& raw, const std::string& file) {
   }
   std::vector<size_t> starts;
   for (size_t i = first; i < lines.size(); ++i) {
-    bool after_blank = i == first || bare(lines[i - 1]).empty();
-    if (after_blank && LooksLikeMarker(lines[i]) &&
-        (i + 1 == lines.size() || LooksLikeHeader(lines[i + 1]))) {
+    if (LooksLikeMarker(lines[i]) && (i + 1 == lines.size() || LooksLikeHeader(lines[i + 1]))) {
       starts.push_back(i);
     }
   }

@@ -191,10 +191,10 @@ std::optional<PersonSpec> ParsePersonText(const std::string& raw) {
     }
     address = text::Trim(s.substr(lt + 1, s.size() - lt - 2));
   }
-  if (address.empty() || address.find(' ') != std::string::npos) return std::nullopt;
-  if (text::StartsWith(text::LCase(address), "/o=")) {
+  if (address.empty()) return std::nullopt;
+  if (text::StartsWith(text::LCase(address), "/o=")) {  // distinguished names hold spaces
     p.exchange = address;
-  } else if (address.find('@') != std::string::npos) {
+  } else if (address.find('@') != std::string::npos && address.find(' ') == std::string::npos) {
     p.smtp = address;
   } else {
     return std::nullopt;

@@ -1,0 +1,180 @@
+// Scenario files: what a good file reads as, and how each kind of bad input is named.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/scenario_reader.h"
+#include "tools/zintra-sim/scenario_writer.h"
+
+namespace zintra::simtool {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr char kGood[] = R"({
+  "name": "two mails",
+  "outlook": {"version": "10.0.2627"},
+  "profile": {
+    "user": "Jane Doe <jane@contoso.com>",
+    "stores": [{"kind": "mailbox", "folders": [
+      {"name": "Inbox", "items": [
+        {"id": "q", "subject": "Quote", "from": "Ann Lee <ann@fabrikam.com>",
+         "to": ["jane@contoso.com"], "sensitivity": "private", "time": "2026-01-02T08:30:00",
+         "links": ["ann"], "properties": {"Zintra Logged": false}}]},
+      {"name": "Clients", "type": "contact", "items": [
+        {"id": "ann", "full_name": "Ann Lee", "emails": ["ann@fabrikam.com", "*@fabrikam.com"]}]}]}]
+  },
+  "registry": {"values": [{"key": "HKCU\\Software\\Brellow\\Zintra", "name": "ScanInbox", "dword": false}]},
+  "foldersets": [{"contacts": "Clients", "journal": "Journal"}],
+  "timeline": [{"do": "start"}, {"do": "wait", "for": "5m"},
+               {"do": "change", "target": "q", "set": {"subject": "Quote 2"}, "at": "2026-01-05T10:00:00"},
+               {"do": "quit"}],
+  "expect": [{"item": "q", "match": {"Zintra Logged": "False"}},
+             {"log": "skipped", "present": false}, {"total": "logged", "equals": 0}]
+})";
+
+TEST(ScenarioReaderTest, ReadsEveryPartOfAGoodFile) {
+  Scenario s = ReadScenarioText(kGood, "good.json", ".");
+  EXPECT_EQ(s.name, "two mails");
+  EXPECT_EQ(s.outlook_version, "10.0.2627");
+  EXPECT_EQ(s.profile.user.smtp, "jane@contoso.com");
+  const FolderSpec& inbox = s.profile.stores[0].folders[0];
+  const ItemSpec& q = inbox.items[0];
+  EXPECT_EQ(q.item_class, ItemClass::kMail);
+  EXPECT_EQ(q.from->name, "Ann Lee");
+  EXPECT_EQ(q.sensitivity, kOlPrivate);
+  EXPECT_EQ(FormatIsoTime(q.time), "2026-01-02T08:30:00");
+  EXPECT_EQ(q.properties.at("Zintra Logged"), "False");
+  EXPECT_EQ(q.source_line, 8);
+  const ItemSpec& ann = s.profile.stores[0].folders[1].items[0];
+  EXPECT_EQ(ann.item_class, ItemClass::kContact);  // the folder's kind
+  EXPECT_EQ(ann.emails.size(), 2u);
+  EXPECT_EQ(s.registry.values[0].dword, 0u);
+  EXPECT_EQ(s.foldersets[0].journal, "Journal");
+  // "at" becomes a wait until that moment before its step.
+  ASSERT_EQ(s.timeline.size(), 5u);
+  EXPECT_EQ(s.timeline[1].seconds, 300);
+  EXPECT_EQ(s.timeline[2].kind, StepKind::kWait);
+  EXPECT_EQ(FormatIsoTime(s.timeline[2].until), "2026-01-05T10:00:00");
+  EXPECT_EQ(s.timeline[3].changes.at("subject"), "Quote 2");
+  ASSERT_EQ(s.expect.size(), 3u);
+  EXPECT_FALSE(s.expect[1].present);
+  EXPECT_EQ(s.expect[2].count, 0);
+}
+
+TEST(ScenarioReaderTest, WrittenScenarioReadsBackTheSame) {
+  Scenario s = ReadScenarioText(kGood, "good.json", ".");
+  Scenario again = ReadScenarioText(ScenarioJson(s).dump(2), "again.json", ".");
+  const ItemSpec& a = s.profile.stores[0].folders[0].items[0];
+  const ItemSpec& b = again.profile.stores[0].folders[0].items[0];
+  EXPECT_EQ(a.subject, b.subject);
+  EXPECT_EQ(a.from, b.from);
+  EXPECT_EQ(a.to, b.to);
+  EXPECT_EQ(a.time, b.time);
+  EXPECT_EQ(a.sensitivity, b.sensitivity);
+  EXPECT_EQ(a.links, b.links);
+  EXPECT_EQ(a.properties, b.properties);
+  EXPECT_EQ(again.foldersets[0].contacts, "Clients");
+  EXPECT_EQ(again.registry.values[0].name, "ScanInbox");
+}
+
+struct BadCase {
+  const char* what;
+  std::string text;
+  int line;
+  const char* field;
+  const char* message;
+};
+
+class BadScenarioTest : public ::testing::TestWithParam<BadCase> {};
+
+TEST_P(BadScenarioTest, NamesTheLineFieldAndWhatWasExpected) {
+  const BadCase& c = GetParam();
+  try {
+    ReadScenarioText(c.text, "bad.json", ".");
+    FAIL() << "accepted: " << c.what;
+  } catch (const InputError& e) {
+    EXPECT_EQ(e.file(), "bad.json");
+    EXPECT_EQ(e.line(), c.line) << e.what();
+    EXPECT_EQ(e.field(), c.field) << e.what();
+    EXPECT_THAT(e.what(), HasSubstr(c.message));
+  }
+}
+
+constexpr char kUser[] = R"("profile": {"user": "j@c.com", "stores": [{"folders": [)";
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, BadScenarioTest,
+    ::testing::Values(
+        BadCase{"syntax", "{\n  \"name\": \"x\",\n  ]\n}", 3, "", "not valid JSON"},
+        BadCase{"unknown top field", "{\n \"profile\": {},\n \"timelime\": []\n}", 3, "/timelime",
+                "unknown field"},
+        BadCase{"missing profile", "{\n \"name\": \"x\"\n}", 1, "/", "\"profile\" is required"},
+        BadCase{"bad sensitivity",
+                std::string("{") + kUser + "\n{\"name\": \"Inbox\", \"items\": [\n" +
+                    "{\"subject\": \"a\",\n \"sensitivity\": \"secret\"}]}]}]}}",
+                4, "/profile/stores/0/folders/0/items/0/sensitivity", "expected normal"},
+        BadCase{
+            "bad class",
+            std::string("{") + kUser + "\n{\"name\": \"Inbox\", \"items\": [{\"class\": 7}]}]}]}}",
+            2, "/profile/stores/0/folders/0/items/0/class", "expected text, found the number 7"},
+        BadCase{"bad address",
+                std::string("{") + kUser +
+                    "\n{\"name\": \"Inbox\", \"items\": [{\"from\": \"Ann\"}]}]}]}}",
+                2, "/profile/stores/0/folders/0/items/0/from", "expected an address"},
+        BadCase{"unknown link",
+                std::string("{") + kUser +
+                    "\n{\"name\": \"Inbox\", \"items\": [\n{\"links\": [\"nobody\"]}]}]}]}}",
+                3, "links", "no item has the id \"nobody\""},
+        BadCase{"duplicate id",
+                std::string("{") + kUser +
+                    "\n{\"name\": \"Inbox\", \"items\": [{\"id\": \"a\"},\n{\"id\": \"a\"}]}]}]}}",
+                3, "id", "used twice"},
+        BadCase{"bad step",
+                std::string("{") + kUser + "]}]},\n\"timeline\": [\n{\"do\": \"jump\"}]}", 3,
+                "/timeline/0/do", "expected one of: start"},
+        BadCase{"bad duration",
+                std::string("{") + kUser +
+                    "]}]},\n\"timeline\": [{\"do\": \"wait\",\n \"for\": \"soon\"}]}",
+                3, "/timeline/0/for", "expected a duration"},
+        BadCase{"target unknown",
+                std::string("{") + kUser +
+                    "]}]},\n\"timeline\": [\n{\"do\": \"delete\", \"target\": \"x\"}]}",
+                3, "target", "no item has the id \"x\""},
+        BadCase{"missing reg file",
+                std::string("{") + kUser + "]}]},\n\"registry\": {\"files\": [\n\"nope.reg\"]}}", 3,
+                "/registry/files/0", "no such .reg file"},
+        BadCase{"two expectation kinds",
+                std::string("{") + kUser +
+                    "]}]},\n\"expect\": [\n{\"log\": \"a\", \"total\": \"logged\"}]}",
+                3, "/expect/0", "exactly one of"}),
+    [](const auto& param_info) {
+      std::string n = param_info.param.what;
+      for (char& ch : n) ch = std::isalnum(static_cast<unsigned char>(ch)) ? ch : '_';
+      return n;
+    });
+
+TEST(ScenarioTextTest, TimesDurationsAndPeople) {
+  EXPECT_EQ(FormatIsoTime(*ParseIsoTime("2026-01-05T09:30")), "2026-01-05T09:30:00");
+  EXPECT_EQ(FormatIsoTime(*ParseIsoTime("2026-01-05")), "2026-01-05T00:00:00");
+  for (const char* bad :
+       {"2026-13-01", "2026-01-05T25:00", "05/01/2026", "2026-01-05T09:30:00+02"}) {
+    EXPECT_FALSE(ParseIsoTime(bad)) << bad;
+  }
+  EXPECT_EQ(*ParseDuration("90s"), 90);
+  EXPECT_EQ(*ParseDuration("10m"), 600);
+  EXPECT_EQ(*ParseDuration("1.5h"), 5400);
+  EXPECT_FALSE(ParseDuration("-5m"));
+  EXPECT_FALSE(ParseDuration("5 weeks"));
+  auto ex = ParsePersonText("Jo Bloggs </o=CONTOSO/ou=First/cn=Recipients/cn=JBLOGGS>");
+  ASSERT_TRUE(ex);
+  EXPECT_EQ(ex->exchange, "/o=CONTOSO/ou=First/cn=Recipients/cn=JBLOGGS");
+  EXPECT_TRUE(ex->smtp.empty());
+  auto quoted = ParsePersonText("\"Lee, Ann\" <ann@fabrikam.com>");
+  ASSERT_TRUE(quoted);
+  EXPECT_EQ(quoted->name, "Lee, Ann");
+  EXPECT_FALSE(ParsePersonText("Ann Lee"));
+}
+
+}  // namespace
+}  // namespace zintra::simtool

@@ -332,9 +332,15 @@ class TimelinePlayer {
       item.from = PersonSpec{me.name, me.smtp, me.ex_dn};
     }
     auto record = w_.loader().NewItem(item, folder);
-    p.SaveMessage(record);
+    if (step.kind == StepKind::kDeliver && step.folder.empty()) {
+      w_.outlook().app().Deliver(sim::MakeItem(&p, record));  // ItemAdd, then NewMail
+    } else if (step.kind == StepKind::kSend && step.folder.empty()) {
+      // ItemSend first (the add-in sees it), then stamped and stored in Sent Items.
+      if (!w_.outlook().app().Send(sim::MakeItem(&p, record))) return;
+    } else {
+      p.SaveMessage(record);
+    }
     for (const std::string& link : item.links) w_.loader().Link(record, link);
-    if (step.kind == StepKind::kDeliver) p.new_mail.Raise(record);
   }
 
   void Change(const StepSpec& step) {

@@ -10,6 +10,63 @@ namespace zintra::simtool {
 
 namespace {
 
+// What the add-in's log says about the last processing of an item with this subject:
+// the contacts found (by address or by link), the addresses searched, the copies made.
+struct Trace {
+  std::vector<std::string> contacts, searched, copies;
+};
+
+std::string Quoted(const std::string& line, size_t from) {
+  size_t a = line.find('\'', from);
+  size_t b = a == std::string::npos ? a : line.find('\'', a + 1);
+  return b == std::string::npos ? "" : line.substr(a + 1, b - a - 1);
+}
+
+Trace ProcessingTrace(const std::string& subject, const std::vector<std::string>& lines) {
+  Trace t;
+  std::string begin = "Begin processing for item '" + subject + "'";
+  std::string end = "Removing task Process email: " + subject;
+  size_t start = lines.size();
+  for (size_t i = lines.size(); i-- > 0;) {
+    if (lines[i].find(begin) != std::string::npos) {
+      start = i;
+      break;
+    }
+  }
+  for (size_t i = start; i < lines.size(); ++i) {
+    const std::string& l = lines[i];
+    if (i > start && l.find(end) != std::string::npos) break;
+    size_t at;
+    if ((at = l.find("Adding result: '")) != std::string::npos) {
+      size_t for_at = l.find("' for ", at);
+      t.contacts.push_back(Quoted(l, at) +
+                           (for_at == std::string::npos ? "" : " (" + l.substr(for_at + 6) + ")"));
+    } else if ((at = l.find("FoundLinkedContact: '")) != std::string::npos &&
+               l.find("Adding result") == std::string::npos) {
+      std::string name = Quoted(l, at);
+      bool known = false;
+      for (const std::string& c : t.contacts) known = known || c.rfind(name + " (", 0) == 0;
+      if (!known) t.contacts.push_back(name + " (link)");
+    } else if ((at = l.find("email to search: ")) != std::string::npos) {
+      std::string address = l.substr(at + 17);
+      if (std::find(t.searched.begin(), t.searched.end(), address) == t.searched.end()) {
+        t.searched.push_back(address);
+      }
+    } else if ((at = l.find("copy of '")) != std::string::npos &&
+               l.find("Queueing") != std::string::npos) {
+      size_t folder = l.find("in folder '", at);
+      if (folder != std::string::npos) t.copies.push_back(Quoted(l, folder + 9));
+    }
+  }
+  return t;
+}
+
+std::string JoinList(const std::vector<std::string>& parts) {
+  std::string out;
+  for (const std::string& p : parts) out += (out.empty() ? "" : ", ") + p;
+  return out;
+}
+
 bool Tracked(ItemClass c) { return c != ItemClass::kContact && c != ItemClass::kDistList; }
 
 void Walk(const sim::FolderRecord& folder, const ProfileLoader& loader,
@@ -29,9 +86,18 @@ void Walk(const sim::FolderRecord& folder, const ProfileLoader& loader,
       row.outcome = "copy";
     } else if (marks.logged && text::EqualsNoCase(*marks.logged, "True")) {
       row.outcome = "logged";
+      Trace trace = ProcessingTrace(row.subject, log_lines);
+      if (row.contacts.empty()) row.contacts = trace.contacts;
+      if (!trace.copies.empty()) row.reason = "copies in " + JoinList(trace.copies);
     } else if (marks.logged) {
       row.outcome = "screened";
       row.reason = ScreeningReason(row.subject, log_lines);
+      if (row.reason.empty()) {
+        Trace trace = ProcessingTrace(row.subject, log_lines);
+        row.reason =
+            "no tracked contact" + (trace.searched.empty() ? std::string(" among its links")
+                                                           : " for " + JoinList(trace.searched));
+      }
     } else if (marks.tag && !marks.tag->empty()) {
       row.outcome = "in progress";
       row.reason = "Zintra Tag is '" + *marks.tag + "'";
@@ -91,7 +157,8 @@ void PrintWhyTable(const std::vector<WhyRow>& rows, std::ostream& out) {
     if (r.outcome == "logged") {
       why = "contacts: " + (r.contacts.empty() ? std::string("-") : Join(r.contacts)) +
             "; copies: " + std::to_string(r.logged_copies) + " logged, " +
-            std::to_string(r.shared_copies) + " shared";
+            std::to_string(r.shared_copies) + " shared" +
+            (r.reason.empty() ? "" : " (" + r.reason + ")");
     } else if (r.outcome == "copy") {
       why = "made by the add-in" + (r.contacts.empty() ? "" : "; linked to " + Join(r.contacts));
     } else {

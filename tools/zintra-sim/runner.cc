@@ -385,6 +385,11 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
           ? fs::temp_directory_path() / ("zintra-sim-" + std::to_string(std::random_device{}()))
           : fs::path(options.out_dir);
   fs::path log_root = out_dir / "errorlog";
+  {
+    // A run's error log holds that run only, not those of earlier runs into the folder.
+    std::error_code ec;
+    fs::remove_all(log_root, ec);
+  }
   auto t0 = Clock_::now();
   World world(scenario, options, log_root);
   world.Build();

@@ -1,24 +1,29 @@
 #include "sim/addin_host/sim_outlook.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "src/core/z_error.h"
+#include "src/host/outlook_constants.h"
 
 namespace zintra::sim {
 
+namespace {
+constexpr int32_t kCloseDiscard = 1;  // OlInspectorClose olDiscard
+}  // namespace
+
 SimOutlook::SimOutlook(std::filesystem::path log_root, double start_serial)
-    : clock(start_serial), error_logs(std::move(log_root)), host_{registry, files,   platform,
-                                                                  clock,    loop,    loop,
-                                                                  forms,    windows, shell,
-                                                                  msg_box,  dialogs, error_logs,
-                                                                  objects} {
+    : clock(start_serial),
+      error_logs(std::move(log_root)),
+      outlook_(&clock),
+      host_{registry, files, platform, clock,   loop,       loop,   forms,
+            windows,  shell, msg_box,  dialogs, error_logs, objects} {
   std::weak_ptr<bool> alive = alive_;
   objects.Register(kSimKeepAliveProgId, [this, alive] {
     return std::make_shared<SimKeepAlive>([this, alive](bool hold) {
       if (!alive.expired()) KeepAliveHold(hold);
     });
   });
+  window_removed_ = app().WindowRemoved.Connect([this] { WindowClosed(); });
 }
 
 SimOutlook::~SimOutlook() {
@@ -32,13 +37,17 @@ void SimOutlook::SetAddin(AddinFactory factory, std::string prog_id) {
   com_addin_ = std::make_shared<SimComAddIn>(std::move(prog_id));
 }
 
+void SimOutlook::CheckRunning() const {
+  if (!started_ || quitting_) throw ZError(kErrInvalidCall, "Outlook is not running");
+}
+
 void SimOutlook::Connect(int32_t mode) {
   if (!addin_factory_ || addin_) return;
   addin_ = addin_factory_(host_);
   com_addin_->connected = true;
   loader_calls_.push_back("OnConnection(" + std::to_string(mode) + ")");
   std::vector<Value> custom;
-  addin_->OnConnection(app_, mode, com_addin_, custom);
+  addin_->OnConnection(outlook_.application, mode, com_addin_, custom);
 }
 
 void SimOutlook::Disconnect(int32_t mode) {
@@ -74,7 +83,7 @@ void SimOutlook::Start(StartWindows start_windows, bool load_addin,
 }
 
 void SimOutlook::LoadAddin() {
-  if (!started_ || quitting_) throw ZError(kErrInvalidCall, "Outlook is not running");
+  CheckRunning();
   Connect(kExtCmAfterStartup);
   if (addin_) {
     loader_calls_.push_back("OnAddInsUpdate");
@@ -85,63 +94,40 @@ void SimOutlook::LoadAddin() {
 
 void SimOutlook::UnloadAddin() { Disconnect(kExtDmUserClosed); }
 
-std::shared_ptr<SimExplorer> SimOutlook::OpenExplorer(std::shared_ptr<Folder> folder) {
-  if (!started_ || quitting_) throw ZError(kErrInvalidCall, "Outlook is not running");
-  auto explorer = std::make_shared<SimExplorer>(std::move(folder), next_hwnd_++,
-                                                [this](SimExplorer& e) { CloseExplorer(e); });
-  app_->explorers().open.push_back(explorer);
-  app_->explorers().NewExplorer.Raise(std::shared_ptr<Explorer>(explorer));
-  return explorer;
+std::shared_ptr<SimOlExplorer> SimOutlook::OpenExplorer(std::shared_ptr<FolderRecord> folder) {
+  CheckRunning();
+  if (!folder) folder = profile().DefaultFolder(kOlFolderInbox);
+  return app().OpenExplorer(folder);
 }
 
-std::shared_ptr<SimInspector> SimOutlook::OpenInspector(std::shared_ptr<Item> item) {
-  if (!started_ || quitting_) throw ZError(kErrInvalidCall, "Outlook is not running");
-  auto inspector = std::make_shared<SimInspector>(std::move(item), next_hwnd_++,
-                                                  [this](SimInspector& i) { CloseInspector(i); });
-  app_->inspectors().open.push_back(inspector);
-  app_->inspectors().NewInspector.Raise(std::shared_ptr<Inspector>(inspector));
-  return inspector;
-}
-
-void SimOutlook::CloseExplorer(SimExplorer& explorer) {
-  auto& open = app_->explorers().open;
-  auto it =
-      std::find_if(open.begin(), open.end(), [&](const auto& e) { return e.get() == &explorer; });
-  if (it == open.end()) return;
-  std::shared_ptr<SimExplorer> keep = *it;
-  keep->CloseEvent.Raise();  // still listed while its Close runs
-  open.erase(std::find(open.begin(), open.end(), keep));
-  keep->MarkClosed();
-  WindowClosed();
-}
-
-void SimOutlook::CloseInspector(SimInspector& inspector) {
-  auto& open = app_->inspectors().open;
-  auto it =
-      std::find_if(open.begin(), open.end(), [&](const auto& i) { return i.get() == &inspector; });
-  if (it == open.end()) return;
-  std::shared_ptr<SimInspector> keep = *it;
-  if (std::shared_ptr<Item> item = keep->CurrentItem()) {
-    bool cancel = false;
-    item->CloseEvent.Raise(cancel);
-  }
-  keep->CloseEvent.Raise();
-  open.erase(std::find(open.begin(), open.end(), keep));
-  keep->MarkClosed();
-  WindowClosed();
+std::shared_ptr<SimOlInspector> SimOutlook::OpenInspector(std::shared_ptr<Item> item) {
+  CheckRunning();
+  if (!item) item = app().CreateItem(kOlMailItem);
+  return app().OpenInspector(item);
 }
 
 void SimOutlook::WindowClosed() {
-  if (quitting_ || app_->explorers().Count() > 0 || app_->inspectors().Count() > 0) return;
+  if (!started_ || quitting_ || !app().OpenExplorers().empty() || !app().OpenInspectors().empty()) {
+    return;
+  }
   quitting_ = true;
-  app_->Quit.Raise();
+  app().Quit.Raise();
   if (keep_alive_holds_ == 0) EndProcess();
 }
 
 void SimOutlook::Quit() {
   if (!started_ || quitting_) return;
-  while (!app_->inspectors().open.empty()) app_->inspectors().open.back()->Close(0);
-  while (!app_->explorers().open.empty()) app_->explorers().open.back()->Close(0);
+  // Newest first; a window an earlier close took with it is skipped.
+  auto inspectors = app().OpenInspectors();
+  for (auto it = inspectors.rbegin(); it != inspectors.rend(); ++it) {
+    if ((*it)->closed()) continue;
+    (*it)->Close(kCloseDiscard);
+    if (!(*it)->closed()) return;  // the user kept it open: Outlook stays
+  }
+  auto explorers = app().OpenExplorers();
+  for (auto it = explorers.rbegin(); it != explorers.rend(); ++it) {
+    if (!(*it)->closed()) (*it)->Close(kCloseDiscard);
+  }
   if (!quitting_) WindowClosed();  // Outlook running without windows
 }
 

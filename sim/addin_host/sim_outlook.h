@@ -1,7 +1,8 @@
 // SimOutlook: the Outlook process as a user lives it, over every simulated port. It
-// owns the ports (handed to the add-in as one Host bundle), the Application with its
-// explorers and inspectors, and the add-in that Outlook's loader creates through the
-// factory set with SetAddin. It makes the loader's calls in Outlook's order:
+// owns the ports (handed to the add-in as one Host bundle), the simulated Outlook
+// (profile, Application with its explorers and inspectors, class registry with the MAPI
+// library), and the add-in that Outlook's loader creates through the factory set with
+// SetAddin. It makes the loader's calls in Outlook's order:
 //
 //   Start: OnConnection(mode 1), the start-up windows open, OnStartupComplete.
 //   LoadAddin (after start): OnConnection(mode 0), OnAddInsUpdate.
@@ -12,7 +13,8 @@
 //   object is released.
 //
 // A start without windows leaves Outlook running for the program that started it;
-// EndProcess ends it. Everything runs on the test's thread; messages posted to the
+// EndProcess ends it. The profile starts empty: build it with ProfileBuilder(profile())
+// before opening windows. Everything runs on the test's thread; messages posted to the
 // loop (loop.Post) arrive inside the add-in's DoEvents as window messages would.
 #pragma once
 
@@ -23,11 +25,13 @@
 #include <string>
 #include <vector>
 
-#include "sim/addin_host/sim_application.h"
-#include "sim/addin_host/sim_object_factory.h"
-#include "sim/addin_host/sim_windows.h"
+#include "sim/addin_host/sim_com_add_in.h"
+#include "sim/addin_host/sim_keep_alive.h"
 #include "sim/errorlog/sqlite_error_log.h"
 #include "sim/files/memory_file_system.h"
+#include "sim/mapi/sim_outlook_host.h"
+#include "sim/outlook/sim_ol_application.h"
+#include "sim/outlook/sim_ol_windows.h"
 #include "sim/platform/sim_platform.h"
 #include "sim/registry/memory_registry.h"
 #include "sim/shell/recording_shell.h"
@@ -41,8 +45,6 @@
 #include "src/host/idt_extensibility2.h"
 
 namespace zintra::sim {
-
-inline constexpr char kSimKeepAliveProgId[] = "ZintraKeepAlive.KeepAlive";
 
 enum class StartWindows { kExplorer, kInspector, kNone };
 
@@ -68,25 +70,37 @@ class SimOutlook {
   RecordingMsgBox msg_box;
   RecordingDialogViews dialogs;
   SqliteErrorLogFactory error_logs;
-  SimObjectFactory objects;
+
+ private:
+  SimOutlookHost outlook_;  // before `objects`, which refers into it
+
+ public:
+  // The class registry: the MAPI library's classes over the profile,
+  // "Outlook.Application" and the keep-alive program; tests register more.
+  SimClassRegistry& objects = outlook_.factory;
   const Host& host() const { return host_; }
 
-  SimApplication& app() { return *app_; }
+  // The profile behind the session, driven by this process's clock.
+  Profile& profile() { return outlook_.profile; }
+  SimOlApplication& app() { return *outlook_.application; }
   // References to the Application held outside this process model.
-  long ApplicationHolders() const { return app_.use_count() - 1; }
+  long ApplicationHolders() const { return outlook_.application.use_count() - 1; }
 
   // The add-in registered with Outlook's loader, under its ProgID.
   void SetAddin(AddinFactory factory, std::string prog_id = "ZintraAddin.Connect");
 
   // --- The process ---
-  // An inspector start opens `item` (may be nullptr).
+  // An inspector start opens `inspector_item` (nullptr: a new mail message).
   void Start(StartWindows start_windows, bool load_addin,
              std::shared_ptr<Item> inspector_item = nullptr);
   void LoadAddin();
   void UnloadAddin();
-  std::shared_ptr<SimExplorer> OpenExplorer(std::shared_ptr<Folder> folder = nullptr);
-  std::shared_ptr<SimInspector> OpenInspector(std::shared_ptr<Item> item);
-  // File > Exit: every inspector, then every explorer, closes.
+  // An explorer on the folder (nullptr: the Inbox, or no folder in an empty profile).
+  std::shared_ptr<SimOlExplorer> OpenExplorer(std::shared_ptr<FolderRecord> folder = nullptr);
+  // An inspector on the item (nullptr: a new mail message, not yet saved).
+  std::shared_ptr<SimOlInspector> OpenInspector(std::shared_ptr<Item> item);
+  // File > Exit: every inspector, then every explorer, closes without saving; a
+  // window whose close is cancelled stops the exit.
   void Quit();
   // The program that started Outlook without windows lets it go.
   void EndProcess();
@@ -102,20 +116,18 @@ class SimOutlook {
   const std::vector<std::string>& LoaderCalls() const { return loader_calls_; }
 
  private:
+  void CheckRunning() const;
   void Connect(int32_t mode);
   void Disconnect(int32_t mode);
-  void CloseExplorer(SimExplorer& explorer);
-  void CloseInspector(SimInspector& inspector);
   void WindowClosed();
   void KeepAliveHold(bool hold);
 
   Host host_;
-  std::shared_ptr<SimApplication> app_ = std::make_shared<SimApplication>();
   std::shared_ptr<SimComAddIn> com_addin_;
   AddinFactory addin_factory_;
   std::shared_ptr<IDTExtensibility2> addin_;
   std::vector<std::string> loader_calls_;
-  int32_t next_hwnd_ = 0x20000;
+  Connection window_removed_;
   int keep_alive_holds_ = 0;
   bool started_ = false;
   bool quitting_ = false;

@@ -224,6 +224,15 @@ void SimOlApplication::WindowClosed(AutomationObject* window) {
   i.erase(std::remove_if(i.begin(), i.end(), [window](const auto& x) { return x.get() == window; }),
           i.end());
   if (active_ == window) active_ = nullptr;
+  WindowRemoved.Raise();
+}
+
+std::vector<std::shared_ptr<SimOlExplorer>> SimOlApplication::OpenExplorers() const {
+  return explorers_->list;
+}
+
+std::vector<std::shared_ptr<SimOlInspector>> SimOlApplication::OpenInspectors() const {
+  return inspectors_->list;
 }
 
 void SimOlApplication::ExecuteCommand(int32_t id, const std::shared_ptr<AutomationObject>& window) {

@@ -75,6 +75,12 @@ class SimOlApplication : public Application, public SimKeyed {
   Event<int32_t, int32_t, int32_t> WindowMessage;
   // Built-in commands executed, in order (id, window).
   const std::vector<int32_t>& ExecutedCommands() const { return executed_; }
+  // Raised once a closed window has left the Explorers or Inspectors list (after its
+  // Close events), so the process can tell when its last window has gone.
+  Event<> WindowRemoved;
+  // The open windows, oldest first (no fault checks: the test's own view).
+  std::vector<std::shared_ptr<SimOlExplorer>> OpenExplorers() const;
+  std::vector<std::shared_ptr<SimOlInspector>> OpenInspectors() const;
 
   // Used by the windows.
   void WindowActivated(AutomationObject* window);

@@ -49,7 +49,7 @@ void SimOlExplorer::Hit(std::string_view member) const {
 
 std::string SimOlExplorer::Caption() const {
   Hit("Explorer.Caption");
-  return folder_->name + " - Microsoft Outlook";
+  return (folder_ ? folder_->name + " - " : std::string()) + "Microsoft Outlook";
 }
 
 std::shared_ptr<zintra::CommandBars> SimOlExplorer::CommandBars() {
@@ -78,7 +78,7 @@ std::shared_ptr<zintra::Selection> SimOlExplorer::Selection() {
 
 std::shared_ptr<Folder> SimOlExplorer::CurrentFolder() {
   Hit("Explorer.CurrentFolder");
-  return MakeFolder(profile_, folder_);
+  return folder_ ? MakeFolder(profile_, folder_) : nullptr;
 }
 
 void SimOlExplorer::Select(const std::vector<std::shared_ptr<Item>>& items) {

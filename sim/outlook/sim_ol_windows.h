@@ -21,6 +21,7 @@ class SimOlExplorer : public Explorer,
                       public SimKeyed,
                       public std::enable_shared_from_this<SimOlExplorer> {
  public:
+  // folder may be null (a profile without stores): no current folder then.
   SimOlExplorer(SimOlApplication* app, Profile* profile, std::shared_ptr<FolderRecord> folder);
   std::string TypeName() const override { return "Explorer"; }
   const void* FaultKey() const override { return this; }

@@ -1,7 +1,7 @@
-// The add-in in a simulated Outlook process: SimOutlook with every port, the error
-// handling over a real SQLite log in a temporary folder (level 3, everything kept),
-// library classes that share the profile's logon, and recording parts that trace
-// where they run in the start-up and tear-down order.
+// The add-in in a simulated Outlook process: SimOutlook with every port over a
+// mailbox profile (its library classes share the profile's logon), the error handling
+// over a real SQLite log in a temporary folder (level 3, everything kept), and
+// recording parts that trace where they run in the start-up and tear-down order.
 #pragma once
 
 #include <filesystem>
@@ -11,69 +11,12 @@
 #include <vector>
 
 #include "sim/addin_host/sim_outlook.h"
+#include "sim/outlook/profile_builder.h"
 #include "src/addin/connect.h"
 #include "src/core/z_error.h"
 #include "src/errors/error_handling.h"
-#include "src/host/mapi_session.h"
-#include "src/host/mapi_utils.h"
 
 namespace zintra::testing {
-
-class LibMapiObject : public MapiObject {
- public:
-  std::string TypeName() const override { return "MAPIObject"; }
-};
-
-class LibMapiUtils : public MapiUtils {
- public:
-  std::string TypeName() const override { return "MAPIUtils"; }
-  void SetMAPIOBJECT(const std::shared_ptr<MapiObject>&) override {}
-  int32_t GetIDsFromNames(const std::shared_ptr<MapiObject>&, const std::string&, const Value&,
-                          bool) override {
-    return 0;
-  }
-  Value HrGetOneProp(const std::shared_ptr<MapiObject>&, int32_t) override { return {}; }
-  void HrSetOneProp(const std::shared_ptr<MapiObject>&, int32_t, const Value&, bool) override {}
-  void HrDeleteOneProp(const std::shared_ptr<MapiObject>&, int32_t, bool) override {}
-  bool CompareIDs(const std::string& a, const std::string& b) override { return a == b; }
-  void Cleanup() override {}
-};
-
-class LibSession : public RdoSession {
- public:
-  std::string TypeName() const override { return "RDOSession"; }
-  void SetMAPIOBJECT(const std::shared_ptr<MapiObject>& s) override { session_ = s; }
-  std::shared_ptr<MapiObject> MAPIOBJECT() override { return session_; }
-  bool LoggedOn() const override { return session_ != nullptr; }
-  std::shared_ptr<AddressEntry> CurrentUser() override { return nullptr; }
-  std::shared_ptr<RdoMessage> GetMessageFromID(const std::string&, const std::string&) override {
-    throw ZError(kMapiNotFound);
-  }
-  std::shared_ptr<RdoFolder> GetFolderFromID(const std::string&, const std::string&) override {
-    throw ZError(kMapiNotFound);
-  }
-  std::shared_ptr<RdoFolder> GetDefaultFolder(int32_t) override { throw ZError(kMapiNotFound); }
-  std::shared_ptr<zintra::AddressLists> AddressLists() override { return nullptr; }
-
- private:
-  std::shared_ptr<MapiObject> session_;
-};
-
-class LibNamespace : public Namespace {
- public:
-  std::string TypeName() const override { return "NameSpace"; }
-  std::shared_ptr<Folder> GetDefaultFolder(int32_t) override { throw ZError(kMapiNotFound); }
-  std::shared_ptr<Item> GetItemFromID(const std::string&, const std::string&) override {
-    throw ZError(kMapiNotFound);
-  }
-  std::shared_ptr<Folder> GetFolderFromID(const std::string&, const std::string&) override {
-    throw ZError(kMapiNotFound);
-  }
-  std::shared_ptr<zintra::Folders> Folders() override { return nullptr; }
-  std::shared_ptr<Recipient> CurrentUser() override { return nullptr; }
-  std::shared_ptr<MapiObject> MAPIOBJECT() override { return session; }
-  std::shared_ptr<MapiObject> session = std::make_shared<LibMapiObject>();
-};
 
 // A part that records its Initialize and Kill, with what the add-in held at that moment.
 class RecordingPart : public AddinPart {
@@ -113,11 +56,8 @@ class AddinFixture {
         outlook(root_) {
     outlook.registry.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogLevel",
                               3);
-    outlook.app().SetSession(names);
-    outlook.objects.Register("TovuRedemption.TovuMAPIUtils",
-                             [] { return std::make_shared<LibMapiUtils>(); });
-    outlook.objects.Register("TovuRedemption.TovuRDOSession",
-                             [] { return std::make_shared<LibSession>(); });
+    sim::ProfileBuilder(outlook.profile())
+        .Mailbox(sim::ProfileBuilder::Exchange("Jane Doe", "jdoe", "CONTOSO"));
     parts.TrackedContacts = [this] {
       return std::make_shared<RecordingPart>("TrackedContacts", trace);
     };
@@ -167,7 +107,6 @@ class AddinFixture {
   StringTable strings;
   ErrorHandling errors{ErrorHandlingHost{outlook.error_logs, outlook.msg_box, outlook.registry,
                                          outlook.files, outlook.platform, strings}};
-  std::shared_ptr<LibNamespace> names = std::make_shared<LibNamespace>();
   AddinParts parts;
   std::vector<std::string> trace;
 

@@ -51,7 +51,7 @@ TEST_F(LifecycleTest, BothStartModesCreateTheAddinOnceOutlookHasAWindow) {
     EXPECT_EQ(connect->StartModeIsHostStartup(), at_startup);
     EXPECT_EQ(connect->ProgID(), "ZintraAddin.Connect");
     EXPECT_EQ(f.addin()->ProgID(), "ZintraAddin.Connect");
-    EXPECT_EQ(connect->TrackedExplorer(), f.outlook.app().explorers().open[0]);
+    EXPECT_EQ(connect->TrackedExplorer(), f.outlook.app().OpenExplorers()[0]);
     std::vector<std::string> expected = {"M Gaining reference to Outlook application"};
     if (at_startup) expected.push_back("M IDTExtensibility2_OnStartupComplete fired");
     for (const char* l : {"M Startup() called", "M Creating the addin", "M Initializing the addin"})
@@ -91,7 +91,7 @@ TEST_F(LifecycleTest, UnknownConnectModeStaysInert) {
 
 TEST_F(LifecycleTest, TrackingMovesBetweenWindowsUntilTheLastOneCloses) {
   outlook.Start(sim::StartWindows::kExplorer, true);
-  auto first = outlook.app().explorers().open[0];
+  auto first = outlook.app().OpenExplorers()[0];
   auto second = outlook.OpenExplorer();
   auto inspector = outlook.OpenInspector(nullptr);
   first->Close(0);
@@ -167,7 +167,7 @@ TEST_F(LifecycleTest, UnloadDuringAJobThenQuitWaitsForTheJob) {
 TEST_F(LifecycleTest, OutlookClosingDuringAJobShutsDownWhenTheJobReturns) {
   for (const char* version : {"9.0.0.2416", "11.0.0.8312"}) {
     AddinFixture f;
-    f.outlook.app().SetVersion(version);
+    f.outlook.profile().SetVersion(version);
     f.outlook.Start(sim::StartWindows::kExplorer, true);
     std::weak_ptr<ZintraAddinApp> app = f.addin();
     auto job = std::make_shared<PumpingJob>(f.outlook.loop);
@@ -193,7 +193,7 @@ TEST_F(LifecycleTest, OutlookClosingDuringAJobShutsDownWhenTheJobReturns) {
 }
 
 TEST_F(LifecycleTest, AFailedStartLeavesTheAddinInertAndOutlookFree) {
-  outlook.objects.Register("TovuRedemption.TovuRDOSession", nullptr);
+  outlook.objects.Unregister("TovuRedemption.TovuRDOSession");
   outlook.Start(sim::StartWindows::kExplorer, true);
   EXPECT_FALSE(addin());
   EXPECT_FALSE(connect()->HoldsOutlook());

@@ -103,7 +103,7 @@ TEST_F(LingerTest, NeverLoadToolbarsSkipsTheToolbarsBothWays) {
 }
 
 TEST_F(LingerTest, OutlookOlderThan2000GetsTheMessageAndNoAddin) {
-  outlook.app().SetVersion("8.5.5104.6");
+  outlook.profile().SetVersion("8.5.5104.6");
   outlook.Start(sim::StartWindows::kExplorer, true);
   ASSERT_EQ(outlook.msg_box.Shown().size(), 1u);
   EXPECT_EQ(outlook.msg_box.Shown()[0].prompt,

@@ -5,12 +5,12 @@
 
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
+#include "src/outlook/library_factory.h"
 
 namespace zintra {
 namespace {
 
 constexpr char kModName[] = "ZintraAddinApp";
-constexpr int32_t kStrReinstall = 502;  // "Please reinstall this product."
 
 // VB's Val: the number a text starts with ("11.0.0.8312" gives 11.0; "" gives 0).
 double LeadingNumber(const std::string& text) {
@@ -127,15 +127,8 @@ void ZintraAddinApp::ReadSettings() {
 }
 
 std::shared_ptr<AutomationObject> ZintraAddinApp::CreateLibraryObject(const std::string& prog_id) {
-  try {
-    return host_.objects.CreateObject(prog_id);
-  } catch (const ZError& e) {
-    CachedError rec(ZError(e.Number(), "Could not create class: " + prog_id, e.Source()), kModName,
-                    "CreateObject");
-    errors_.LogCachedError(rec);
-    throw ZError(e.Number(), strings_.Load(kStrReinstall) + "\r\n\r\n" + e.Description(),
-                 e.Source());
-  }
+  // The library factory logs the failure and re-raises it with the reinstall advice.
+  return LibraryFactory(host_.objects, errors_, strings_).CreateObject(prog_id);
 }
 
 void ZintraAddinApp::CreateParts() {

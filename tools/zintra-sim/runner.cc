@@ -121,6 +121,11 @@ class World {
       ApplyRegistry(outlook_.registry, scenario_.registry);
     }
     WriteFolderSettings();
+    if (!scenario_.first_run) {
+      // The add-in has run for this user before, so it scans the Inbox at start-up.
+      outlook_.registry.SetDword(kHKeyCurrentUser, kProductKey, "UserFirstRun", 0);
+    }
+    ApplyRegistry(outlook_.registry, scenario_.registry);  // the scenario's own values win
     outlook_.SetAddin([this](const Host& host) {
       return std::make_shared<Connect>(host, errors_, strings_, MakeAddinParts());
     });

@@ -353,8 +353,8 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
                           const std::string& base_dir) {
   JsonSource src(text, file);
   JsonNode root(src, src.Root(), "");
-  root.OnlyKeys({"$schema", "name", "description", "outlook", "start", "log_level", "profile",
-                 "registry", "foldersets", "monitored_folders", "timeline", "expect"});
+  root.OnlyKeys({"$schema", "name", "description", "outlook", "start", "log_level", "first_run",
+                 "profile", "registry", "foldersets", "monitored_folders", "timeline", "expect"});
   Scenario s;
   s.source = file;
   s.base_dir = base_dir;
@@ -370,6 +370,7 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
   }
   if (auto t = root.Get("start")) s.start_time = ReadTime(*t);
   s.log_level = static_cast<int32_t>(root.Int("log_level", 3, 0, 3));
+  s.first_run = root.Bool("first_run", false);
   s.profile = ReadProfile(root.Need("profile"));
   if (auto r = root.Get("registry")) s.registry = ReadRegistry(*r, base_dir);
   if (auto sets = root.Get("foldersets")) {

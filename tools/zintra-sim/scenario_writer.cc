@@ -100,6 +100,7 @@ ordered_json ScenarioJson(const Scenario& s) {
   j["outlook"] = {{"version", s.outlook_version}};
   if (s.start_time != 0) j["start"] = FormatIsoTime(s.start_time);
   if (s.log_level != 3) j["log_level"] = s.log_level;
+  if (s.first_run) j["first_run"] = true;
   j["profile"] = ProfileJson(s.profile);
   if (!s.foldersets.empty()) {
     j["foldersets"] = ordered_json::array();

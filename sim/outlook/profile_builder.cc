@@ -86,18 +86,18 @@ std::shared_ptr<FolderRecord> ProfileBuilder::Folder(const std::string& name, in
 }
 
 std::shared_ptr<MessageRecord> ProfileBuilder::Contact(const std::shared_ptr<FolderRecord>& folder,
-                                                       const ContactSpec& spec) {
+                                                       const ContactSpec& desc) {
   auto m = profile_.NewMessage(ItemClass::kContact, folder);
-  m->props.Set(kPrDisplayName, Value(spec.full_name));
-  m->props.Set(kPrSubject, Value(spec.full_name));
-  for (size_t i = 0; i < spec.emails.size() && i < 3; ++i) {
+  m->props.Set(kPrDisplayName, Value(desc.full_name));
+  m->props.Set(kPrSubject, Value(desc.full_name));
+  for (size_t i = 0; i < desc.emails.size() && i < 3; ++i) {
     MessageProps::SetNamed(*m, named::Email(static_cast<int>(i) + 1), kPtString8,
-                           Value(spec.emails[i]));
+                           Value(desc.emails[i]));
   }
-  if (!spec.categories.empty()) MessageProps::SetCategories(*m, spec.categories);
-  if (spec.sensitivity != kOlNormal) m->props.Set(kPrSensitivity, Value(spec.sensitivity));
-  if (!spec.company.empty()) {
-    MessageProps::SetNamed(*m, named::Companies(), kPtString8, Value(spec.company));
+  if (!desc.categories.empty()) MessageProps::SetCategories(*m, desc.categories);
+  if (desc.sensitivity != kOlNormal) m->props.Set(kPrSensitivity, Value(desc.sensitivity));
+  if (!desc.company.empty()) {
+    MessageProps::SetNamed(*m, named::Companies(), kPtString8, Value(desc.company));
   }
   profile_.SaveMessage(m);
   return m;
@@ -106,35 +106,35 @@ std::shared_ptr<MessageRecord> ProfileBuilder::Contact(const std::shared_ptr<Fol
 void ProfileBuilder::Contacts(const std::shared_ptr<FolderRecord>& folder, int n) {
   folder->messages.reserve(folder->messages.size() + static_cast<size_t>(n));
   for (int i = 1; i <= n; ++i) {
-    ContactSpec spec;
-    spec.full_name = "Contact " + std::to_string(i);
+    ContactSpec desc;
+    desc.full_name = "Contact " + std::to_string(i);
     int addresses = 1 + i % 3;
     for (int a = 1; a <= addresses; ++a) {
-      spec.emails.push_back("contact" + std::to_string(i) + (a > 1 ? "." + std::to_string(a) : "") +
+      desc.emails.push_back("contact" + std::to_string(i) + (a > 1 ? "." + std::to_string(a) : "") +
                             "@company" + std::to_string(i % 97) + ".com");
     }
-    if (i % 5 == 0) spec.categories = "Customers";
-    if (i % 10 == 0) spec.sensitivity = kOlPrivate;
-    Contact(folder, spec);
+    if (i % 5 == 0) desc.categories = "Customers";
+    if (i % 10 == 0) desc.sensitivity = kOlPrivate;
+    Contact(folder, desc);
   }
 }
 
 std::shared_ptr<MessageRecord> ProfileBuilder::NewMail(const std::shared_ptr<FolderRecord>& folder,
-                                                       const MailSpec& spec) {
+                                                       const MailSpec& desc) {
   auto m = profile_.NewMessage(ItemClass::kMail, folder);
-  m->props.Set(kPrSubject, Value(spec.subject));
-  if (!spec.body.empty()) m->props.Set(kPrBody, Value(spec.body));
-  if (!spec.message_class.empty()) m->props.Set(kPrMessageClass, Value(spec.message_class));
-  if (spec.sensitivity != kOlNormal) m->props.Set(kPrSensitivity, Value(spec.sensitivity));
+  m->props.Set(kPrSubject, Value(desc.subject));
+  if (!desc.body.empty()) m->props.Set(kPrBody, Value(desc.body));
+  if (!desc.message_class.empty()) m->props.Set(kPrMessageClass, Value(desc.message_class));
+  if (desc.sensitivity != kOlNormal) m->props.Set(kPrSensitivity, Value(desc.sensitivity));
   return m;
 }
 
-std::shared_ptr<MessageRecord> ProfileBuilder::MailFrom(const Person& sender, const MailSpec& spec,
+std::shared_ptr<MessageRecord> ProfileBuilder::MailFrom(const Person& sender, const MailSpec& desc,
                                                         std::shared_ptr<FolderRecord> folder) {
   if (!folder) folder = Default(kOlFolderInbox);
   if (profile_.FindPerson(sender.smtp) == nullptr) profile_.AddPerson(sender);
-  auto m = NewMail(folder, spec);
-  double when = spec.time != 0 ? spec.time : profile_.Now();
+  auto m = NewMail(folder, desc);
+  double when = desc.time != 0 ? desc.time : profile_.Now();
   m->props.Set(kPrSenderName, Value(sender.name));
   m->props.Set(kPrSenderAddrType, Value(sender.IsExchange() ? "EX" : "SMTP"));
   m->props.Set(kPrSenderEmailAddress, Value(sender.IsExchange() ? sender.ex_dn : sender.smtp));
@@ -148,12 +148,12 @@ std::shared_ptr<MessageRecord> ProfileBuilder::MailFrom(const Person& sender, co
 }
 
 std::shared_ptr<MessageRecord> ProfileBuilder::MailTo(const std::vector<Person>& to,
-                                                      const MailSpec& spec,
+                                                      const MailSpec& desc,
                                                       std::shared_ptr<FolderRecord> folder) {
   if (!folder) folder = Default(kOlFolderSentMail);
-  auto m = NewMail(folder, spec);
+  auto m = NewMail(folder, desc);
   const Person& me = profile_.CurrentUser();
-  double when = spec.time != 0 ? spec.time : profile_.Now();
+  double when = desc.time != 0 ? desc.time : profile_.Now();
   m->props.Set(kPrSenderName, Value(me.name));
   m->props.Set(kPrSenderAddrType, Value(me.IsExchange() ? "EX" : "SMTP"));
   m->props.Set(kPrSenderEmailAddress, Value(me.IsExchange() ? me.ex_dn : me.smtp));
@@ -176,10 +176,10 @@ void ProfileBuilder::Mails(const std::shared_ptr<FolderRecord>& folder, int n) {
     Person sender =
         Smtp("Sender " + std::to_string(i % 500),
              "sender" + std::to_string(i % 500) + "@company" + std::to_string(i % 97) + ".com");
-    MailSpec spec;
-    spec.subject = "Message " + std::to_string(i);
-    spec.time = DateAdd("n", i, start);
-    MailFrom(sender, spec, folder);
+    MailSpec desc;
+    desc.subject = "Message " + std::to_string(i);
+    desc.time = DateAdd("n", i, start);
+    MailFrom(sender, desc, folder);
   }
 }
 

@@ -64,16 +64,16 @@ class ProfileBuilder {
   }
 
   std::shared_ptr<MessageRecord> Contact(const std::shared_ptr<FolderRecord>& folder,
-                                         const ContactSpec& spec);
+                                         const ContactSpec& desc);
   // n contacts "Contact <i>" with one to three addresses contactI@companyJ.com, every
   // fifth in category "Customers", every tenth private. Returns nothing: fast path.
   void Contacts(const std::shared_ptr<FolderRecord>& folder, int n);
 
   // Received mail in the Inbox (or `folder`), sender as given.
-  std::shared_ptr<MessageRecord> MailFrom(const Person& sender, const MailSpec& spec,
+  std::shared_ptr<MessageRecord> MailFrom(const Person& sender, const MailSpec& desc,
                                           std::shared_ptr<FolderRecord> folder = nullptr);
   // Sent mail in Sent Items (or `folder`), from the current user.
-  std::shared_ptr<MessageRecord> MailTo(const std::vector<Person>& to, const MailSpec& spec,
+  std::shared_ptr<MessageRecord> MailTo(const std::vector<Person>& to, const MailSpec& desc,
                                         std::shared_ptr<FolderRecord> folder = nullptr);
   // n received mails with subjects "Message <i>", one minute apart, from n senders.
   void Mails(const std::shared_ptr<FolderRecord>& folder, int n);
@@ -86,7 +86,7 @@ class ProfileBuilder {
 
  private:
   std::shared_ptr<MessageRecord> NewMail(const std::shared_ptr<FolderRecord>& folder,
-                                         const MailSpec& spec);
+                                         const MailSpec& desc);
   Profile& profile_;
   StoreRecord* mailbox_ = nullptr;
 };

@@ -215,22 +215,22 @@ void SimItems::Sort(const std::string& property, bool descending) {
   if (name.size() >= 2 && name.front() == '[' && name.back() == ']') {
     name = name.substr(1, name.size() - 2);
   }
-  SortSpec spec{0, true, descending};
+  SortSpec desc{0, true, descending};
   if (name == "created" || name == "creationtime")
-    spec.tag = kPrCreationTime;
+    desc.tag = kPrCreationTime;
   else if (name == "modified" || name == "lastmodificationtime")
-    spec.tag = kPrLastModificationTime;
+    desc.tag = kPrLastModificationTime;
   else if (name == "received" || name == "receivedtime")
-    spec.tag = kPrMessageDeliveryTime;
+    desc.tag = kPrMessageDeliveryTime;
   else if (name == "sent" || name == "senton")
-    spec.tag = kPrClientSubmitTime;
+    desc.tag = kPrClientSubmitTime;
   else if (name == "subject")
-    spec = SortSpec{kPrSubject, false, descending};
+    desc = SortSpec{kPrSubject, false, descending};
   else if (name == "fullname")
-    spec = SortSpec{kPrDisplayName, false, descending};
+    desc = SortSpec{kPrDisplayName, false, descending};
   else
     throw ZError(kMapiInvalidParameter, "The property \"" + property + "\" cannot be sorted on");
-  sort_ = spec;
+  sort_ = desc;
   materialized_ = false;
   view_.clear();
   cursor_ = -1;

@@ -12,9 +12,9 @@ class ItemsTest : public SimTest {
   // Mails "M1".."Mn" created one hour apart.
   void Fill(int n) {
     for (int i = 1; i <= n; ++i) {
-      MailSpec spec{"M" + std::to_string(i)};
-      spec.time = MakeDate(2026, 1, 1, i, 0, 0);
-      builder.MailFrom(ProfileBuilder::Smtp("Bob", "bob@x.com"), spec);
+      MailSpec desc{"M" + std::to_string(i)};
+      desc.time = MakeDate(2026, 1, 1, i, 0, 0);
+      builder.MailFrom(ProfileBuilder::Smtp("Bob", "bob@x.com"), desc);
     }
   }
   std::shared_ptr<Items> inbox_items = Default(kOlFolderInbox)->Items();

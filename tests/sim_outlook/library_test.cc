@@ -14,9 +14,9 @@ class TableTest : public SimTest {
  protected:
   TableTest() {
     for (int i = 1; i <= 7; ++i) {
-      ContactSpec spec{"C" + std::to_string(i)};
-      if (i % 2) spec.emails = {"c" + std::to_string(i) + "@x.com"};
-      builder.Contact(customers, spec);
+      ContactSpec desc{"C" + std::to_string(i)};
+      if (i % 2) desc.emails = {"c" + std::to_string(i) + "@x.com"};
+      builder.Contact(customers, desc);
     }
     table.SetItem(F(customers));
     email1 =

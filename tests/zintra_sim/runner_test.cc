@@ -87,7 +87,7 @@ TEST_F(RunnerTest, FailedExpectationsAreNamedWithTheirLine) {
   EXPECT_FALSE(r.expectations[1].met);
   EXPECT_THAT(DescribeOutcome(r.expectations[1]),
               HasSubstr("item 'old': Zintra Logged is '', expected 'True'"));
-  EXPECT_EQ(r.expectations[1].spec.source_line, r.expectations[0].spec.source_line + 1);
+  EXPECT_EQ(r.expectations[1].desc.source_line, r.expectations[0].desc.source_line + 1);
   EXPECT_TRUE(r.expectations[2].met);
   EXPECT_TRUE(r.expectations[3].met);
 }

@@ -93,17 +93,17 @@ ExpectationOutcome Check(const ExpectSpec& e, const ProfileLoader& loader, const
 
 }  // namespace
 
-std::vector<ExpectationOutcome> CheckExpectations(const std::vector<ExpectSpec>& specs,
+std::vector<ExpectationOutcome> CheckExpectations(const std::vector<ExpectSpec>& descs,
                                                   const sim::Profile& /*profile*/,
                                                   const ProfileLoader& loader,
                                                   const RunResult& result) {
   std::vector<ExpectationOutcome> out;
-  for (const ExpectSpec& e : specs) out.push_back(Check(e, loader, result));
+  for (const ExpectSpec& e : descs) out.push_back(Check(e, loader, result));
   return out;
 }
 
 std::string DescribeOutcome(const ExpectationOutcome& o) {
-  return (o.spec.source_line > 0 ? "line " + std::to_string(o.spec.source_line) + ": " : "") +
+  return (o.desc.source_line > 0 ? "line " + std::to_string(o.desc.source_line) + ": " : "") +
          o.detail;
 }
 

@@ -11,7 +11,7 @@
 
 namespace zintra::simtool {
 
-std::vector<ExpectationOutcome> CheckExpectations(const std::vector<ExpectSpec>& specs,
+std::vector<ExpectationOutcome> CheckExpectations(const std::vector<ExpectSpec>& descs,
                                                   const sim::Profile& profile,
                                                   const ProfileLoader& loader,
                                                   const RunResult& result);

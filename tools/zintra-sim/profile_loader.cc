@@ -38,14 +38,14 @@ sim::Person ProfileLoader::PersonOf(const PersonSpec& p) const {
   return person;
 }
 
-void ProfileLoader::Load(const ProfileSpec& spec, const std::string& outlook_version) {
+void ProfileLoader::Load(const ProfileSpec& desc, const std::string& outlook_version) {
   profile_.SetVersion(outlook_version);
-  for (const PersonSpec& p : spec.directory) profile_.AddPerson(PersonOf(p));
-  for (const StoreSpec& store : spec.stores) {
+  for (const PersonSpec& p : desc.directory) profile_.AddPerson(PersonOf(p));
+  for (const StoreSpec& store : desc.stores) {
     std::shared_ptr<sim::FolderRecord> root;
     switch (store.kind) {
       case StoreKind::kMailbox:
-        root = builder_.Mailbox(PersonOf(spec.user));
+        root = builder_.Mailbox(PersonOf(desc.user));
         if (!store.name.empty()) root->store->name = store.name;
         break;
       case StoreKind::kPersonal:
@@ -64,42 +64,42 @@ void ProfileLoader::Load(const ProfileSpec& spec, const std::string& outlook_ver
   links_.clear();
 }
 
-void ProfileLoader::LoadFolder(const FolderSpec& spec,
+void ProfileLoader::LoadFolder(const FolderSpec& desc,
                                const std::shared_ptr<sim::FolderRecord>& parent,
                                bool top_of_mailbox) {
-  std::shared_ptr<sim::FolderRecord> folder = top_of_mailbox ? Child(*parent, spec.name) : nullptr;
-  if (!folder) folder = profile_.AddFolder(parent, spec.name, spec.item_type);
-  folder->messages.reserve(folder->messages.size() + spec.items.size());
-  for (const ItemSpec& item : spec.items) AddItem(item, folder);
-  for (const FolderSpec& sub : spec.folders) LoadFolder(sub, folder, false);
+  std::shared_ptr<sim::FolderRecord> folder = top_of_mailbox ? Child(*parent, desc.name) : nullptr;
+  if (!folder) folder = profile_.AddFolder(parent, desc.name, desc.item_type);
+  folder->messages.reserve(folder->messages.size() + desc.items.size());
+  for (const ItemSpec& item : desc.items) AddItem(item, folder);
+  for (const FolderSpec& sub : desc.folders) LoadFolder(sub, folder, false);
 }
 
-void ProfileLoader::Fill(sim::MessageRecord& m, const ItemSpec& spec) {
+void ProfileLoader::Fill(sim::MessageRecord& m, const ItemSpec& desc) {
   using sim::MessageProps;
   namespace named = sim::named;
-  if (!spec.message_class.empty()) m.props.Set(kPrMessageClass, Value(spec.message_class));
-  if (spec.item_class == ItemClass::kContact) {
-    std::string name = spec.full_name.empty() ? spec.subject : spec.full_name;
+  if (!desc.message_class.empty()) m.props.Set(kPrMessageClass, Value(desc.message_class));
+  if (desc.item_class == ItemClass::kContact) {
+    std::string name = desc.full_name.empty() ? desc.subject : desc.full_name;
     m.props.Set(kPrDisplayName, Value(name));
     m.props.Set(kPrSubject, Value(name));
-    for (size_t i = 0; i < spec.emails.size() && i < 3; ++i) {
+    for (size_t i = 0; i < desc.emails.size() && i < 3; ++i) {
       MessageProps::SetNamed(m, named::Email(static_cast<int>(i) + 1), kPtString8,
-                             Value(spec.emails[i]));
+                             Value(desc.emails[i]));
     }
-    if (!spec.company.empty()) {
-      MessageProps::SetNamed(m, named::Companies(), kPtString8, Value(spec.company));
+    if (!desc.company.empty()) {
+      MessageProps::SetNamed(m, named::Companies(), kPtString8, Value(desc.company));
     }
   } else {
-    m.props.Set(spec.item_class == ItemClass::kNote ? kPrBody : kPrSubject, Value(spec.subject));
+    m.props.Set(desc.item_class == ItemClass::kNote ? kPrBody : kPrSubject, Value(desc.subject));
   }
-  if (!spec.body.empty() && spec.item_class != ItemClass::kNote) {
-    m.props.Set(kPrBody, Value(spec.body));
+  if (!desc.body.empty() && desc.item_class != ItemClass::kNote) {
+    m.props.Set(kPrBody, Value(desc.body));
   }
-  if (!spec.categories.empty()) MessageProps::SetCategories(m, spec.categories);
-  if (spec.sensitivity != kOlNormal) m.props.Set(kPrSensitivity, Value(spec.sensitivity));
-  double when = spec.time != kUnsetDate ? spec.time : profile_.Now();
-  if (spec.from) {
-    sim::Person s = PersonOf(*spec.from);
+  if (!desc.categories.empty()) MessageProps::SetCategories(m, desc.categories);
+  if (desc.sensitivity != kOlNormal) m.props.Set(kPrSensitivity, Value(desc.sensitivity));
+  double when = desc.time != kUnsetDate ? desc.time : profile_.Now();
+  if (desc.from) {
+    sim::Person s = PersonOf(*desc.from);
     m.props.Set(kPrSenderName, Value(s.name));
     m.props.Set(kPrSenderAddrType, Value(s.IsExchange() ? "EX" : "SMTP"));
     m.props.Set(kPrSenderEmailAddress, Value(s.IsExchange() ? s.ex_dn : s.smtp));
@@ -109,16 +109,16 @@ void ProfileLoader::Fill(sim::MessageRecord& m, const ItemSpec& spec) {
   }
   m.props.Set(kPrCreationTime, Value::Date(when));
   for (const auto& [list, type] :
-       {std::pair{&spec.to, kOlTo}, std::pair{&spec.cc, kOlCC}, std::pair{&spec.bcc, kOlBCC}}) {
+       {std::pair{&desc.to, kOlTo}, std::pair{&desc.cc, kOlCC}, std::pair{&desc.bcc, kOlBCC}}) {
     for (const PersonSpec& p : *list) m.recipients.push_back(Recipient(PersonOf(p), type));
   }
-  for (const AttachmentSpec& a : spec.attachments) {
+  for (const AttachmentSpec& a : desc.attachments) {
     sim::AttachmentRecord r;
     r.display_name = a.name;
     r.file_name = a.name;
     m.attachments.push_back(std::move(r));
   }
-  for (const auto& [name, value] : spec.properties) {
+  for (const auto& [name, value] : desc.properties) {
     bool yes_no = text::EqualsNoCase(value, "true") || text::EqualsNoCase(value, "false");
     int32_t type = yes_no ? kOlYesNo : kOlText;
     m.user_props.push_back({name, type});
@@ -128,19 +128,19 @@ void ProfileLoader::Fill(sim::MessageRecord& m, const ItemSpec& spec) {
 }
 
 std::shared_ptr<sim::MessageRecord> ProfileLoader::NewItem(
-    const ItemSpec& spec, const std::shared_ptr<sim::FolderRecord>& home) {
-  auto m = profile_.NewMessage(spec.item_class, home);
+    const ItemSpec& desc, const std::shared_ptr<sim::FolderRecord>& home) {
+  auto m = profile_.NewMessage(desc.item_class, home);
   made_.insert(m.get());
-  Fill(*m, spec);
-  if (!spec.id.empty()) Remember(spec.id, m);
+  Fill(*m, desc);
+  if (!desc.id.empty()) Remember(desc.id, m);
   return m;
 }
 
 std::shared_ptr<sim::MessageRecord> ProfileLoader::AddItem(
-    const ItemSpec& spec, const std::shared_ptr<sim::FolderRecord>& folder) {
-  auto m = NewItem(spec, folder);
+    const ItemSpec& desc, const std::shared_ptr<sim::FolderRecord>& folder) {
+  auto m = NewItem(desc, folder);
   profile_.SaveMessage(m);
-  if (!spec.links.empty()) links_.emplace_back(m, spec.links);
+  if (!desc.links.empty()) links_.emplace_back(m, desc.links);
   return m;
 }
 

@@ -22,13 +22,13 @@ class ProfileLoader {
  public:
   explicit ProfileLoader(sim::Profile& profile) : profile_(profile), builder_(profile) {}
 
-  void Load(const ProfileSpec& spec, const std::string& outlook_version);
+  void Load(const ProfileSpec& desc, const std::string& outlook_version);
 
   // A stored item in `folder` (kind-appropriate fields only; links to known ids).
-  std::shared_ptr<sim::MessageRecord> AddItem(const ItemSpec& spec,
+  std::shared_ptr<sim::MessageRecord> AddItem(const ItemSpec& desc,
                                               const std::shared_ptr<sim::FolderRecord>& folder);
   // An unsaved item whose first Save stores it in `home`.
-  std::shared_ptr<sim::MessageRecord> NewItem(const ItemSpec& spec,
+  std::shared_ptr<sim::MessageRecord> NewItem(const ItemSpec& desc,
                                               const std::shared_ptr<sim::FolderRecord>& home);
   void Link(const std::shared_ptr<sim::MessageRecord>& item, const std::string& id);
 
@@ -46,9 +46,9 @@ class ProfileLoader {
   static std::string PathOf(const sim::FolderRecord& folder);
 
  private:
-  void LoadFolder(const FolderSpec& spec, const std::shared_ptr<sim::FolderRecord>& parent,
+  void LoadFolder(const FolderSpec& desc, const std::shared_ptr<sim::FolderRecord>& parent,
                   bool top_of_mailbox);
-  void Fill(sim::MessageRecord& m, const ItemSpec& spec);
+  void Fill(sim::MessageRecord& m, const ItemSpec& desc);
   sim::Person PersonOf(const PersonSpec& p) const;
 
   sim::Profile& profile_;

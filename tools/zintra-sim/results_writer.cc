@@ -99,7 +99,7 @@ ordered_json ReportJson(const Scenario& scenario, const RunResult& result) {
   ordered_json ex = ordered_json::array();
   for (const auto& o : result.expectations) {
     ordered_json e;
-    e["line"] = o.spec.source_line;
+    e["line"] = o.desc.source_line;
     e["met"] = o.met;
     e["detail"] = o.detail;
     ex.push_back(e);

@@ -46,8 +46,8 @@ std::pair<HKey, std::string> SplitKey(const std::string& key) {
   return {h, path};
 }
 
-void ApplyRegistry(sim::MemoryRegistry& registry, const RegistrySpec& spec) {
-  for (const std::string& file : spec.reg_files) {
+void ApplyRegistry(sim::MemoryRegistry& registry, const RegistrySpec& desc) {
+  for (const std::string& file : desc.reg_files) {
     try {
       sim::RegFile::Import(registry, ReadWholeFile(file), file);
     } catch (const sim::RegFileError& e) {
@@ -58,7 +58,7 @@ void ApplyRegistry(sim::MemoryRegistry& registry, const RegistrySpec& spec) {
                        colon == std::string::npos ? what : what.substr(colon + 2));
     }
   }
-  for (const RegValueSpec& v : spec.values) {
+  for (const RegValueSpec& v : desc.values) {
     auto [hive, path] = SplitKey(v.key);
     if (v.type == RegType::kDword) {
       registry.SetDword(hive, path, v.name, v.dword);
@@ -78,11 +78,11 @@ void ApplyRegistry(sim::MemoryRegistry& registry, const RegistrySpec& spec) {
   }
 }
 
-bool SetsLogLevel(const RegistrySpec& spec) {
-  for (const RegValueSpec& v : spec.values) {
+bool SetsLogLevel(const RegistrySpec& desc) {
+  for (const RegValueSpec& v : desc.values) {
     if (text::EqualsNoCase(v.name, "LogLevel")) return true;
   }
-  return !spec.reg_files.empty();  // a settings file may set it; it wins
+  return !desc.reg_files.empty();  // a settings file may set it; it wins
 }
 
 double Seconds(Clock_::time_point since) {

@@ -27,7 +27,7 @@ struct RunOptions {
 };
 
 struct ExpectationOutcome {
-  ExpectSpec spec;
+  ExpectSpec desc;
   bool met = false;
   std::string detail;  // what was found
 };

@@ -164,8 +164,8 @@ struct Scenario {
   std::string source;    // file it came from ("" when made in code)
   std::string base_dir;  // relative paths resolve here
   std::string outlook_version = "11.0.0.8312";
-  double start_time = 0;  // 0: 5 January 2026 09:00
-  int32_t log_level = 3;  // the add-in's LogLevel unless the registry sets one
+  double start_time = 0;   // 0: 5 January 2026 09:00
+  int32_t log_level = 3;   // the add-in's LogLevel unless the registry sets one
   bool first_run = false;  // the user's first run of the add-in (no start-up scan)
   ProfileSpec profile;
   RegistrySpec registry;

@@ -4,6 +4,8 @@
 // object that ties them together the way ZintraAddinApp does.
 #pragma once
 
+#include "src/addin/errors_job_log.h"
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -70,18 +72,7 @@ class LineRecorder : public ErrorLogStore, public ErrorLogFactory {
 };
 
 // The job engine's log written through the error handling, as the add-in does it.
-class ErrorsLog : public JobLog {
- public:
-  explicit ErrorsLog(ErrorHandling& errors) : errors_(errors) {}
-  void WriteLogMessage(const std::string& text, bool warning) override {
-    errors_.WriteLogMessage(text, warning);
-  }
-  void LogWarning(const std::string& text) override { errors_.LogWarning(text); }
-  void LogCachedError(const CachedError& rec) override { errors_.LogCachedError(rec); }
-
- private:
-  ErrorHandling& errors_;
-};
+using ErrorsLog = ErrorsJobLog;
 
 class LoggingEnv;
 

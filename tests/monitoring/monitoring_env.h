@@ -5,6 +5,8 @@
 // does for its monitoring part. Also used by the folder-scan benchmark.
 #pragma once
 
+#include "src/addin/errors_job_log.h"
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -71,18 +73,8 @@ class LineRecorder : public ErrorLogStore, public ErrorLogFactory {
   std::string path_;
 };
 
-class ErrorsLog : public JobLog {
- public:
-  explicit ErrorsLog(ErrorHandling& errors) : errors_(errors) {}
-  void WriteLogMessage(const std::string& text, bool warning) override {
-    errors_.WriteLogMessage(text, warning);
-  }
-  void LogWarning(const std::string& text) override { errors_.LogWarning(text); }
-  void LogCachedError(const CachedError& rec) override { errors_.LogCachedError(rec); }
-
- private:
-  ErrorHandling& errors_;
-};
+// The job engine's log written through the error handling, as the add-in does it.
+using ErrorsLog = ErrorsJobLog;
 
 class MonitoringEnv;
 

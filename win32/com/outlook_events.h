@@ -1,0 +1,51 @@
+// The source interfaces and DISPIDs of the object-model events the add-in listens to.
+// The Windows adapters advise IDispatch sinks on these connection points, and the COM
+// test host fires them, so both sides read them from here.
+#pragma once
+
+#include "win32/com/windows_api.h"
+
+namespace zintra::win32::outlook_events {
+
+// {0006302C-0000-0000-C000-000000000046}
+inline constexpr IID kApplicationEvents11 = {
+    0x0006302C, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr DISPID kItemSend = 0xF002;  // (Item, Cancel&)
+inline constexpr DISPID kNewMail = 0xF003;
+inline constexpr DISPID kOptionsPagesAdd = 0xF005;  // (Pages)
+inline constexpr DISPID kStartup = 0xF006;
+inline constexpr DISPID kQuit = 0xF007;
+
+// {00063077-0000-0000-C000-000000000046}
+inline constexpr IID kItemsEvents = {
+    0x00063077, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr DISPID kItemAdd = 0xF001;     // (Item)
+inline constexpr DISPID kItemChange = 0xF002;  // (Item)
+inline constexpr DISPID kItemRemove = 0xF003;
+
+// {00063078-0000-0000-C000-000000000046}
+inline constexpr IID kExplorersEvents = {
+    0x00063078, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr DISPID kNewExplorer = 0xF001;  // (Explorer)
+
+// {00063079-0000-0000-C000-000000000046}
+inline constexpr IID kInspectorsEvents = {
+    0x00063079, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr DISPID kNewInspector = 0xF001;  // (Inspector)
+
+// {0006300F-0000-0000-C000-000000000046}
+inline constexpr IID kExplorerEvents10 = {
+    0x0006300F, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr DISPID kExplorerClose = 0xF008;
+
+// {0006307D-0000-0000-C000-000000000046}
+inline constexpr IID kInspectorEvents10 = {
+    0x0006307D, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr DISPID kInspectorClose = 0xF008;
+
+// {0006302B-0000-0000-C000-000000000046}
+inline constexpr IID kItemEvents10 = {
+    0x0006302B, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr DISPID kItemClose = 0xF004;  // (Cancel&)
+
+}  // namespace zintra::win32::outlook_events

@@ -32,3 +32,12 @@ function(zintra_test name)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
     PROPERTIES ENVIRONMENT "ZINTRA_SHARED_DIR=${PROJECT_SOURCE_DIR}/../shared")
 endfunction()
+
+# zintra_wine_test(NAME DEPS...): a GoogleTest program for Windows of every .cc in the
+# calling folder; tools/test-windows.sh runs it under Wine.
+function(zintra_wine_test name)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cc)
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE ${ARGN} gmock gtest_main)
+  zintra_warnings(${name})
+endfunction()

@@ -1,10 +1,15 @@
 #!/usr/bin/env bash
-# Builds and runs the whole suite under each preset given (default: default and asan).
+# Builds and runs the whole suite under each preset given (default: default, asan and
+# win64-mingw; the last cross-builds the Windows host and runs its tests under Wine).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 presets=("$@")
-[ ${#presets[@]} -gt 0 ] || presets=(default asan)
+[ ${#presets[@]} -gt 0 ] || presets=(default asan win64-mingw)
 for preset in "${presets[@]}"; do
+  if [ "$preset" = win64-mingw ]; then
+    bash tools/test-windows.sh
+    continue
+  fi
   echo "== preset $preset =="
   cmake --preset "$preset" >/dev/null
   cmake --build --preset "$preset" -j "$(nproc)"

@@ -3,6 +3,10 @@
 // handler may connect or disconnect others (or itself) or destroy the event while
 // it runs: handlers disconnected during the raise are not called afterwards, and
 // handlers connected during it are first called on the next raise.
+//
+// A source that must subscribe upstream to raise the event (a platform adapter) may
+// watch it: the watcher hears true before the first handler is added and false after
+// the last one is removed. A watcher that throws on true fails that Connect.
 #pragma once
 
 #include <algorithm>
@@ -46,8 +50,10 @@ class Event {
   Event() = default;
   Event(const Event&) = delete;
   Event& operator=(const Event&) = delete;
+  ~Event() { state_->watch = nullptr; }  // a raise in progress may outlive the event
 
   [[nodiscard]] Connection Connect(Handler handler) {
+    if (state_->slots.empty() && state_->watch) state_->watch(true);
     auto slot = std::make_shared<Slot>(Slot{std::move(handler), true});
     state_->slots.push_back(slot);
     std::weak_ptr<State> weak_state = state_;
@@ -59,6 +65,7 @@ class Event {
       dead->alive = false;
       auto& slots = state->slots;
       slots.erase(std::remove(slots.begin(), slots.end(), dead), slots.end());
+      if (slots.empty() && state->watch) state->watch(false);
     });
   }
 
@@ -74,6 +81,9 @@ class Event {
 
   size_t HandlerCount() const { return state_->slots.size(); }
 
+  // Replaces the watcher (see above); an empty function stops watching.
+  void Watch(std::function<void(bool has_handlers)> watch) { state_->watch = std::move(watch); }
+
  private:
   struct Slot {
     Handler handler;
@@ -81,6 +91,7 @@ class Event {
   };
   struct State {
     std::vector<std::shared_ptr<Slot>> slots;
+    std::function<void(bool)> watch;
   };
   std::shared_ptr<State> state_ = std::make_shared<State>();
 };

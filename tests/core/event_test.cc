@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <stdexcept>
+#include <vector>
 
 namespace zintra {
 namespace {
@@ -68,6 +70,36 @@ TEST(EventTest, MovedConnectionStillOwnsTheSubscription) {
   }
   ev.Raise();
   EXPECT_EQ(n, 1);
+}
+
+TEST(EventWatchTest, TheWatcherHearsTheFirstHandlerAndTheLastOneLeaving) {
+  std::vector<bool> heard;
+  Event<int> event;
+  event.Watch([&](bool on) { heard.push_back(on); });
+  Connection first = event.Connect([](int) {});
+  Connection second = event.Connect([](int) {});
+  first.Disconnect();
+  EXPECT_EQ(heard, std::vector<bool>{true});
+  second.Disconnect();
+  EXPECT_EQ(heard, (std::vector<bool>{true, false}));
+  // A watcher that refuses fails the Connect and leaves no handler behind.
+  event.Watch([](bool on) {
+    if (on) throw std::runtime_error("no events here");
+  });
+  EXPECT_THROW((void)event.Connect([](int) {}), std::runtime_error);
+  EXPECT_EQ(event.HandlerCount(), 0u);
+}
+
+TEST(EventWatchTest, AConnectionOutlivingItsEventCallsNoWatcher) {
+  int calls = 0;
+  Connection kept;
+  {
+    Event<> event;
+    event.Watch([&](bool) { ++calls; });
+    kept = event.Connect([] {});
+  }
+  kept.Disconnect();
+  EXPECT_EQ(calls, 1);
 }
 
 }  // namespace

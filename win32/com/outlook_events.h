@@ -37,6 +37,10 @@ inline constexpr DISPID kNewInspector = 0xF001;  // (Inspector)
 inline constexpr IID kExplorerEvents10 = {
     0x0006300F, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 inline constexpr DISPID kExplorerClose = 0xF008;
+// Explorer and inspector windows share these numbers.
+inline constexpr DISPID kWindowActivate = 0xF001;
+inline constexpr DISPID kWindowDeactivate = 0xF006;
+inline constexpr DISPID kExplorerSelectionChange = 0xF007;
 
 // {0006307D-0000-0000-C000-000000000046}
 inline constexpr IID kInspectorEvents10 = {
@@ -47,5 +51,22 @@ inline constexpr DISPID kInspectorClose = 0xF008;
 inline constexpr IID kItemEvents10 = {
     0x0006302B, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 inline constexpr DISPID kItemClose = 0xF004;  // (Cancel&)
+
+// {0006308C-0000-0000-C000-000000000046}
+inline constexpr IID kNameSpaceEvents = {
+    0x0006308C, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr DISPID kNameSpaceOptionsPagesAdd = 0xF005;  // (Pages, Folder)
+
+// {000C0351-0000-0000-C000-000000000046}: a command bar button's events.
+inline constexpr IID kCommandBarButtonEvents = {
+    0x000C0351, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr DISPID kButtonClick = 1;  // (Ctrl, CancelDefault&)
+
+// The MAPI library's utility object {6F8B3D21-4C7A-4E52-A1D9-3B0E5C7F9A12}. Adapters
+// ask the object for its default source interface first and use this one only when
+// it does not say.
+inline constexpr IID kMapiUtilsEvents = {
+    0x6F8B3D21, 0x4C7A, 0x4E52, {0xA1, 0xD9, 0x3B, 0x0E, 0x5C, 0x7F, 0x9A, 0x12}};
+inline constexpr DISPID kMapiUtilsNewMail = 1;  // (EntryID)
 
 }  // namespace zintra::win32::outlook_events

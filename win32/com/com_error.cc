@@ -7,10 +7,21 @@
 
 namespace zintra::win32 {
 
+namespace {
+
+// Automation servers (Word among them) raise their run-time errors as FACILITY_CONTROL
+// codes; late binding reads the number in the low word.
+int32_t RunTimeNumber(HRESULT hr) {
+  if (FAILED(hr) && HRESULT_FACILITY(hr) == FACILITY_CONTROL) return HRESULT_CODE(hr);
+  return static_cast<int32_t>(hr);
+}
+
+}  // namespace
+
 int32_t ErrorNumberOf(HRESULT hr, const EXCEPINFO* info) {
   if (hr == DISP_E_EXCEPTION && info) {
     if (info->wCode != 0) return info->wCode;
-    if (info->scode != 0) return static_cast<int32_t>(info->scode);
+    if (info->scode != 0) return RunTimeNumber(info->scode);
   }
   switch (hr) {
     case DISP_E_UNKNOWNNAME:
@@ -32,7 +43,7 @@ int32_t ErrorNumberOf(HRESULT hr, const EXCEPINFO* info) {
     case CLASS_E_CLASSNOTAVAILABLE:
       return kErrCannotCreateObject;
     default:
-      return static_cast<int32_t>(hr);
+      return RunTimeNumber(hr);
   }
 }
 

@@ -69,4 +69,14 @@ inline constexpr IID kMapiUtilsEvents = {
     0x6F8B3D21, 0x4C7A, 0x4E52, {0xA1, 0xD9, 0x3B, 0x0E, 0x5C, 0x7F, 0x9A, 0x12}};
 inline constexpr DISPID kMapiUtilsNewMail = 1;  // (EntryID)
 
+// The toolbar library's helper {3C5E7A90-2B4D-4F61-8E17-9A0B1C2D3E4F}, likewise asked
+// for its default source interface first.
+inline constexpr IID kToolbarHelperEvents = {
+    0x3C5E7A90, 0x2B4D, 0x4F61, {0x8E, 0x17, 0x9A, 0x0B, 0x1C, 0x2D, 0x3E, 0x4F}};
+inline constexpr DISPID kBarCreated = 1;      // (Bar)
+inline constexpr DISPID kControlCreated = 2;  // (Control)
+inline constexpr DISPID kUpdateBar = 3;       // (Bar)
+inline constexpr DISPID kUpdateControl = 4;   // (Control)
+inline constexpr DISPID kButtonClicked = 5;   // (Control, Window)
+
 }  // namespace zintra::win32::outlook_events

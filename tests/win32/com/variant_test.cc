@@ -73,6 +73,11 @@ TEST(ComErrorTest, ErrorsRoundTripThroughExcepInfo) {
   }
   EXPECT_EQ(ErrorNumberOf(DISP_E_UNKNOWNNAME, nullptr), kErrNoSuchMember);
   EXPECT_EQ(ErrorNumberOf(REGDB_E_CLASSNOTREG, nullptr), kErrCannotCreateObject);
+  // A server's run-time error as a FACILITY_CONTROL code reads as its number.
+  EXCEPINFO word{};
+  word.scode = static_cast<SCODE>(0x800A16C1u);  // 5825
+  EXPECT_EQ(ErrorNumberOf(DISP_E_EXCEPTION, &word), 5825);
+  EXPECT_EQ(ErrorNumberOf(static_cast<HRESULT>(0x800A1436u), nullptr), 5174);
 }
 
 TEST(ComErrorTest, GuardCallStopsEveryException) {

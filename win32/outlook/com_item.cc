@@ -1,0 +1,115 @@
+#include "win32/outlook/com_item.h"
+
+#include "win32/com/outlook_events.h"
+#include "win32/outlook/wrap.h"
+
+namespace zintra::win32 {
+
+std::string ItemTypeName(ItemClass item_class) {
+  switch (item_class) {
+    case ItemClass::kAppointment:
+      return "AppointmentItem";
+    case ItemClass::kContact:
+      return "ContactItem";
+    case ItemClass::kDocument:
+      return "DocumentItem";
+    case ItemClass::kJournal:
+      return "JournalItem";
+    case ItemClass::kMail:
+      return "MailItem";
+    case ItemClass::kNote:
+      return "NoteItem";
+    case ItemClass::kPost:
+      return "PostItem";
+    case ItemClass::kReport:
+      return "ReportItem";
+    case ItemClass::kRemote:
+      return "RemoteItem";
+    case ItemClass::kTask:
+      return "TaskItem";
+    case ItemClass::kTaskRequest:
+      return "TaskRequestItem";
+    case ItemClass::kTaskRequestUpdate:
+      return "TaskRequestUpdateItem";
+    case ItemClass::kTaskRequestAccept:
+      return "TaskRequestAcceptItem";
+    case ItemClass::kTaskRequestDecline:
+      return "TaskRequestDeclineItem";
+    case ItemClass::kMeeting:
+      return "MeetingItem";
+    case ItemClass::kDistList:
+      return "DistListItem";
+    case ItemClass::kSharing:
+      return "SharingItem";
+  }
+  return "Object";
+}
+
+namespace {
+
+// The kind decides the type name, so every item of a kind shares one DISPID table;
+// Class itself has one number on every kind of item.
+ItemClass ClassOf(const ComPtr<IDispatch>& object) {
+  DispatchClient probe(object, "Item");
+  return static_cast<ItemClass>(probe.GetValue("Class").ToLong());
+}
+
+}  // namespace
+
+ComItem::ComItem(const ComPtr<IDispatch>& object) : ComItem(object, ClassOf(object)) {}
+
+ComItem::ComItem(const ComPtr<IDispatch>& object, ItemClass item_class)
+    : ComAdapter(DispatchClient(object, ItemTypeName(item_class))),
+      class_(item_class),
+      events_(
+          client_, outlook_events::kItemEvents10,
+          [this](DISPID id, const EventArgs& args) { OnEvent(id, args); }, "Item.Close") {
+  events_.Watch(CloseEvent);
+}
+
+void ComItem::OnEvent(DISPID id, const EventArgs& args) {
+  if (id != outlook_events::kItemClose) return;
+  bool cancel = args.Count() > 0 && args.BoolAt(0);
+  CloseEvent.Raise(cancel);
+  if (args.Count() > 0) args.SetBoolAt(0, cancel);
+}
+
+std::shared_ptr<zintra::Folder> ComItem::Parent() {
+  // An item's parent is a folder; anything else (an attachment's item) reads as none.
+  return std::dynamic_pointer_cast<zintra::Folder>(WrapAny(ObjectMember("Parent")));
+}
+
+std::shared_ptr<zintra::UserProperties> ComItem::UserProperties() {
+  return Wrap<zintra::UserProperties>(ObjectMember("UserProperties"));
+}
+std::shared_ptr<zintra::Links> ComItem::Links() {
+  return Wrap<zintra::Links>(ObjectMember("Links"));
+}
+std::shared_ptr<zintra::Recipients> ComItem::Recipients() {
+  return Wrap<zintra::Recipients>(ObjectMember("Recipients"));
+}
+std::shared_ptr<zintra::Attachments> ComItem::Attachments() {
+  return Wrap<zintra::Attachments>(ObjectMember("Attachments"));
+}
+
+std::shared_ptr<Item> ComItem::Copy() { return Wrap<Item>(client_.Call("Copy")); }
+
+std::shared_ptr<Item> ComItem::Move(const std::shared_ptr<zintra::Folder>& folder) {
+  return Wrap<Item>(client_.Call("Move", {ObjectArg(folder, "Item.Move")}));
+}
+
+std::shared_ptr<Inspector> ComItem::GetInspector() {
+  return Wrap<Inspector>(ObjectMember("GetInspector"));
+}
+
+std::shared_ptr<MapiObject> ComItem::MAPIOBJECT() {
+  return MapiObjectOf(client_.Get("MAPIOBJECT"));
+}
+
+template <>
+std::shared_ptr<Item> Wrap<Item>(const ComPtr<IDispatch>& object) {
+  if (!object) return nullptr;
+  return std::make_shared<ComItem>(object);
+}
+
+}  // namespace zintra::win32

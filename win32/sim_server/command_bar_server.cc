@@ -1,0 +1,99 @@
+// Members of the command bars of Outlook's windows.
+#include "win32/sim_server/server_members.h"
+
+namespace zintra::win32 {
+namespace {
+
+// {000C0351-0000-0000-C000-000000000046}: _CommandBarButtonEvents.
+constexpr IID kCommandBarButtonEvents = {
+    0x000C0351, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+constexpr DISPID kButtonClick = 1;  // (Ctrl, CancelDefault&)
+
+}  // namespace
+
+void AddCommandBars(DispatchObject& d, const std::shared_ptr<CommandBars>& p) {
+  d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
+  d.Member("Item", [p](const DispatchArgs& a) {
+    Value key = a.Get(0);
+    if (key.Type() == ValueType::kString) return ServeVariant(p->Item(key.ToString()));
+    return ServeVariant(p->Item(key.ToLong()));
+  });
+  d.Member("Add", [p](const DispatchArgs& a) {
+    return ServeVariant(p->Add(a.Text(0), a.Long(1, kMsoBarTop), a.Bool(4, true)));
+  });
+  d.Member("FindControl", [p](const DispatchArgs& a) {
+    return ServeVariant(
+        p->FindControl(a.Long(0, 0), a.Long(1, 0), a.Text(2, ""), a.Bool(3, false)));
+  });
+}
+
+void AddCommandBar(DispatchObject& d, const std::shared_ptr<CommandBar>& p) {
+  d.Member("Name", [p](const DispatchArgs&) { return Ret(p->Name()); });
+  d.Member(
+      "Position", [p](const DispatchArgs&) { return Ret(p->Position()); },
+      [p](const DispatchArgs& a) { p->SetPosition(a.PutAsValue().ToLong()); });
+  d.Member(
+      "Visible", [p](const DispatchArgs&) { return Ret(p->Visible()); },
+      [p](const DispatchArgs& a) { p->SetVisible(a.PutAsValue().ToBool()); });
+  d.Member("Controls", [p](const DispatchArgs&) { return ServeVariant(p->Controls()); });
+  d.Member("FindControl", [p](const DispatchArgs& a) {
+    return ServeVariant(p->FindControl(a.Long(0, 0), a.Long(1, 0), a.Text(2, ""), a.Bool(3, false),
+                                       a.Bool(4, false)));
+  });
+  d.Member("Delete", [p](const DispatchArgs&) {
+    p->Delete();
+    return Nothing();
+  });
+  d.Member("Parent", [p](const DispatchArgs&) { return ServeVariant(p->Parent()); });
+}
+
+void AddCommandBarControls(DispatchObject& d, const std::shared_ptr<CommandBarControls>& p) {
+  d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
+  d.Member("Item", [p](const DispatchArgs& a) { return ServeVariant(p->Item(a.Long(0))); });
+  d.Member("Add", [p](const DispatchArgs& a) {
+    return ServeVariant(
+        p->Add(a.Long(0, kMsoControlButton), a.Long(1, 1), a.Long(3, 0), a.Bool(4, true)));
+  });
+}
+
+void AddCommandBarControl(DispatchObject& d, const std::shared_ptr<CommandBarControl>& p) {
+  using Control = CommandBarControl;
+  d.Member("Id", [p](const DispatchArgs&) { return Ret(p->Id()); });
+  d.Member("Type", [p](const DispatchArgs&) { return Ret(p->Type()); });
+  d.Member(
+      "Tag", [p](const DispatchArgs&) { return Ret(p->Tag()); },
+      [p](const DispatchArgs& a) { p->SetTag(a.PutAsValue().ToString()); });
+  d.Member(
+      "Caption", [p](const DispatchArgs&) { return Ret(p->Caption()); },
+      [p](const DispatchArgs& a) { p->SetCaption(a.PutAsValue().ToString()); });
+  d.Member(
+      "Visible", [p](const DispatchArgs&) { return Ret(p->Visible()); },
+      [p](const DispatchArgs& a) { p->SetVisible(a.PutAsValue().ToBool()); });
+  d.Member(
+      "Style", [p](const DispatchArgs&) { return Ret(p->Style()); },
+      [p](const DispatchArgs& a) { p->SetStyle(a.PutAsValue().ToLong()); });
+  d.Member(
+      "Enabled", [p](const DispatchArgs&) { return Ret(p->Enabled()); },
+      [p](const DispatchArgs& a) { p->SetEnabled(a.PutAsValue().ToBool()); });
+  d.Member("Execute", [p](const DispatchArgs&) {
+    p->Execute();
+    return Nothing();
+  });
+  d.Member("Delete", [p](const DispatchArgs&) {
+    p->Delete();
+    return Nothing();
+  });
+  d.Member("Parent", [p](const DispatchArgs&) { return ServeVariant(p->Parent()); });
+  DispatchObject* raw = &d;
+  d.Source(kCommandBarButtonEvents);
+  d.Keep(p->Click.Connect([raw](std::shared_ptr<Control> control, bool& cancel_default) {
+    VARIANT_BOOL flag = cancel_default ? VARIANT_TRUE : VARIANT_FALSE;
+    std::vector<Variant> args;
+    args.push_back(ServeVariant(control));
+    args.push_back(ByRefBool(&flag));
+    raw->Fire(kCommandBarButtonEvents, kButtonClick, args);
+    cancel_default = flag != VARIANT_FALSE;
+  }));
+}
+
+}  // namespace zintra::win32

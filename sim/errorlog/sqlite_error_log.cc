@@ -295,6 +295,10 @@ void SqliteErrorLog::Relocate(const std::string& new_path) {
                  "ZintraErrorLog");
   }
   std::filesystem::remove(old_file, ec);
+  // The empty journal that TRUNCATE mode keeps beside the file must not stay behind.
+  std::filesystem::path old_journal = old_file;
+  old_journal += "-journal";
+  std::filesystem::remove(old_journal, ec);
   path_ = new_path;
   OpenNative(target, true);
 }

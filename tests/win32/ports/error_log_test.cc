@@ -72,6 +72,32 @@ TEST_F(ErrorLogTest, EntriesSurviveReopeningAndMoving) {
   EXPECT_EQ(log->Rows().size(), 4u);
 }
 
+TEST_F(ErrorLogTest, PathsInTheSystemCodePageReachTheirFiles) {
+  // A user name with an accent puts the temporary folder outside ASCII.
+  const std::string folder = folder_ + "\\Jos\xe9";
+  const std::string path = folder + "\\ZINTRAERRORS.MDB";
+  const std::string moved = folder + "\\d\xe9plac\xe9.mdb";
+  ASSERT_TRUE(CreateDirectoryA(folder.c_str(), nullptr));
+  {
+    auto log = Create();
+    log->Open(path, 0, true);
+    log->LogMessage("Zintra", "Started", false, versions_);
+    EXPECT_TRUE(Win32FileSystem().FileExists(path));
+    log->Relocate(moved);
+    EXPECT_EQ(log->Path(), moved);
+    log->LogMessage("Zintra", "Moved", false, versions_);
+  }
+  EXPECT_FALSE(Win32FileSystem().FileExists(path));
+  EXPECT_TRUE(Win32FileSystem().FileExists(moved));
+  auto log = Create();
+  log->Open(moved, 0, false);
+  EXPECT_EQ(log->Rows().size(), 2u);
+  log.reset();
+  DeleteFileA(moved.c_str());
+  DeleteFileA((moved + "-journal").c_str());
+  EXPECT_TRUE(RemoveDirectoryA(folder.c_str())) << "a file was left in the folder";
+}
+
 TEST_F(ErrorLogTest, TheSizeCapDropsTheOldestEntries) {
   auto log = Create();
   log->Open(folder_ + "\\ZINTRAERRORS.MDB", 16, true);

@@ -4,7 +4,7 @@ set -euo pipefail
 packages=(g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev googletest libbenchmark-dev
   libsqlite3-dev sqlite3 nlohmann-json3-dev libgmime-3.0-dev libcli11-dev
   # The Windows host: cross compiler, Wine to run its tests, and what builds SQLite for it.
-  g++-mingw-w64-x86-64-posix wine wine64 tcl curl ca-certificates xz-utils)
+  g++-mingw-w64-x86-64-posix wine wine64 xvfb xauth tcl curl ca-certificates xz-utils)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

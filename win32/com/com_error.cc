@@ -58,7 +58,10 @@ void ThrowComError(HRESULT hr, const EXCEPINFO* info, std::string_view what) {
   if (description.empty()) description = ZError::StandardDescription(number);
   if (description.empty()) {
     char code[16];
-    snprintf(code, sizeof code, "0x%08lX", static_cast<unsigned long>(hr));
+    // The server's own code when it gave one, else the call's.
+    snprintf(code, sizeof code, "0x%08lX",
+             static_cast<unsigned long>(number < 0 ? static_cast<uint32_t>(number)
+                                                   : static_cast<uint32_t>(hr)));
     description = std::string(what) + " failed (" + code + ")";
   }
   if (source.empty()) source = std::string(what);

@@ -101,5 +101,9 @@ template <>
 std::shared_ptr<RdoFolder> Wrap<RdoFolder>(const ComPtr<IDispatch>& o) {
   return o ? std::make_shared<ComRdoFolder>(o) : nullptr;
 }
+template <>
+std::shared_ptr<RdoSession> Wrap<RdoSession>(const ComPtr<IDispatch>& o) {
+  return o ? std::make_shared<ComRdoSession>(o) : nullptr;
+}
 
 }  // namespace zintra::win32

@@ -86,5 +86,7 @@ template <>
 std::shared_ptr<RdoMessage> Wrap<RdoMessage>(const ComPtr<IDispatch>&);
 template <>
 std::shared_ptr<RdoFolder> Wrap<RdoFolder>(const ComPtr<IDispatch>&);
+template <>
+std::shared_ptr<RdoSession> Wrap<RdoSession>(const ComPtr<IDispatch>&);
 
 }  // namespace zintra::win32

@@ -1,0 +1,123 @@
+// Events raised in the simulated Outlook arrive through the adapters' sinks, Cancel
+// flags written by handlers go back, and a connection exists only while handlers do.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "src/host/outlook_constants.h"
+#include "tests/win32/outlook/served_profile.h"
+#include "win32/com/outlook_events.h"
+
+namespace zintra::win32::testing {
+namespace {
+
+namespace ev = outlook_events;
+
+TEST(EventsTest, ItemEventsArriveWhileSomeoneListens) {
+  ServedProfile p;
+  auto inbox = p.app->Session()->GetDefaultFolder(kOlFolderInbox);
+  auto items = inbox->Items();
+  EXPECT_EQ(ServedProfile::Sinks(*items, ev::kItemsEvents), 0u);
+  std::vector<std::string> seen;
+  {
+    Connection add = items->ItemAdd.Connect(
+        [&](std::shared_ptr<Item> item) { seen.push_back("add " + item->Subject()); });
+    Connection change = items->ItemChange.Connect(
+        [&](std::shared_ptr<Item> item) { seen.push_back("change " + item->Subject()); });
+    Connection remove = items->ItemRemove.Connect([&] { seen.push_back("remove"); });
+    EXPECT_EQ(ServedProfile::Sinks(*items, ev::kItemsEvents), 1u);  // one for all three
+
+    auto direct = p.sim_app->Session()->GetDefaultFolder(kOlFolderInbox)->Items();
+    auto first = direct->GetFirst();
+    first->SetSubject("Changed");
+    first->Save();
+    first->Delete();
+    auto added = direct->Add(kOlMailItem);
+    added->SetSubject("New");
+    added->Save();
+    change.Disconnect();
+    EXPECT_EQ(ServedProfile::Sinks(*items, ev::kItemsEvents), 1u);
+  }
+  EXPECT_EQ(ServedProfile::Sinks(*items, ev::kItemsEvents), 0u);
+  EXPECT_EQ(seen, (std::vector<std::string>{"change Changed", "remove", "add New"}));
+}
+
+TEST(EventsTest, ReadingItemsCostsNoConnection) {
+  ServedProfile p;
+  auto items = p.app->Session()->GetDefaultFolder(kOlFolderInbox)->Items();
+  for (auto item = items->GetFirst(); item; item = items->GetNext()) {
+    EXPECT_EQ(ServedProfile::Sinks(*item, ev::kItemEvents10), 0u);
+  }
+}
+
+TEST(EventsTest, ItemSendIsCancelledByAHandler) {
+  ServedProfile p;
+  int sends = 0;
+  Connection c = p.app->ItemSend.Connect([&](std::shared_ptr<Item> item, bool& cancel) {
+    ++sends;
+    cancel = item->Subject() == "Stop me";
+  });
+  auto stopped = p.sim_app->CreateItem(kOlMailItem);
+  stopped->SetSubject("Stop me");
+  EXPECT_FALSE(p.sim_app->Send(stopped));
+  auto passed = p.sim_app->CreateItem(kOlMailItem);
+  passed->SetSubject("Let me go");
+  EXPECT_TRUE(p.sim_app->Send(passed));
+  EXPECT_EQ(sends, 2);
+}
+
+TEST(EventsTest, AnItemsCloseCanKeepItsInspectorOpen) {
+  ServedProfile p;
+  auto mail = p.sim_app->Session()->GetDefaultFolder(kOlFolderInbox)->Items()->GetFirst();
+  auto window = p.sim_app->OpenInspector(mail);
+  auto inspector = p.app->ActiveInspector();
+  ASSERT_TRUE(inspector);
+  EXPECT_EQ(inspector->Caption(), window->Caption());
+  auto item = inspector->CurrentItem();
+  bool refuse = true;
+  int closes = 0;
+  Connection close = item->CloseEvent.Connect([&](bool& cancel) {
+    ++closes;
+    cancel = refuse;
+  });
+  Connection gone = inspector->CloseEvent.Connect([&] { closes += 10; });
+  inspector->Close(1);
+  EXPECT_FALSE(window->closed());
+  refuse = false;
+  inspector->Close(1);
+  EXPECT_TRUE(window->closed());
+  EXPECT_EQ(closes, 12);
+}
+
+TEST(EventsTest, NewWindowsArriveAsTheirPorts) {
+  ServedProfile p;
+  auto explorers = p.app->Explorers();
+  std::vector<std::string> folders;
+  Connection c = explorers->NewExplorer.Connect([&](std::shared_ptr<Explorer> explorer) {
+    folders.push_back(explorer->CurrentFolder()->Name());
+  });
+  p.sim_app->OpenExplorer(p.build.Default(kOlFolderInbox));
+  p.sim_app->OpenExplorer(p.contacts);
+  EXPECT_EQ(folders, (std::vector<std::string>{"Inbox", "Customers"}));
+  EXPECT_EQ(explorers->Count(), 2);
+  EXPECT_EQ(explorers->Item(2)->Caption(), p.app->ActiveExplorer()->Caption());
+}
+
+TEST(EventsTest, AFailingHandlerIsReportedAndTheSourceCarriesOn) {
+  ServedProfile p;
+  std::vector<std::string> reported;
+  SetEventErrorReporter([&](const std::string& where, const ZError& e) {
+    reported.push_back(where + " " + std::to_string(e.Number()));
+  });
+  Connection c = p.app->NewMail.Connect([] { throw ZError(91, "Object variable not set"); });
+  auto mail = p.sim_app->CreateItem(kOlMailItem);
+  p.sim_app->Deliver(mail);
+  SetEventErrorReporter(nullptr);
+  ASSERT_EQ(reported.size(), 1u);
+  EXPECT_NE(reported[0].find("Application events"), std::string::npos);
+  EXPECT_NE(reported[0].find(" 91"), std::string::npos);
+  EXPECT_EQ(p.sim_app->Session()->GetDefaultFolder(kOlFolderInbox)->Items()->Count(), 3);
+}
+
+}  // namespace
+}  // namespace zintra::win32::testing

@@ -1,5 +1,5 @@
-// The core over the Windows ports: the settings' lists round trip through the real
-// registry, and the job engine's timer runs on the real message queue.
+// The core over the Windows ports: the settings and their lists round trip through the
+// real registry.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -7,7 +7,6 @@
 
 #include "src/settings/mod_registry.h"
 #include "src/settings/reg_settings.h"
-#include "tests/win32/ports/pump_util.h"
 #include "win32/ports/win32_ports.h"
 
 namespace zintra::win32 {
@@ -72,15 +71,6 @@ TEST_F(HostTest, SettingsAndTheirListsRoundTripThroughTheRegistry) {
   bool not_found = false;
   modRegistry::ReadDword(host_.registry, kHKeyCurrentUser, kProductKey, "LogLevel", &not_found);
   EXPECT_TRUE(not_found);
-}
-
-TEST_F(HostTest, TimersOfTheBundleTickThroughItsPump) {
-  auto timer = host_.timers.CreateTimer();
-  int ticks = 0;
-  Connection c = timer->Tick.Connect([&] { ++ticks; });
-  timer->SetInterval(5);
-  timer->SetEnabled(true);
-  EXPECT_TRUE(testing::PumpUntil([&] { return ticks >= 2; }));
 }
 
 }  // namespace

@@ -17,6 +17,20 @@ namespace {
 
 constexpr char kTestRoot[] = "Software\\ZintraPortsTest";
 
+std::string Under(const std::string& path) { return std::string(kTestRoot) + "\\" + path; }
+
+// Replaces the access list of HKCU\<path> with one written in SDDL.
+void SetAccessList(const std::string& path, const char* sddl) {
+  HKEY native = nullptr;
+  ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, WRITE_DAC, &native), ERROR_SUCCESS);
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(sddl, SDDL_REVISION_1,
+                                                                   &descriptor, nullptr));
+  EXPECT_EQ(RegSetKeySecurity(native, DACL_SECURITY_INFORMATION, descriptor), ERROR_SUCCESS);
+  LocalFree(descriptor);
+  RegCloseKey(native);
+}
+
 class RegistryTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -32,23 +46,14 @@ class RegistryTest : public ::testing::Test {
     EXPECT_EQ(registry_.OpenKeyCount(), 0u) << "a key was left open";
   }
 
-  std::vector<uint8_t> Read(HKey key, const std::string& name, uint32_t* type) {
-    uint32_t size = 0;
-    EXPECT_EQ(registry_.QueryValue(key, name, type, nullptr, &size), kRegSuccess);
-    std::vector<uint8_t> data(size);
-    EXPECT_EQ(registry_.QueryValue(key, name, type, data.data(), &size), kRegSuccess);
-    data.resize(size);
-    return data;
+  void MakeKey(const std::string& path) {
+    HKey key = 0;
+    ASSERT_EQ(registry_.CreateKey(root_, path, kKeyAllAccess, &key, nullptr), kRegSuccess);
+    registry_.CloseKey(key);
   }
 
   Win32Registry registry_;
   HKey root_ = 0;
-};
-
-struct TypedValue {
-  const char* label;
-  uint32_t type;
-  std::vector<uint8_t> data;
 };
 
 std::vector<uint8_t> Bytes(const char* text, size_t size) {
@@ -56,183 +61,127 @@ std::vector<uint8_t> Bytes(const char* text, size_t size) {
 }
 
 TEST_F(RegistryTest, EveryValueTypeRoundTripsByteForByte) {
-  const std::vector<TypedValue> values = {
-      {"sz", kRegSz, Bytes("Caf\xe9 \\ path", 12)},
-      {"expand", kRegExpandSz, Bytes("%TEMP%\\x", 9)},
-      {"binary", kRegBinary, {0x00, 0xFF, 0x10, 0x00, 0x7F}},
-      {"dword", kRegDword, {0x78, 0x56, 0x34, 0x12}},
-      {"multi", kRegMultiSz, Bytes("one\0two\0\0", 9)},
-      {"qword", kRegQword, {1, 2, 3, 4, 5, 6, 7, 8}},
-      {"", kRegSz, Bytes("default value", 14)},
-      {"empty", kRegBinary, {}},
+  const std::map<std::string, std::pair<uint32_t, std::vector<uint8_t>>> values = {
+      {"sz", {kRegSz, Bytes("Caf\xe9 \\ path", 12)}},
+      {"expand", {kRegExpandSz, Bytes("%TEMP%\\x", 9)}},
+      {"binary", {kRegBinary, {0x00, 0xFF, 0x10, 0x00, 0x7F}}},
+      {"dword", {kRegDword, {0x78, 0x56, 0x34, 0x12}}},
+      {"multi", {kRegMultiSz, Bytes("one\0two\0\0", 9)}},
+      {"qword", {kRegQword, {1, 2, 3, 4, 5, 6, 7, 8}}},
+      {"", {kRegSz, Bytes("default value", 14)}},
+      {"empty", {kRegBinary, {}}},
   };
-  for (const TypedValue& value : values) {
-    ASSERT_EQ(registry_.SetValue(root_, value.label, value.type, value.data.data(),
-                                 static_cast<uint32_t>(value.data.size())),
-              kRegSuccess)
-        << value.label;
+  for (const auto& [name, value] : values) {
+    ASSERT_EQ(registry_.SetValue(root_, name, value.first, value.second.data(),
+                                 static_cast<uint32_t>(value.second.size())),
+              kRegSuccess);
   }
-  for (const TypedValue& value : values) {
-    uint32_t type = 99;
-    EXPECT_EQ(Read(root_, value.label, &type), value.data) << value.label;
-    EXPECT_EQ(type, value.type) << value.label;
+  for (const auto& [name, value] : values) {
+    uint32_t type = 99, size = 0;
+    ASSERT_EQ(registry_.QueryValue(root_, name, &type, nullptr, &size), kRegSuccess);
+    std::vector<uint8_t> data(size);
+    ASSERT_EQ(registry_.QueryValue(root_, name, &type, data.data(), &size), kRegSuccess);
+    EXPECT_EQ(std::vector<uint8_t>(data.begin(), data.begin() + size), value.second) << name;
+    EXPECT_EQ(type, value.first) << name;
   }
-}
 
-TEST_F(RegistryTest, QueryAnswersMoreDataWithTheSizeNeeded) {
-  const std::string text = "a value longer than eight bytes";
-  ASSERT_EQ(registry_.SetValue(root_, "v", kRegSz, reinterpret_cast<const uint8_t*>(text.c_str()),
-                               static_cast<uint32_t>(text.size() + 1)),
-            kRegSuccess);
-  uint8_t small[8];
+  uint8_t small[4];
   uint32_t size = sizeof(small);
-  EXPECT_EQ(registry_.QueryValue(root_, "v", nullptr, small, &size), kRegMoreData);
-  EXPECT_EQ(size, text.size() + 1);
-
-  uint32_t type = 0;
-  size = 0;
-  EXPECT_EQ(registry_.QueryValue(root_, "missing", &type, nullptr, &size), kRegFileNotFound);
-  EXPECT_EQ(registry_.DeleteValue(root_, "v"), kRegSuccess);
-  EXPECT_EQ(registry_.DeleteValue(root_, "v"), kRegFileNotFound);
+  EXPECT_EQ(registry_.QueryValue(root_, "sz", nullptr, small, &size), kRegMoreData);
+  EXPECT_EQ(size, 12u);
+  EXPECT_EQ(registry_.QueryValue(root_, "missing", nullptr, nullptr, &size), kRegFileNotFound);
+  EXPECT_EQ(registry_.DeleteValue(root_, "sz"), kRegSuccess);
+  EXPECT_EQ(registry_.DeleteValue(root_, "sz"), kRegFileNotFound);
 }
 
-TEST_F(RegistryTest, CreateReportsNewKeysAndMakesTheWholePath) {
+TEST_F(RegistryTest, CreateMakesTheWholePathAndOpenFindsItInAnyCase) {
   HKey key = 0;
   bool created = false;
   ASSERT_EQ(registry_.CreateKey(root_, "a\\b\\c", kKeyAllAccess, &key, &created), kRegSuccess);
   EXPECT_TRUE(created);
-  EXPECT_EQ(registry_.CloseKey(key), kRegSuccess);
+  registry_.CloseKey(key);
   ASSERT_EQ(registry_.CreateKey(root_, "A\\B\\C", kKeyRead, &key, &created), kRegSuccess);
-  EXPECT_FALSE(created) << "names compare without letter case";
-  EXPECT_EQ(registry_.CloseKey(key), kRegSuccess);
-
+  EXPECT_FALSE(created);
+  registry_.CloseKey(key);
   EXPECT_EQ(registry_.OpenKey(root_, "a\\missing", kKeyRead, &key), kRegFileNotFound);
-  EXPECT_EQ(registry_.OpenKey(root_, "", kKeyRead, &key), kRegSuccess) << "reopens the parent";
-  EXPECT_EQ(registry_.CloseKey(key), kRegSuccess);
+  ASSERT_EQ(registry_.OpenKey(root_, "", kKeyRead, &key), kRegSuccess) << "reopens the parent";
+  registry_.CloseKey(key);
 }
 
-TEST_F(RegistryTest, EnumerationReportsNamesTypesAndLengthsOfNamesThatDoNotFit) {
-  HKey key = 0;
-  for (const char* name : {"short", "a much longer subkey name"}) {
-    ASSERT_EQ(registry_.CreateKey(root_, name, kKeyRead, &key, nullptr), kRegSuccess);
-    registry_.CloseKey(key);
-  }
+TEST_F(RegistryTest, EnumerationReportsTheLengthOfNamesThatDoNotFit) {
+  MakeKey("short");
+  MakeKey("a much longer subkey name");  // 25 characters
   const uint32_t dword = 7;
   registry_.SetValue(root_, "count", kRegDword, reinterpret_cast<const uint8_t*>(&dword), 4);
-  registry_.SetValue(root_, "a rather long value name", kRegBinary, nullptr, 0);
+  registry_.SetValue(root_, "a rather long value name", kRegBinary, nullptr, 0);  // 24
 
   RegistryKeyInfo info;
   ASSERT_EQ(registry_.QueryInfoKey(root_, &info), kRegSuccess);
-  EXPECT_EQ(info.sub_keys, 2u);
-  EXPECT_EQ(info.max_sub_key_len, 25u);
-  EXPECT_EQ(info.values, 2u);
-  EXPECT_EQ(info.max_value_name_len, 24u);
-  EXPECT_EQ(info.max_value_len, 4u);
+  EXPECT_EQ(std::vector<uint32_t>({info.sub_keys, info.max_sub_key_len, info.values,
+                                   info.max_value_name_len, info.max_value_len}),
+            std::vector<uint32_t>({2, 25, 2, 24, 4}));
 
-  std::vector<std::string> keys;
-  for (uint32_t index = 0;; ++index) {
-    std::string name;
-    uint32_t name_size = 10;
-    int32_t rc = registry_.EnumKey(root_, index, &name, &name_size);
-    if (rc == kRegNoMoreItems) break;
-    if (rc == kRegMoreData) {
-      EXPECT_EQ(name_size, 25u);
-      name_size += 1;
-      rc = registry_.EnumKey(root_, index, &name, &name_size);
-    }
-    ASSERT_EQ(rc, kRegSuccess);
-    EXPECT_EQ(name_size, name.size());
-    keys.push_back(name);
-  }
-  EXPECT_EQ(keys, (std::vector<std::string>{"a much longer subkey name", "short"}));
-  EXPECT_EQ(modRegistry::SubKeyNames(registry_, root_), keys);
-
-  // The order of values is the platform's own; names that do not fit report their length.
-  std::map<std::string, uint32_t> types;
   std::string name;
+  uint32_t name_size = 10;
+  EXPECT_EQ(registry_.EnumKey(root_, 0, &name, &name_size), kRegMoreData);
+  EXPECT_EQ(name_size, 25u);
+  EXPECT_EQ(modRegistry::SubKeyNames(registry_, root_),
+            (std::vector<std::string>{"a much longer subkey name", "short"}));
+
+  // Values come in the platform's own order.
+  std::map<std::string, uint32_t> types;
   uint32_t type = 0;
-  for (uint32_t index = 0; index < 2; ++index) {
-    uint32_t name_size = 6;
+  for (uint32_t index = 0;; ++index) {
+    name_size = 6;
     int32_t rc = registry_.EnumValue(root_, index, &name, &name_size, &type);
     if (rc == kRegMoreData) {
       EXPECT_EQ(name_size, 24u);
       name_size = 25;
       rc = registry_.EnumValue(root_, index, &name, &name_size, &type);
     }
+    if (rc == kRegNoMoreItems) break;
     ASSERT_EQ(rc, kRegSuccess);
     types[name] = type;
   }
   EXPECT_EQ(types, (std::map<std::string, uint32_t>{{"count", kRegDword},
                                                     {"a rather long value name", kRegBinary}}));
-  uint32_t name_size = 100;
-  EXPECT_EQ(registry_.EnumValue(root_, 2, &name, &name_size, &type), kRegNoMoreItems);
 }
 
 TEST_F(RegistryTest, KeysWithSubkeysAreRefusedThenDeletedRecursively) {
-  HKey key = 0;
-  ASSERT_EQ(registry_.CreateKey(root_, "tree\\one\\deep", kKeyAllAccess, &key, nullptr),
-            kRegSuccess);
-  registry_.CloseKey(key);
-  ASSERT_EQ(registry_.CreateKey(root_, "tree\\two", kKeyAllAccess, &key, nullptr), kRegSuccess);
-  registry_.CloseKey(key);
-  modRegistry::WriteString(registry_, kHKeyCurrentUser, std::string(kTestRoot) + "\\tree\\two",
-                           "name", "value");
-
+  MakeKey("tree\\one\\deep");
+  modRegistry::WriteString(registry_, kHKeyCurrentUser, Under("tree\\two"), "name", "value");
   EXPECT_EQ(registry_.DeleteKey(root_, "tree"), kRegAccessDenied);
   bool not_found = true;
-  modRegistry::DeleteKey(registry_, kHKeyCurrentUser, std::string(kTestRoot) + "\\tree",
-                         &not_found);
+  modRegistry::DeleteKey(registry_, kHKeyCurrentUser, Under("tree"), &not_found);
   EXPECT_FALSE(not_found);
-  EXPECT_FALSE(
-      modRegistry::KeyExists(registry_, kHKeyCurrentUser, std::string(kTestRoot) + "\\tree"));
-  modRegistry::DeleteKey(registry_, kHKeyCurrentUser, std::string(kTestRoot) + "\\tree",
-                         &not_found);
+  EXPECT_FALSE(modRegistry::KeyExists(registry_, kHKeyCurrentUser, Under("tree")));
+  modRegistry::DeleteKey(registry_, kHKeyCurrentUser, Under("tree"), &not_found);
   EXPECT_TRUE(not_found);
 }
 
 TEST_F(RegistryTest, AKeyThatGrantsOnlyReadingRefusesWriting) {
-  HKey key = 0;
-  ASSERT_EQ(registry_.CreateKey(root_, "locked", kKeyAllAccess, &key, nullptr), kRegSuccess);
-  registry_.CloseKey(key);
-  modRegistry::WriteString(registry_, kHKeyCurrentUser, std::string(kTestRoot) + "\\locked", "kept",
-                           "yes");
-  // Everyone may read the key; nobody may change it or its security.
-  HKEY native = nullptr;
-  ASSERT_EQ(
-      RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\ZintraPortsTest\\locked", 0, WRITE_DAC, &native),
-      ERROR_SUCCESS);
-  PSECURITY_DESCRIPTOR descriptor = nullptr;
-  ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(
-      "D:P(A;;KR;;;WD)", SDDL_REVISION_1, &descriptor, nullptr));
-  EXPECT_EQ(RegSetKeySecurity(native, DACL_SECURITY_INFORMATION, descriptor), ERROR_SUCCESS);
-  LocalFree(descriptor);
-  RegCloseKey(native);
+  modRegistry::WriteString(registry_, kHKeyCurrentUser, Under("locked"), "kept", "yes");
+  SetAccessList(Under("locked"), "D:P(A;;KR;;;WD)");  // everyone may read, nobody write
 
-  const std::string path = std::string(kTestRoot) + "\\locked";
-  EXPECT_EQ(registry_.OpenKey(kHKeyCurrentUser, path, kKeyWrite, &key), kRegAccessDenied);
-  EXPECT_TRUE(modRegistry::KeyExists(registry_, kHKeyCurrentUser, path));
-  EXPECT_FALSE(modRegistry::KeyWritable(registry_, kHKeyCurrentUser, path));
+  HKey key = 0;
+  EXPECT_EQ(registry_.OpenKey(kHKeyCurrentUser, Under("locked"), kKeyWrite, &key),
+            kRegAccessDenied);
+  EXPECT_TRUE(modRegistry::KeyExists(registry_, kHKeyCurrentUser, Under("locked")));
+  EXPECT_FALSE(modRegistry::KeyWritable(registry_, kHKeyCurrentUser, Under("locked")));
   bool not_found = true;
-  EXPECT_EQ(modRegistry::ReadString(registry_, kHKeyCurrentUser, path, "kept", &not_found), "yes");
+  EXPECT_EQ(
+      modRegistry::ReadString(registry_, kHKeyCurrentUser, Under("locked"), "kept", &not_found),
+      "yes");
   try {
-    modRegistry::WriteString(registry_, kHKeyCurrentUser, path, "new", "no");
-    ADD_FAILURE() << "writing to a read-only key succeeded";
+    modRegistry::WriteString(registry_, kHKeyCurrentUser, Under("locked"), "new", "no");
+    ADD_FAILURE() << "wrote to a read-only key";
   } catch (const ZError& error) {
     EXPECT_EQ(error.Number(), kRegAccessDenied);
   }
-
-  // Give the key back so that it can be deleted.
-  ASSERT_EQ(
-      RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\ZintraPortsTest\\locked", 0, WRITE_DAC, &native),
-      ERROR_SUCCESS);
-  ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(
-      "D:P(A;;KA;;;WD)", SDDL_REVISION_1, &descriptor, nullptr));
-  RegSetKeySecurity(native, DACL_SECURITY_INFORMATION, descriptor);
-  LocalFree(descriptor);
-  RegCloseKey(native);
+  SetAccessList(Under("locked"), "D:P(A;;KA;;;WD)");  // so that TearDown can delete it
 }
 
-TEST_F(RegistryTest, HandlesItDidNotGiveOutAreInvalid) {
+TEST_F(RegistryTest, OnlyHandlesItGaveOutAreValid) {
   HKey key = 0;
   ASSERT_EQ(registry_.OpenKey(kHKeyCurrentUser, kTestRoot, kKeyRead, &key), kRegSuccess);
   EXPECT_EQ(registry_.CloseKey(key), kRegSuccess);
@@ -241,20 +190,6 @@ TEST_F(RegistryTest, HandlesItDidNotGiveOutAreInvalid) {
   EXPECT_EQ(registry_.QueryValue(key, "x", nullptr, nullptr, &size), kRegInvalidHandle);
   EXPECT_EQ(registry_.OpenKey(0x12345, "x", kKeyRead, &key), kRegInvalidHandle);
   EXPECT_EQ(registry_.CloseKey(kHKeyCurrentUser), kRegSuccess) << "hives are never closed";
-}
-
-TEST(RegistryLifetime, KeysLeftOpenAreClosedWithTheAdapter) {
-  HKey key = 0;
-  {
-    Win32Registry registry;
-    ASSERT_EQ(registry.CreateKey(kHKeyCurrentUser, kTestRoot, kKeyAllAccess, &key, nullptr),
-              kRegSuccess);
-    EXPECT_EQ(registry.OpenKeyCount(), 1u);
-  }
-  Win32Registry registry;
-  bool not_found = false;
-  modRegistry::DeleteKey(registry, kHKeyCurrentUser, kTestRoot, &not_found);
-  EXPECT_FALSE(not_found);
 }
 
 }  // namespace

@@ -69,19 +69,18 @@ TEST_F(SubclasserTest, ClientsRunBeforeOrAfterTheWindowAsTheyAsk) {
   Send(kMessage + 1);
   EXPECT_EQ(log_, (std::vector<std::string>{"own"})) << "other messages pass untouched";
 
-  subclasser_.DetachMessage(&pre, handle(), kMessage);
-  subclasser_.DetachMessage(&post, handle(), kMessage);
+  Client eater("eat", kSubclassConsume, &log_);
+  subclasser_.AttachMessage(&eater, handle(), kMessage);
+  log_.clear();
+  EXPECT_EQ(Send(), 42) << "a consuming client's result replaces the window's";
+  EXPECT_EQ(log_, (std::vector<std::string>{"pre:5:1", "eat:5:1", "post:5:1"}));
+
+  for (Client* client : {&pre, &post, &eater})
+    subclasser_.DetachMessage(client, handle(), kMessage);
   EXPECT_EQ(subclasser_.HookedWindowCount(), 0u);
   log_.clear();
   Send();
   EXPECT_EQ(log_, (std::vector<std::string>{"own"}));
-}
-
-TEST_F(SubclasserTest, AConsumingClientReplacesTheWindowsHandling) {
-  Client eater("eat", kSubclassConsume, &log_);
-  subclasser_.AttachMessage(&eater, handle(), kMessage);
-  EXPECT_EQ(Send(), 42);
-  EXPECT_EQ(log_, (std::vector<std::string>{"eat:5:1"}));
 }
 
 TEST_F(SubclasserTest, ClientsMayDetachFromTheirOwnCallAndFailuresAreReported) {

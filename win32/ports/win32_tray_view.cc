@@ -19,8 +19,6 @@ Win32TrayView::Win32TrayView()
 
 WindowHandle Win32TrayView::hWnd() const { return ToWindowHandle(window_.hwnd()); }
 
-int32_t Win32TrayView::IconHandle() const {
-  return ToIconHandle(LoadIconA(nullptr, reinterpret_cast<LPCSTR>(IDI_APPLICATION)));
-}
+int32_t Win32TrayView::IconHandle() const { return ToIconHandle(icon_.get()); }
 
 }  // namespace zintra::win32

@@ -1,12 +1,13 @@
 // Win32TrayView: the hidden window that owns the notification icon and its pop-up menu.
 // The shell reports the icon's mouse messages as the record's callback message (a mouse
 // move) with the real mouse message in lParam; the view raises MouseMove with that number
-// in twips, as the run time's form reported it. The icon is the system's application
-// icon (shared, never destroyed).
+// in twips, as the run time's form reported it. The icon is the product's, drawn at run
+// time and destroyed with the view.
 #pragma once
 
 #include "src/host/tray_view.h"
 #include "win32/ports/message_window.h"
+#include "win32/ports/product_icon.h"
 #include "win32/ports/win32_popup_menu.h"
 
 namespace zintra::win32 {
@@ -22,6 +23,7 @@ class Win32TrayView : public TrayView {
 
  private:
   float scale_;
+  ProductIcon icon_;
   MessageWindow window_;
   Win32PopupMenu menu_;
 };

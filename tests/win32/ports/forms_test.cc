@@ -92,7 +92,13 @@ TEST_F(Win32FormsOnDesktop, TheTaskListHoldsRowsAndReportsItsButtons) {
 
 TEST_F(Win32FormsOnDesktop, TheTrayFormReportsTheShellsMouseMessagesInTwips) {
   Win32TrayView view;
-  EXPECT_NE(view.IconHandle(), 0);
+  ICONINFO icon{};  // the product's own icon, at the small-icon size
+  ASSERT_TRUE(GetIconInfo(ToHicon(view.IconHandle()), &icon));
+  BITMAP bitmap{};
+  GetObjectA(icon.hbmColor, sizeof(bitmap), &bitmap);
+  EXPECT_EQ(bitmap.bmWidth, GetSystemMetrics(SM_CXSMICON));
+  DeleteObject(icon.hbmColor);
+  DeleteObject(icon.hbmMask);
   EXPECT_GT(view.ScaleXPerPixel(), 0.0f);
   std::vector<float> moves;
   Connection c = view.MouseMove.Connect([&](float x) { moves.push_back(x); });

@@ -1,0 +1,42 @@
+#include "tests/win32/addin/addin_dll.h"
+
+#include <cstdlib>
+
+#include "win32/com/unicode.h"
+
+namespace zintra::win32::testing {
+
+namespace {
+
+std::wstring DllPath() {
+  if (const char* named = std::getenv("ZINTRA_ADDIN_DLL"); named && *named) return Widen(named);
+  wchar_t exe[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, exe, MAX_PATH);
+  std::wstring path = exe;
+  path.resize(path.rfind(L'\\') + 1);
+  return path + L"ZintraAddin.dll";
+}
+
+}  // namespace
+
+AddinDll::AddinDll() : path_(DllPath()) {
+  module_ = LoadLibraryW(path_.c_str());
+  if (!module_) return;
+  using Plain = HRESULT(STDAPICALLTYPE*)();
+  register_ = Export<Plain>("DllRegisterServer");
+  unregister_ = Export<Plain>("DllUnregisterServer");
+  can_unload_ = Export<Plain>("DllCanUnloadNow");
+  install_ = Export<HRESULT(STDAPICALLTYPE*)(BOOL, const wchar_t*)>("DllInstall");
+  get_class_object_ =
+      Export<HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
+  if (!register_ || !unregister_ || !can_unload_ || !install_ || !get_class_object_) {
+    FreeLibrary(module_);
+    module_ = nullptr;
+  }
+}
+
+AddinDll::~AddinDll() {
+  if (module_) FreeLibrary(module_);
+}
+
+}  // namespace zintra::win32::testing

@@ -1,0 +1,62 @@
+// WordLetterHandlerObject: the public class ZintraAddin.WordLetterHandler that the macro
+// of "Zintra Letter.dot" calls late-bound: LogDocument(Document) files the Word document
+// through the running add-in's WordLetterHandler.
+//
+// Where the add-in is: inside Outlook's process (the object the add-in publishes as its
+// COMAddIn's Object, or one created there), the add-in of this process is used. Created
+// anywhere else (Word's process loads this DLL when the macro calls CreateObject), the
+// call goes to the running Outlook (GetActiveObject "Outlook.Application"), to
+// COMAddIns("ZintraAddin.Connect").Object, which is this class in Outlook's process.
+//
+// Failures: the filing itself reports its own errors (logged, text 1901); when no
+// running add-in can be reached, or it runs without its toolbar part, Invoke answers
+// DISP_E_EXCEPTION with the reason. Nothing is thrown across the boundary.
+#pragma once
+
+#include "win32/addin/dispatch_table.h"
+#include "win32/addin/dll_module.h"
+#include "win32/com/com_ptr.h"
+#include "win32/com/windows_api.h"
+
+namespace zintra::win32 {
+
+inline constexpr DISPID kDispIdLogDocument = 1;
+
+// COM interfaces have no virtual destructor; objects delete themselves in Release.
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+#endif
+class WordLetterHandlerObject final : public IDispatch {
+ public:
+  // The class factory's creator.
+  static HRESULT Create(REFIID iid, void** out);
+  static ComPtr<IDispatch> CreateDispatch();
+
+  // IUnknown
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
+  ULONG STDMETHODCALLTYPE AddRef() override;
+  ULONG STDMETHODCALLTYPE Release() override;
+  // IDispatch (no type library)
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override;
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID lcid,
+                                          DISPID* ids) override;
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* params,
+                                   VARIANT* result, EXCEPINFO* excepinfo, UINT* arg_error) override;
+
+  // Files `document` (a Word Document); throws ZError when no add-in can be reached.
+  void LogDocument(const ComPtr<IDispatch>& document);
+
+ private:
+  WordLetterHandlerObject() = default;
+  ~WordLetterHandlerObject() = default;
+
+  LONG refs_ = 1;
+  ModuleObjectCount count_;
+};
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
+
+}  // namespace zintra::win32

@@ -17,14 +17,80 @@ timeout 120 wineboot -i >/dev/null 2>&1 || true
 # A crash must end the run at once instead of waiting on a dialog.
 timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
 
+# Test programs that load the add-in through COM, as Outlook does: they run once
+# ZintraAddin.dll is registered (below), the others on a registry without it.
+registered_tests=" com_host_tests "
+needs_registration() { [[ "$registered_tests" == *" $(basename "$1" .exe) "* ]]; }
+
 failed=0
 while IFS= read -r test; do
+  needs_registration "$test" && continue
   echo "== $(basename "$test") =="
   if ! timeout 300 wine "$test" --gtest_brief=1; then
     echo "FAILED: $test"
     failed=1
   fi
 done < <(find "$build/tests/win32" -name '*_tests.exe' | sort)
+wineserver -k || true
+
+# The add-in registered as a user installs it: regsvr32 (per user, no administrator
+# rights). Wine 8 resolves classes from HKLM\Software\Classes only, so the class keys are
+# copied there for the tests. Afterwards regsvr32 /u and the removal of the copies must
+# leave the keys registration touches exactly as they were.
+reg_snapshot() {
+  mkdir -p "$1"
+  local key
+  for key in 'HKCU\Software\Classes' 'HKCU\Software\Microsoft' 'HKLM\Software\Classes'; do
+    timeout 60 wine reg export "$key" "$1/${key//\\/_}.reg" /y >/dev/null 2>&1 \
+      || echo "absent" >"$1/${key//\\/_}.reg"
+  done
+}
+addin_dll=$(winepath -w "$build/win32/addin/ZintraAddin.dll")
+registry_before="$build/registry-before"
+registry_after="$build/registry-after"
+rm -rf "$registry_before" "$registry_after"
+reg_snapshot "$registry_before"
+echo "== regsvr32 ZintraAddin.dll =="
+if timeout 60 wine regsvr32 /s "$addin_dll" \
+    && timeout 60 wine reg query 'HKCU\Software\Microsoft\Office\Outlook\Addins\ZintraAddin.Connect' \
+      /v LoadBehavior >/dev/null; then
+  class_keys=(ZintraAddin.Connect ZintraAddin.WordLetterHandler)
+  for prog_id in ZintraAddin.Connect ZintraAddin.WordLetterHandler; do
+    clsid=$(timeout 60 wine reg query "HKCU\\Software\\Classes\\$prog_id\\CLSID" /ve \
+      | grep -o "{[0-9A-Fa-f-]*}" | head -1 || true)
+    class_keys+=("CLSID\\$clsid")
+  done
+  for key in "${class_keys[@]}"; do
+    timeout 60 wine reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f \
+      >/dev/null
+  done
+  while IFS= read -r test; do
+    needs_registration "$test" || continue
+    echo "== $(basename "$test") =="
+    if ! timeout 300 wine "$test" --gtest_brief=1; then
+      echo "FAILED: $test"
+      failed=1
+    fi
+  done < <(find "$build/tests/win32" -name '*_tests.exe' | sort)
+  echo "== regsvr32 /u ZintraAddin.dll =="
+  timeout 60 wine regsvr32 /s /u "$addin_dll" || { echo "FAILED: regsvr32 /u"; failed=1; }
+  for key in "${class_keys[@]}"; do
+    timeout 60 wine reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null 2>&1 || true
+  done
+  reg_snapshot "$registry_after"
+  if ! diff -r "$registry_before" "$registry_after" >/dev/null; then
+    echo "FAILED: the registry differs after removing the add-in:"
+    for f in "$registry_before"/*.reg; do
+      diff <(iconv -f UTF-16 -t UTF-8 "$f" 2>/dev/null || cat "$f") \
+        <(iconv -f UTF-16 -t UTF-8 "$registry_after/$(basename "$f")" 2>/dev/null \
+          || cat "$registry_after/$(basename "$f")") | head -20 || true
+    done
+    failed=1
+  fi
+else
+  echo "FAILED: regsvr32 ZintraAddin.dll"
+  failed=1
+fi
 wineserver -k || true
 
 # Forms, dialogs, message boxes and the tray icon need a desktop: their suites (named

@@ -28,11 +28,29 @@ enum OlObjectClass : int32_t {
   kOlLinks = 76,
 };
 
+// The Class numbers of items; other objects' numbers lie between them (34 explorer).
 bool IsItemClass(int32_t n) {
-  return (n >= static_cast<int32_t>(ItemClass::kAppointment) &&
-          n <= static_cast<int32_t>(ItemClass::kMeeting)) ||
-         n == static_cast<int32_t>(ItemClass::kDistList) ||
-         n == static_cast<int32_t>(ItemClass::kSharing);
+  switch (static_cast<ItemClass>(n)) {
+    case ItemClass::kAppointment:
+    case ItemClass::kContact:
+    case ItemClass::kDocument:
+    case ItemClass::kJournal:
+    case ItemClass::kMail:
+    case ItemClass::kNote:
+    case ItemClass::kPost:
+    case ItemClass::kReport:
+    case ItemClass::kRemote:
+    case ItemClass::kTask:
+    case ItemClass::kTaskRequest:
+    case ItemClass::kTaskRequestUpdate:
+    case ItemClass::kTaskRequestAccept:
+    case ItemClass::kTaskRequestDecline:
+    case ItemClass::kMeeting:
+    case ItemClass::kDistList:
+    case ItemClass::kSharing:
+      return true;
+  }
+  return false;
 }
 
 }  // namespace

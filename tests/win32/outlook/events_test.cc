@@ -81,6 +81,7 @@ TEST(EventsTest, AnItemsCloseCanKeepItsInspectorOpen) {
     cancel = refuse;
   });
   Connection gone = inspector->CloseEvent.Connect([&] { closes += 10; });
+  EXPECT_EQ(inspector->Hwnd(), window->Hwnd());
   inspector->Close(1);
   EXPECT_FALSE(window->closed());
   refuse = false;
@@ -101,6 +102,28 @@ TEST(EventsTest, NewWindowsArriveAsTheirPorts) {
   EXPECT_EQ(folders, (std::vector<std::string>{"Inbox", "Customers"}));
   EXPECT_EQ(explorers->Count(), 2);
   EXPECT_EQ(explorers->Item(2)->Caption(), p.app->ActiveExplorer()->Caption());
+}
+
+TEST(EventsTest, OptionsPagesAreAddedAsTheObjectsThePagesAre) {
+  ServedProfile p;
+  // A page made by ProgID is a plain late-bound object; it goes out as itself.
+  auto page = std::make_shared<ComObject>(AdapterOf(p.app.get())->Object());
+  Connection options = p.app->OptionsPagesAdd.Connect(
+      [&](std::shared_ptr<PropertyPages> pages) { pages->Add(page, "Zintra"); });
+  std::string folder_name;
+  auto session = p.app->Session();  // held, as a WithEvents variable holds it
+  Connection properties = session->OptionsPagesAdd.Connect(
+      [&](std::shared_ptr<PropertyPages> pages, std::shared_ptr<Folder> folder) {
+        folder_name = folder->Name();
+        pages->Add(page, "Zintra folder");
+      });
+  auto shown = p.sim_app->ShowOptions();
+  ASSERT_EQ(shown->Titles(), std::vector<std::string>{"Zintra"});
+  EXPECT_EQ(shown->Item(1).get(), static_cast<AutomationObject*>(p.sim_app.get()));
+  auto folder_pages =
+      p.sim_app->ShowFolderProperties(p.sim_app->Session()->GetDefaultFolder(kOlFolderInbox));
+  EXPECT_EQ(folder_pages->Titles(), std::vector<std::string>{"Zintra folder"});
+  EXPECT_EQ(folder_name, "Inbox");
 }
 
 TEST(EventsTest, AFailingHandlerIsReportedAndTheSourceCarriesOn) {

@@ -57,7 +57,10 @@ std::shared_ptr<Attachment> ComAttachments::Item(int32_t index) {
 
 std::shared_ptr<Attachment> ComAttachments::Add(const std::string& source, int32_t type,
                                                 int32_t position, const std::string& display_name) {
-  std::vector<Variant> args{Arg(Value(source)), Arg(Value(type)), Arg(Value(position))};
+  // Position 0 and an empty name mean "not given": Outlook places the attachment and
+  // names it after its file itself.
+  std::vector<Variant> args{Arg(Value(source)), Arg(Value(type)),
+                            position ? Arg(Value(position)) : Missing()};
   if (!display_name.empty()) args.push_back(Arg(Value(display_name)));
   return Wrap<Attachment>(client_.Call("Add", std::move(args)));
 }

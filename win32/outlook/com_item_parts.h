@@ -95,7 +95,6 @@ class ComAttachments final : public Attachments, public ComAdapter {
   std::string TypeName() const override { return "Attachments"; }
   int32_t Count() const override { return Long("Count"); }
   std::shared_ptr<Attachment> Item(int32_t index) override;
-  // An empty display name is left out, so the attachment is named after its file.
   std::shared_ptr<Attachment> Add(const std::string& source, int32_t type, int32_t position,
                                   const std::string& display_name) override;
   void Remove(int32_t index) override { client_.Call("Remove", {Arg(Value(index))}); }

@@ -89,6 +89,10 @@ TEST(ObjectModelTest, WritesThroughTheAdapterAreStoredInTheProfile) {
   item->SetSubject("Written \xe2\x82\xac");
   item->SetSensitivity(kOlPrivate);
   item->Recipients()->Add("ann@fabrikam.com");
+  item->Attachments()->Add("C:\\Letters\\Ann.doc", kOlByReference, 0, "");
+  item->Attachments()->Add("C:\\Letters\\Bo.doc", kOlByReference, 1, "Letter to Bo");
+  EXPECT_EQ(ErrorOf([&] { item->Attachments()->Add("C:\\None.doc", kOlByValue, 0, ""); }),
+            kMapiNotFound);
   auto prop = item->UserProperties()->Add("Logged", kOlYesNo, false);
   prop->SetValue(Value(true));
   item->Save();
@@ -100,6 +104,11 @@ TEST(ObjectModelTest, WritesThroughTheAdapterAreStoredInTheProfile) {
   EXPECT_EQ(stored->Recipients()->Item(1)->Address(), "ann@fabrikam.com");
   EXPECT_EQ(stored->UserProperties()->Find("logged")->GetValue(), Value(true));
   EXPECT_FALSE(item->UserProperties()->Find("Absent"));
+  auto attachments = stored->Attachments();
+  ASSERT_EQ(attachments->Count(), 2);
+  EXPECT_EQ(attachments->Item(1)->DisplayName(), "Letter to Bo");
+  EXPECT_EQ(attachments->Item(2)->DisplayName(), "Ann.doc");
+  EXPECT_EQ(item->Attachments()->Item(2)->PathName(), "C:\\Letters\\Ann.doc");
 
   auto moved = item->Move(p.app->Session()->GetDefaultFolder(kOlFolderInbox));
   EXPECT_EQ(moved->Parent()->Name(), "Inbox");

@@ -1,5 +1,5 @@
 // Members of Outlook's Application, NameSpace and the Options dialog's pages.
-#include "win32/sim_server/server_events.h"
+#include "win32/com/outlook_events.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
@@ -56,14 +56,20 @@ void AddNamespace(DispatchObject& d, const std::shared_ptr<Namespace>& p) {
   d.Member("MAPIOBJECT", [p](const DispatchArgs&) { return ServeVariant(p->MAPIOBJECT()); });
 
   DispatchObject* raw = &d;
-  d.Source(server_events::kNameSpaceEvents);
-  d.Keep(p->OptionsPagesAdd.Connect(
-      [raw](std::shared_ptr<PropertyPages> pages, std::shared_ptr<Folder> folder) {
-        std::vector<Variant> args;
-        args.push_back(ServeVariant(pages));
-        args.push_back(ServeVariant(folder));
-        raw->Fire(server_events::kNameSpaceEvents, server_events::kNameSpaceOptionsPagesAdd, args);
-      }));
+  d.Source(outlook_events::kNameSpaceEvents);
+  d.Keep(p->OptionsPagesAdd.Connect([raw](std::shared_ptr<PropertyPages> pages,
+                                          std::shared_ptr<Folder> folder) {
+    std::vector<Variant> args;
+    args.push_back(ServeVariant(pages));
+    args.push_back(ServeVariant(folder));
+    raw->Fire(outlook_events::kNameSpaceEvents, outlook_events::kNameSpaceOptionsPagesAdd, args);
+  }));
+}
+
+void AddComAddIn(DispatchObject& d, const std::shared_ptr<ComAddIn>& p) {
+  d.Member("ProgId", [p](const DispatchArgs&) { return Ret(p->ProgId()); });
+  d.Member("Description", [p](const DispatchArgs&) { return Ret(p->Description()); });
+  d.Member("Connect", [p](const DispatchArgs&) { return Ret(p->Connect()); });
 }
 
 void AddPropertyPages(DispatchObject& d, const std::shared_ptr<PropertyPages>& p) {

@@ -1,16 +1,8 @@
 // Members of the command bars of Outlook's windows.
+#include "win32/com/outlook_events.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
-namespace {
-
-// {000C0351-0000-0000-C000-000000000046}: _CommandBarButtonEvents.
-constexpr IID kCommandBarButtonEvents = {
-    0x000C0351, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
-constexpr DISPID kButtonClick = 1;  // (Ctrl, CancelDefault&)
-
-}  // namespace
-
 void AddCommandBars(DispatchObject& d, const std::shared_ptr<CommandBars>& p) {
   d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
   d.Member("Item", [p](const DispatchArgs& a) {
@@ -85,13 +77,13 @@ void AddCommandBarControl(DispatchObject& d, const std::shared_ptr<CommandBarCon
   });
   d.Member("Parent", [p](const DispatchArgs&) { return ServeVariant(p->Parent()); });
   DispatchObject* raw = &d;
-  d.Source(kCommandBarButtonEvents);
+  d.Source(outlook_events::kCommandBarButtonEvents);
   d.Keep(p->Click.Connect([raw](std::shared_ptr<Control> control, bool& cancel_default) {
     VARIANT_BOOL flag = cancel_default ? VARIANT_TRUE : VARIANT_FALSE;
     std::vector<Variant> args;
     args.push_back(ServeVariant(control));
     args.push_back(ByRefBool(&flag));
-    raw->Fire(kCommandBarButtonEvents, kButtonClick, args);
+    raw->Fire(outlook_events::kCommandBarButtonEvents, outlook_events::kButtonClick, args);
     cancel_default = flag != VARIANT_FALSE;
   }));
 }

@@ -1,5 +1,6 @@
 #include "win32/sim_server/dispatch_object.h"
 
+#include <unordered_map>
 #include <utility>
 
 #include "src/core/text.h"
@@ -15,6 +16,12 @@ namespace {
 int64_t live_objects = 0;
 int64_t failed_sink_calls = 0;
 
+// Which object serves each target: Outlook's thread only, so no lock.
+std::unordered_map<const AutomationObject*, DispatchObject*>& Serving() {
+  static std::unordered_map<const AutomationObject*, DispatchObject*> serving;
+  return serving;
+}
+
 }  // namespace
 
 ComPtr<DispatchObject> DispatchObject::Create(std::string type_name,
@@ -26,12 +33,22 @@ ComPtr<DispatchObject> DispatchObject::Create(std::string type_name,
 DispatchObject::DispatchObject(std::string type_name, std::shared_ptr<AutomationObject> target)
     : type_name_(std::move(type_name)), target_(std::move(target)) {
   ++live_objects;
+  if (target_) Serving().emplace(target_.get(), this);
 }
 
 DispatchObject::~DispatchObject() {
+  if (target_) {
+    auto it = Serving().find(target_.get());
+    if (it != Serving().end() && it->second == this) Serving().erase(it);
+  }
   connections_.clear();
   for (auto& point : points_) point->Clear();
   --live_objects;
+}
+
+DispatchObject* DispatchObject::ServingNow(const AutomationObject* target) {
+  auto it = Serving().find(target);
+  return it == Serving().end() ? nullptr : it->second;
 }
 
 int64_t DispatchObject::LiveCount() { return live_objects; }

@@ -74,6 +74,8 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
 
   // The simulated object behind one of our objects, or nullptr for a foreign one.
   static std::shared_ptr<AutomationObject> TargetOf(IDispatch* object);
+  // The object serving `target` now, if any (no reference added).
+  static DispatchObject* ServingNow(const AutomationObject* target);
   // Objects alive now, and sink calls that failed, in this process.
   static int64_t LiveCount();
   static int64_t FailedSinkCalls();

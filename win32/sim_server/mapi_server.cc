@@ -4,7 +4,7 @@
 
 #include "src/core/z_error.h"
 #include "win32/com/com_error.h"
-#include "win32/sim_server/server_events.h"
+#include "win32/com/outlook_events.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
@@ -135,11 +135,11 @@ void AddMapiUtils(DispatchObject& d, const std::shared_ptr<MapiUtils>& p) {
     return Nothing();
   });
   DispatchObject* raw = &d;
-  d.Source(server_events::kMapiUtilsEvents);
+  d.Source(outlook_events::kMapiUtilsEvents);
   d.Keep(p->NewMail.Connect([raw](std::string entry_id) {
     std::vector<Variant> args;
     args.push_back(Ret(entry_id));
-    raw->Fire(server_events::kMapiUtilsEvents, server_events::kMapiUtilsNewMail, args);
+    raw->Fire(outlook_events::kMapiUtilsEvents, outlook_events::kMapiUtilsNewMail, args);
   }));
 }
 

@@ -23,17 +23,17 @@ void AddMembers(DispatchObject& d, const std::shared_ptr<AutomationObject>& o) {
       Try<Application>(d, o, AddApplication) || Try<Explorer>(d, o, AddExplorer) ||
       Try<Inspector>(d, o, AddInspector) || Try<Explorers>(d, o, AddExplorers) ||
       Try<Inspectors>(d, o, AddInspectors) || Try<Selection>(d, o, AddSelection) ||
-      Try<PropertyPages>(d, o, AddPropertyPages) || Try<UserProperties>(d, o, AddUserProperties) ||
-      Try<UserProperty>(d, o, AddUserProperty) || Try<Links>(d, o, AddLinks) ||
-      Try<Link>(d, o, AddLink) || Try<Recipients>(d, o, AddRecipients) ||
-      Try<Recipient>(d, o, AddRecipient) || Try<Attachments>(d, o, AddAttachments) ||
-      Try<Attachment>(d, o, AddAttachment) || Try<AddressEntry>(d, o, AddAddressEntry) ||
-      Try<AddressList>(d, o, AddAddressList) || Try<AddressLists>(d, o, AddAddressLists) ||
-      Try<MapiUtils>(d, o, AddMapiUtils) || Try<MapiTable>(d, o, AddMapiTable) ||
-      Try<SafeItem>(d, o, AddSafeItem) || Try<SafeInspector>(d, o, AddSafeInspector) ||
-      Try<RdoSession>(d, o, AddRdoSession) || Try<RdoFolder>(d, o, AddRdoFolder) ||
-      Try<RdoMessage>(d, o, AddRdoMessage) || Try<CommandBars>(d, o, AddCommandBars) ||
-      Try<CommandBar>(d, o, AddCommandBar) ||
+      Try<PropertyPages>(d, o, AddPropertyPages) || Try<ComAddIn>(d, o, AddComAddIn) ||
+      Try<UserProperties>(d, o, AddUserProperties) || Try<UserProperty>(d, o, AddUserProperty) ||
+      Try<Links>(d, o, AddLinks) || Try<Link>(d, o, AddLink) ||
+      Try<Recipients>(d, o, AddRecipients) || Try<Recipient>(d, o, AddRecipient) ||
+      Try<Attachments>(d, o, AddAttachments) || Try<Attachment>(d, o, AddAttachment) ||
+      Try<AddressEntry>(d, o, AddAddressEntry) || Try<AddressList>(d, o, AddAddressList) ||
+      Try<AddressLists>(d, o, AddAddressLists) || Try<MapiUtils>(d, o, AddMapiUtils) ||
+      Try<MapiTable>(d, o, AddMapiTable) || Try<SafeItem>(d, o, AddSafeItem) ||
+      Try<SafeInspector>(d, o, AddSafeInspector) || Try<RdoSession>(d, o, AddRdoSession) ||
+      Try<RdoFolder>(d, o, AddRdoFolder) || Try<RdoMessage>(d, o, AddRdoMessage) ||
+      Try<CommandBars>(d, o, AddCommandBars) || Try<CommandBar>(d, o, AddCommandBar) ||
       Try<CommandBarControls>(d, o, AddCommandBarControls) ||
       Try<CommandBarControl>(d, o, AddCommandBarControl);
   // Anything else (a MAPI object) is opaque: it has a type name and no members.
@@ -44,6 +44,11 @@ void AddMembers(DispatchObject& d, const std::shared_ptr<AutomationObject>& o) {
 ComPtr<IDispatch> Serve(const std::shared_ptr<AutomationObject>& object) {
   if (!object) return {};
   if (auto foreign = std::dynamic_pointer_cast<ForeignObject>(object)) return foreign->Dispatch();
+  // One COM object per simulated object while it is served: the application, the
+  // windows and their lists keep their identity, as Outlook's do.
+  if (DispatchObject* served = DispatchObject::ServingNow(object.get())) {
+    return ComPtr<IDispatch>(served->AsDispatch());
+  }
   ComPtr<DispatchObject> d = DispatchObject::Create(object->TypeName(), object);
   AddMembers(*d.Get(), object);
   return ComPtr<IDispatch>(d->AsDispatch());

@@ -7,6 +7,7 @@
 
 #include "src/core/value.h"
 #include "src/host/command_bars.h"
+#include "src/host/idt_extensibility2.h"
 #include "src/host/mapi_address.h"
 #include "src/host/mapi_safe_item.h"
 #include "src/host/mapi_session.h"
@@ -63,6 +64,7 @@ void AddClass(DispatchObject& d, int32_t ol_class);
 
 void AddApplication(DispatchObject& d, const std::shared_ptr<Application>& p);
 void AddNamespace(DispatchObject& d, const std::shared_ptr<Namespace>& p);
+void AddComAddIn(DispatchObject& d, const std::shared_ptr<ComAddIn>& p);
 void AddPropertyPages(DispatchObject& d, const std::shared_ptr<PropertyPages>& p);
 void AddExplorers(DispatchObject& d, const std::shared_ptr<Explorers>& p);
 void AddInspectors(DispatchObject& d, const std::shared_ptr<Inspectors>& p);

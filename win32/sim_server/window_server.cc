@@ -1,5 +1,5 @@
 // Members of Outlook's explorers and inspectors, their lists and the selection.
-#include "win32/sim_server/server_events.h"
+#include "win32/com/outlook_events.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
@@ -23,9 +23,9 @@ void AddWindow(DispatchObject& d, const std::shared_ptr<OutlookWindow>& p, const
   DispatchObject* raw = &d;
   d.Source(source);
   d.Keep(p->ActivateEvent.Connect(
-      [raw, iid = source] { FireBare(raw, iid, server_events::kWindowActivate); }));
+      [raw, iid = source] { FireBare(raw, iid, outlook_events::kWindowActivate); }));
   d.Keep(p->Deactivate.Connect(
-      [raw, iid = source] { FireBare(raw, iid, server_events::kWindowDeactivate); }));
+      [raw, iid = source] { FireBare(raw, iid, outlook_events::kWindowDeactivate); }));
   d.Keep(p->CloseEvent.Connect([raw, iid = source, close] { FireBare(raw, iid, close); }));
 }
 
@@ -38,7 +38,7 @@ void AddExplorer(DispatchObject& d, const std::shared_ptr<Explorer>& p) {
   d.Member("CurrentFolder", [p](const DispatchArgs&) { return ServeVariant(p->CurrentFolder()); });
   DispatchObject* raw = &d;
   d.Keep(p->SelectionChange.Connect(
-      [raw] { FireBare(raw, ev::kExplorerEvents10, server_events::kExplorerSelectionChange); }));
+      [raw] { FireBare(raw, ev::kExplorerEvents10, outlook_events::kExplorerSelectionChange); }));
 }
 
 void AddInspector(DispatchObject& d, const std::shared_ptr<Inspector>& p) {

@@ -15,8 +15,9 @@ SimOutlook::SimOutlook(std::filesystem::path log_root, double start_serial)
     : clock(start_serial),
       error_logs(std::move(log_root)),
       outlook_(&clock),
-      host_{registry, files, platform, clock,   loop,       loop,   forms,
-            windows,  shell, msg_box,  dialogs, error_logs, objects} {
+      host_{registry, files, platform, clock,   loop,       loop,    forms,
+            windows,  shell, msg_box,  dialogs, error_logs, objects, &toolbar_library,
+            &word} {
   std::weak_ptr<bool> alive = alive_;
   objects.Register(kSimKeepAliveProgId, [this, alive] {
     return std::make_shared<SimKeepAlive>([this, alive](bool hold) {

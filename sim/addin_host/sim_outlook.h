@@ -39,8 +39,10 @@
 #include "sim/shell/sim_form_factory.h"
 #include "sim/time/event_loop.h"
 #include "sim/time/virtual_clock.h"
+#include "sim/toolbars/sim_toolbar_helper.h"
 #include "sim/ui/recording_dialog_views.h"
 #include "sim/ui/recording_msg_box.h"
+#include "sim/word/sim_word.h"
 #include "src/host/host.h"
 #include "src/host/idt_extensibility2.h"
 
@@ -70,6 +72,10 @@ class SimOutlook {
   RecordingMsgBox msg_box;
   RecordingDialogViews dialogs;
   SqliteErrorLogFactory error_logs;
+  // The toolbar library and Word, installed with Outlook (Host.toolbar_library, Host.word);
+  // an add-in composed without a toolbar part never reaches them.
+  SimToolbarLibrary toolbar_library;
+  SimWord word{files};
 
  private:
   SimOutlookHost outlook_;  // before `objects`, which refers into it

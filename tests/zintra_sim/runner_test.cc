@@ -11,6 +11,7 @@
 #include "tools/zintra-sim/demo_scenario.h"
 #include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/progress.h"
 #include "tools/zintra-sim/runner.h"
 #include "tools/zintra-sim/scenario_reader.h"
 
@@ -19,6 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using ::testing::Contains;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 class RunnerTest : public ::testing::Test {
@@ -117,13 +119,86 @@ TEST_F(RunnerTest, UnknownFoldersetFolderIsBadInputAndNothingIsWritten) {
   EXPECT_FALSE(fs::exists(dir_ / "profile.json"));
 }
 
-TEST_F(RunnerTest, DemoPlaysThrough) {
+// The report attributes from the resulting profile: every logged item names the
+// contacts it was logged to and how each matched, and its copies; items sharing a
+// subject keep their own copies; an edited item keeps its attribution.
+TEST_F(RunnerTest, DemoReportNamesEveryLoggedItemsContactsAndCopies) {
   Scenario s = ReadScenarioText(kDemoScenario, "demo", ".");
   RunOptions o;
   o.quiet = true;
   RunResult r = RunScenario(s, o, out_);
-  EXPECT_GT(r.why.size(), 30u);
   EXPECT_THAT(r.log_lines, Contains("M Initializing the addin"));
+  int logged = 0, copies = 0;
+  for (const WhyRow& row : r.why) {
+    if (row.outcome == "logged") {
+      ++logged;
+      EXPECT_FALSE(row.contacts.empty()) << row.subject;
+      for (const std::string& c : row.contacts) EXPECT_THAT(c, HasSubstr(" (")) << row.subject;
+      EXPECT_EQ(row.copies.size(), static_cast<size_t>(row.logged_copies + row.shared_copies))
+          << row.subject;
+      EXPECT_GE(row.logged_copies, 1) << row.subject;
+    } else if (row.outcome == "copy") {
+      ++copies;
+      EXPECT_THAT(row.reason, HasSubstr(" copy of '")) << row.subject;
+    }
+    if (row.id == "in1") {
+      EXPECT_EQ(row.subject, "Quote 4471 (revised)");
+      EXPECT_EQ(row.outcome, "logged");
+      EXPECT_THAT(row.contacts, ElementsAre("Ann Lee (ann.lee@fabrikam.com)"));
+    }
+    if (row.id == "new1" || row.id == "new4") {
+      EXPECT_EQ(row.copies.size(), 1u) << row.id;
+    }
+  }
+  EXPECT_GT(logged, 20);
+  EXPECT_GE(copies, logged);
+  // The phone call logged from the toolbar, and the letter filed.
+  EXPECT_THAT(r.why,
+              Contains(::testing::Field(&WhyRow::subject, "Call with Ann about quote 4471")));
+  EXPECT_THAT(r.why, Contains(::testing::Field(&WhyRow::outcome, "letter")));
+}
+
+// A settings step replaces the add-in's settings: the error log moves to the new folder.
+TEST_F(RunnerTest, SettingsStepMovesTheErrorLog) {
+  RunResult r = Run(WithTimeline(R"js([{"do": "start"}, {"do": "wait", "for": "1m"},
+      {"do": "settings", "registry": {"values": [{"key": "HKCU\\Software\\Brellow\\Zintra\\Logging",
+        "name": "LogPath", "string": "D:\\Zintra Logs"}]}},
+      {"do": "deliver", "item": {"subject": "After", "from": "ann@fabrikam.com"}},
+      {"do": "wait", "for": "1m"}, {"do": "quit"}])js",
+                                 "[]"),
+                    true);
+  EXPECT_THAT(r.error_log_path, HasSubstr("Zintra Logs"));
+  EXPECT_TRUE(fs::exists(r.error_log_path));
+  EXPECT_THAT(r.log_lines, Contains(HasSubstr("'After'")));
+}
+
+// Progress: plain lines per task (started, each quarter, done), a redrawn block per
+// task on a terminal, nothing when quiet.
+TEST(ProgressTest, ShowsEachTaskOfTheTaskList) {
+  std::ostringstream plain;
+  Progress p(plain, false, false);
+  p.Update({{"a", "Scanning Inbox", 0}, {"b", "Process email: Quote", 10}}, 2);
+  p.Update({{"a", "Scanning Inbox", 30}, {"b", "Process email: Quote", 20}}, 1);
+  p.Update({{"a", "Scanning Inbox", 60}}, 0);
+  p.Update({}, 0);
+  EXPECT_EQ(plain.str(),
+            "  task started: Scanning Inbox\n  task started: Process email: Quote\n"
+            "  task 25%: Scanning Inbox\n  task 50%: Scanning Inbox\n"
+            "  task done: Process email: Quote\n  task done: Scanning Inbox\n");
+
+  std::ostringstream live;
+  Progress l(live, false, true);
+  l.Update({{"a", "Scanning Inbox", 50}}, 3);
+  EXPECT_EQ(live.str(), "  [############------------]  50%  Scanning Inbox\n  3 job(s) queued\n");
+  l.Update({{"a", "Scanning Inbox", 50}}, 3);  // unchanged: not redrawn
+  l.Done();
+  EXPECT_THAT(live.str(), HasSubstr("\x1b[1A\x1b[2K\x1b[1A\x1b[2K"));
+
+  std::ostringstream quiet;
+  Progress q(quiet, true, false);
+  q.Update({{"a", "Scanning Inbox", 50}}, 1);
+  q.Note("nothing");
+  EXPECT_EQ(quiet.str(), "");
 }
 
 }  // namespace

@@ -6,7 +6,7 @@ namespace zintra::simtool {
 // clang-format off
 const char kDemoScenario[] = R"json({
   "name": "demo",
-  "description": "Jane Doe of Contoso tracks her clients: a start-up scan over her Inbox and Sent Items backlog, new mail arriving, a reply sent, a logged mail edited, then Outlook quits.",
+  "description": "Jane Doe of Contoso tracks her clients: a start-up scan over her Inbox and Sent Items backlog, new mail arriving, a reply sent, a logged mail edited, a phone call logged and a letter written from the Zintra toolbar, then Outlook quits.",
   "outlook": {
     "version": "11.0.0.8312"
   },
@@ -749,6 +749,27 @@ const char kDemoScenario[] = R"json({
       "set": {
         "subject": "Quote 4471 (revised)"
       }
+    },
+    {
+      "do": "click",
+      "button": "phone-call",
+      "selection": [
+        "c1"
+      ],
+      "fill": {
+        "subject": "Call with Ann about quote 4471",
+        "body": "She will confirm the order on Friday."
+      },
+      "note": "Jane logs a phone call with Ann Lee from the Zintra toolbar"
+    },
+    {
+      "do": "click",
+      "button": "letter",
+      "selection": [
+        "c1"
+      ],
+      "letter": "Thank you for your order of 12 March.",
+      "note": "and writes her a letter, which the template files in Outlook"
     },
     {
       "do": "wait",

@@ -24,7 +24,8 @@ std::string MatchText(const std::map<std::string, std::string>& match) {
   return s.empty() ? "" : " with " + s;
 }
 
-ExpectationOutcome Check(const ExpectSpec& e, const ProfileLoader& loader, const RunResult& r) {
+ExpectationOutcome Check(const ExpectSpec& e, const sim::MemoryRegistry& registry,
+                         const ProfileLoader& loader, const RunResult& r) {
   ExpectationOutcome o{e, false, ""};
   switch (e.kind) {
     case ExpectKind::kFolder: {
@@ -87,18 +88,53 @@ ExpectationOutcome Check(const ExpectSpec& e, const ProfileLoader& loader, const
                  std::to_string(e.count.value_or(0));
       break;
     }
+    case ExpectKind::kRegistry: {
+      std::optional<std::string> found = RegistryText(registry, e.reg_key, e.reg_name);
+      o.met = e.reg_value.empty() ? !found : found && text::EqualsNoCase(*found, e.reg_value);
+      o.detail = "registry " + e.reg_key + " \"" + e.reg_name + "\" is " +
+                 (found ? "'" + *found + "'" : std::string("absent")) + ", expected " +
+                 (e.reg_value.empty() ? std::string("absent") : "'" + e.reg_value + "'");
+      break;
+    }
   }
   return o;
 }
 
 }  // namespace
 
+std::pair<HKey, std::string> SplitRegKey(const std::string& key) {
+  size_t slash = key.find('\\');
+  std::string hive = text::UCase(key.substr(0, slash));
+  std::string path = slash == std::string::npos ? "" : key.substr(slash + 1);
+  HKey h = (hive == "HKLM" || hive == "HKEY_LOCAL_MACHINE") ? kHKeyLocalMachine : kHKeyCurrentUser;
+  return {h, path};
+}
+
+std::optional<std::string> RegistryText(const sim::MemoryRegistry& registry, const std::string& key,
+                                        const std::string& name) {
+  auto [hive, path] = SplitRegKey(key);
+  std::optional<sim::RegistryValue> v = registry.GetValue(hive, path, name);
+  if (!v) return std::nullopt;
+  if (auto d = v->AsDword()) return std::to_string(*d);
+  if (v->type != kRegMultiSz) return v->AsString();
+  std::string joined, one;
+  for (uint8_t c : v->data) {
+    if (c != 0) {
+      one += static_cast<char>(c);
+    } else if (!one.empty()) {
+      joined += (joined.empty() ? "" : "; ") + one;
+      one.clear();
+    }
+  }
+  return joined;
+}
+
 std::vector<ExpectationOutcome> CheckExpectations(const std::vector<ExpectSpec>& descs,
-                                                  const sim::Profile& /*profile*/,
+                                                  const sim::MemoryRegistry& registry,
                                                   const ProfileLoader& loader,
                                                   const RunResult& result) {
   std::vector<ExpectationOutcome> out;
-  for (const ExpectSpec& e : descs) out.push_back(Check(e, loader, result));
+  for (const ExpectSpec& e : descs) out.push_back(Check(e, registry, loader, result));
   return out;
 }
 

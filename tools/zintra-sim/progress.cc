@@ -1,10 +1,7 @@
 #include "tools/zintra-sim/progress.h"
 
+#include <algorithm>
 #include <ostream>
-
-#include "src/addin/zintra_addin_app.h"
-#include "src/jobs/job_queue.h"
-#include "src/ui/frm_task_list.h"
 
 namespace zintra::simtool {
 
@@ -49,45 +46,69 @@ std::string Progress::Describe(const StepSpec& s) {
 
 void Progress::Step(const StepSpec& step, double now) {
   if (quiet_) return;
-  EndLiveLine();
+  EraseLive();
   out_ << "[" << FormatIsoTime(now).substr(11) << "] " << Describe(step) << "\n";
-  last_.clear();
 }
 
-void Progress::Update(const std::shared_ptr<ZintraAddinApp>& addin) {
-  if (quiet_ || !addin) return;
-  std::shared_ptr<JobQueue> queue = addin->GetJobQueue();
-  if (!queue) return;
-  frmTaskList* tasks = queue->TaskListForm();
-  int entries = tasks ? tasks->EntryCount() : 0;
-  int percent = tasks && tasks->TotalUnits() > 0
-                    ? static_cast<int>(100.0 * tasks->DoneUnits() / tasks->TotalUnits())
-                    : 0;
-  int queued = queue->QueuedJobsCount();
-  if (entries == 0 && queued == 0 && last_.empty()) return;
-  std::string status =
-      std::to_string(entries) + " task(s), " + std::to_string(queued) + " job(s) queued";
+void Progress::Note(const std::string& text) {
+  if (quiet_) return;
+  EraseLive();
+  out_ << "  note: " << text << "\n";
+}
+
+std::string Progress::Bar(const TaskRow& row, int width) {
+  int percent = std::clamp(row.percent, 0, 100);
+  int filled = percent * width / 100;
+  std::string p = std::to_string(percent);
+  return "[" + std::string(filled, '#') + std::string(width - filled, '-') + "] " +
+         std::string(3 - std::min<size_t>(3, p.size()), ' ') + p + "%  " + row.description;
+}
+
+void Progress::Update(const std::vector<TaskRow>& rows, int queued) {
+  if (quiet_) return;
   if (live_) {
-    constexpr int kWidth = 30;
-    int filled = percent * kWidth / 100;
-    std::string bar = "[" + std::string(filled, '#') + std::string(kWidth - filled, '-') + "] ";
-    out_ << "\r  task list " << bar << percent << "%  " << status << "   " << std::flush;
-    live_line_ = true;
-    last_ = status;
-  } else if (status != last_) {
-    out_ << "  task list: " << status << (entries ? ", " + std::to_string(percent) + "% done" : "")
-         << "\n";
-    last_ = status;
+    std::string block;
+    for (const TaskRow& row : rows) block += "  " + Bar(row, 24) + "\n";
+    if (!rows.empty() || queued > 0) block += "  " + std::to_string(queued) + " job(s) queued\n";
+    if (block == last_live_) return;
+    EraseLive();
+    out_ << block << std::flush;
+    live_lines_ = static_cast<int>(std::count(block.begin(), block.end(), '\n'));
+    last_live_ = block;
+    return;
   }
+  std::map<std::string, std::pair<std::string, int>> now;
+  for (const TaskRow& row : rows) {
+    int quarter = std::clamp(row.percent, 0, 100) / 25;
+    auto seen = shown_.find(row.key);
+    if (seen == shown_.end()) {
+      out_ << "  task started: " << row.description << "\n";
+      now[row.key] = {row.description, 0};
+    } else {
+      now[row.key] = seen->second;
+    }
+    if (quarter > now[row.key].second && quarter < 4) {
+      out_ << "  task " << quarter * 25 << "%: " << row.description << "\n";
+      now[row.key].second = quarter;
+    }
+  }
+  for (const auto& [key, shown] : shown_) {
+    if (!now.count(key)) out_ << "  task done: " << shown.first << "\n";
+  }
+  shown_ = std::move(now);
 }
 
-void Progress::EndLiveLine() {
-  if (live_line_) out_ << "\n";
-  live_line_ = false;
+void Progress::EraseLive() {
+  // Up over the block, clearing it, so the next lines take its place.
+  for (; live_lines_ > 0; --live_lines_) out_ << "\x1b[1A\x1b[2K";
+  out_ << std::flush;
+  last_live_.clear();
 }
 
 void Progress::Done() {
-  if (!quiet_) EndLiveLine();
+  if (quiet_) return;
+  Update({}, 0);
+  EraseLive();
 }
 
 }  // namespace zintra::simtool

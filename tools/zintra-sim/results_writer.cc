@@ -5,6 +5,7 @@
 #include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/item_view.h"
 #include "tools/zintra-sim/output_files.h"
+#include "tools/zintra-sim/profile_facts.h"
 #include "tools/zintra-sim/why_report.h"
 
 namespace zintra::simtool {
@@ -14,7 +15,8 @@ using sim::MessageProps;
 
 namespace {
 
-ordered_json ItemResult(const sim::MessageRecord& m, const ProfileLoader& loader) {
+ordered_json ItemResult(const sim::MessageRecord& m, const ProfileLoader& loader,
+                        const ProfileFacts& facts) {
   ordered_json j;
   std::string id = loader.IdOf(m);
   if (!id.empty()) j["id"] = id;
@@ -50,22 +52,32 @@ ordered_json ItemResult(const sim::MessageRecord& m, const ProfileLoader& loader
   if (marks.shared_copies) mj["shared_copies"] = marks.shared_copies;
   j["marks"] = mj;
   if (!marks.links.empty()) j["links"] = marks.links;
-  if (!loader.Made(m)) j["made_by_addin"] = true;
+  CopyOf copy = facts.CopyInfo(m);
+  if (copy.original) {
+    ordered_json c;
+    c["kind"] = copy.shared ? "shared" : "logged";
+    c["folder"] = ProfileFacts::FolderOf(*copy.original);
+    c["subject"] = SubjectOf(*copy.original);
+    std::string of = loader.IdOf(*copy.original);
+    if (!of.empty()) c["id"] = of;
+    j["copy_of"] = c;
+  }
   return j;
 }
 
-ordered_json FolderResult(const sim::FolderRecord& f, const ProfileLoader& loader) {
+ordered_json FolderResult(const sim::FolderRecord& f, const ProfileLoader& loader,
+                          const ProfileFacts& facts) {
   ordered_json j;
   j["name"] = f.name;
   j["type"] = FolderTypeName(f.default_item_type);
   ordered_json items = ordered_json::array();
   for (const auto& m : f.messages) {
-    if (!m->deleted) items.push_back(ItemResult(*m, loader));
+    if (!m->deleted) items.push_back(ItemResult(*m, loader, facts));
   }
   j["items"] = items;
   ordered_json folders = ordered_json::array();
   for (const auto& c : f.children) {
-    if (!c->deleted) folders.push_back(FolderResult(*c, loader));
+    if (!c->deleted) folders.push_back(FolderResult(*c, loader, facts));
   }
   if (!folders.empty()) j["folders"] = folders;
   return j;
@@ -74,6 +86,7 @@ ordered_json FolderResult(const sim::FolderRecord& f, const ProfileLoader& loade
 }  // namespace
 
 ordered_json ResultProfileJson(const sim::Profile& profile, const ProfileLoader& loader) {
+  ProfileFacts facts(profile);
   ordered_json j;
   j["user"] = profile.CurrentUser().name + " <" + profile.CurrentUser().smtp + ">";
   j["outlook_version"] = profile.Version();
@@ -84,7 +97,7 @@ ordered_json ResultProfileJson(const sim::Profile& profile, const ProfileLoader&
     s["kind"] = store->is_public ? "public" : store->is_default ? "mailbox" : "personal";
     s["folders"] = ordered_json::array();
     for (const auto& f : store->root->children) {
-      if (!f->deleted) s["folders"].push_back(FolderResult(*f, loader));
+      if (!f->deleted) s["folders"].push_back(FolderResult(*f, loader, facts));
     }
     j["stores"].push_back(s);
   }

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <iomanip>
 #include <iostream>
 #include <random>
 #include <stdexcept>
@@ -11,14 +10,11 @@
 #include "sim/outlook/message_props.h"
 #include "sim/outlook/sim_item.h"
 #include "sim/outlook/sim_namespace.h"
-#include "sim/registry/reg_file.h"
-#include "src/addin/connect.h"
+#include "src/addin/zintra_addin_app.h"
 #include "src/core/text.h"
-#include "src/errors/error_handling.h"
 #include "src/host/mapi_object.h"
-#include "src/resources/string_table.h"
-#include "src/settings/reg_settings.h"
-#include "tools/zintra-sim/addin_composition.h"
+#include "src/jobs/job_queue.h"
+#include "tools/zintra-sim/click_player.h"
 #include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/item_view.h"
@@ -27,6 +23,7 @@
 #include "tools/zintra-sim/results_writer.h"
 #include "tools/zintra-sim/scenario_reader.h"
 #include "tools/zintra-sim/why_report.h"
+#include "tools/zintra-sim/world.h"
 
 namespace zintra::simtool {
 
@@ -35,196 +32,9 @@ using Clock_ = std::chrono::steady_clock;
 
 namespace {
 
-constexpr double kDefaultStart = 46027.375;  // 5 January 2026 09:00
-constexpr char kLoggingKey[] = "Software\\Brellow\\Zintra\\Logging";
-
-std::pair<HKey, std::string> SplitKey(const std::string& key) {
-  size_t slash = key.find('\\');
-  std::string hive = text::UCase(key.substr(0, slash));
-  std::string path = slash == std::string::npos ? "" : key.substr(slash + 1);
-  HKey h = (hive == "HKLM" || hive == "HKEY_LOCAL_MACHINE") ? kHKeyLocalMachine : kHKeyCurrentUser;
-  return {h, path};
-}
-
-void ApplyRegistry(sim::MemoryRegistry& registry, const RegistrySpec& desc) {
-  for (const std::string& file : desc.reg_files) {
-    try {
-      sim::RegFile::Import(registry, ReadWholeFile(file), file);
-    } catch (const sim::RegFileError& e) {
-      std::string what = e.what();
-      // "source:line: problem"
-      size_t colon = what.find(": ", file.size());
-      throw InputError(file, e.line(), "",
-                       colon == std::string::npos ? what : what.substr(colon + 2));
-    }
-  }
-  for (const RegValueSpec& v : desc.values) {
-    auto [hive, path] = SplitKey(v.key);
-    if (v.type == RegType::kDword) {
-      registry.SetDword(hive, path, v.name, v.dword);
-    } else if (v.type == RegType::kString) {
-      registry.SetString(hive, path, v.name, v.text);
-    } else {
-      sim::RegistryValue value;
-      value.name = v.name;
-      value.type = kRegMultiSz;
-      for (const std::string& t : v.texts) {
-        value.data.insert(value.data.end(), t.begin(), t.end());
-        value.data.push_back(0);
-      }
-      value.data.push_back(0);
-      registry.PutValue(hive, path, value);
-    }
-  }
-}
-
-bool SetsLogLevel(const RegistrySpec& desc) {
-  for (const RegValueSpec& v : desc.values) {
-    if (text::EqualsNoCase(v.name, "LogLevel")) return true;
-  }
-  return !desc.reg_files.empty();  // a settings file may set it; it wins
-}
-
 double Seconds(Clock_::time_point since) {
   return std::chrono::duration<double>(Clock_::now() - since).count();
 }
-
-// The simulated world of one run. Members are destroyed in reverse order: the
-// add-in (inside SimOutlook) goes before the error handling and the profile.
-class World {
- public:
-  World(const Scenario& s, const RunOptions& o, const fs::path& log_root)
-      : scenario_(s),
-        options_(o),
-        outlook_(log_root, s.start_time != 0 ? s.start_time : kDefaultStart),
-        profile_(outlook_.profile()),
-        loader_(profile_) {}
-
-  ~World() {
-    if (outlook_.Started() && !outlook_.Ended()) outlook_.EndProcess();
-  }
-
-  void Build() {
-    loader_.Load(scenario_.profile, scenario_.outlook_version);
-    for (const auto& store : profile_.Stores()) {
-      CountItems(*store->root, loaded_items_);
-    }
-    if (options_.log_level >= 0) {
-      ApplyRegistry(outlook_.registry, scenario_.registry);
-      outlook_.registry.SetDword(kHKeyCurrentUser, kLoggingKey, "LogLevel",
-                                 static_cast<uint32_t>(options_.log_level));
-    } else {
-      if (!SetsLogLevel(scenario_.registry)) {
-        outlook_.registry.SetDword(kHKeyCurrentUser, kLoggingKey, "LogLevel",
-                                   static_cast<uint32_t>(scenario_.log_level));
-      }
-      ApplyRegistry(outlook_.registry, scenario_.registry);
-    }
-    WriteFolderSettings();
-    if (!scenario_.first_run) {
-      // The add-in has run for this user before, so it scans the Inbox at start-up.
-      outlook_.registry.SetDword(kHKeyCurrentUser, kProductKey, "UserFirstRun", 0);
-    }
-    ApplyRegistry(outlook_.registry, scenario_.registry);  // the scenario's own values win
-    outlook_.SetAddin([this](const Host& host) {
-      return std::make_shared<Connect>(host, errors_, strings_, MakeAddinParts());
-    });
-  }
-
-  sim::Profile& profile() { return profile_; }
-  ProfileLoader& loader() { return loader_; }
-  sim::SimOutlook& outlook() { return outlook_; }
-  size_t loaded_items() const { return loaded_items_; }
-
-  std::shared_ptr<ZintraAddinApp> Addin() {
-    auto connect = std::dynamic_pointer_cast<Connect>(outlook_.Addin().lock());
-    return connect ? connect->AddinApp() : nullptr;
-  }
-
-  std::vector<std::string> LogLines() const {
-    std::vector<std::string> lines;
-    for (const auto& log : outlook_.error_logs.Created()) {
-      for (const auto& row : log->Rows()) {
-        lines.push_back(row.kind.substr(0, 1) + " " + row.description);
-      }
-    }
-    return lines;
-  }
-
-  static void CountItems(const sim::FolderRecord& f, size_t& n) {
-    n += f.messages.size();
-    for (const auto& c : f.children) CountItems(*c, n);
-  }
-
- private:
-  std::shared_ptr<sim::FolderRecord> Folder(const std::string& path, int line, const char* field) {
-    auto f = loader_.FindFolder(path);
-    if (!f) {
-      throw InputError(scenario_.source, line, field, "no folder \"" + path + "\" in the profile");
-    }
-    return f;
-  }
-
-  // One numbered list entry ("Foldersets\Contact\EntryID" value "1", ...).
-  void WriteIds(const std::string& list, int index, const std::string& path, int line,
-                const char* field) {
-    std::string entry, store;
-    if (!path.empty()) {
-      auto f = Folder(path, line, field);
-      entry = profile_.EntryIdOf(*f);
-      store = profile_.StoreIdOf(*f->store);
-    }
-    std::string base = std::string(kProductKey) + "\\" + list;
-    outlook_.registry.SetString(kHKeyCurrentUser, base + "\\EntryID", std::to_string(index), entry);
-    outlook_.registry.SetString(kHKeyCurrentUser, base + "\\StoreID", std::to_string(index), store);
-  }
-
-  void WriteFolderSettings() {
-    const std::string product = kProductKey;
-    int i = 0;
-    for (const FoldersetSpec& set : scenario_.foldersets) {
-      ++i;
-      WriteIds("Foldersets\\Contact", i, set.contacts, set.source_line, "contacts");
-      WriteIds("Foldersets\\Email", i, set.email, set.source_line, "email");
-      WriteIds("Foldersets\\Journal", i, set.journal, set.source_line, "journal");
-      WriteIds("Foldersets\\SharedCalendar", i, set.shared_calendar, set.source_line,
-               "shared_calendar");
-      WriteIds("Foldersets\\SharedJournal", i, set.shared_journal, set.source_line,
-               "shared_journal");
-      WriteIds("Foldersets\\SharedTaskList", i, set.shared_tasks, set.source_line, "shared_tasks");
-      outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Foldersets\\Flags",
-                                 std::to_string(i), static_cast<uint32_t>(set.flags));
-    }
-    if (i > 0) {
-      outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Foldersets", "Count",
-                                 static_cast<uint32_t>(i));
-    }
-    i = 0;
-    for (const MonitorSpec& m : scenario_.monitored_folders) {
-      ++i;
-      WriteIds("Monitoring\\Folders", i, m.folder, m.source_line, "folder");
-      outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Monitoring\\Folders\\Flags",
-                                 std::to_string(i), static_cast<uint32_t>(m.flags));
-    }
-    if (i > 0) {
-      outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Monitoring\\Folders", "FolderCount",
-                                 static_cast<uint32_t>(i));
-    }
-  }
-
-  const Scenario& scenario_;
-  const RunOptions& options_;
-  // The process first: it owns the profile (driven by its clock) and its class
-  // registry carries the library; the add-in inside it is ended by the destructor
-  // before anything below goes.
-  sim::SimOutlook outlook_;
-  sim::Profile& profile_;
-  ProfileLoader loader_;
-  StringTable strings_;
-  size_t loaded_items_ = 0;
-  ErrorHandling errors_{ErrorHandlingHost{outlook_.error_logs, outlook_.msg_box, outlook_.registry,
-                                          outlook_.files, outlook_.platform, strings_}};
-};
 
 class TimelinePlayer {
  public:
@@ -262,11 +72,11 @@ class TimelinePlayer {
         break;
       }
       case StepKind::kSettings:
-        ApplyRegistry(o.registry, step.registry);
+        w_.ReplaceSettings(step.registry, step.multi_user);
         break;
       case StepKind::kClick:
-        throw std::runtime_error("line " + std::to_string(step.source_line) +
-                                 ": toolbar clicks are not modelled by this build of zintra-sim");
+        ClickPlayer(w_, [this](const std::string& note) { progress_.Note(note); }).Play(step);
+        break;
       case StepKind::kOpenInspector:
         o.OpenInspector(ItemFor(step.target, step));
         break;
@@ -301,7 +111,7 @@ class TimelinePlayer {
       int64_t slice = std::min<int64_t>(left, 1000000);
       o.loop.AdvanceBy(slice);
       left -= slice;
-      progress_.Update(w_.Addin());
+      ShowTasks();
     } while (left > 0);
   }
 
@@ -351,30 +161,19 @@ class TimelinePlayer {
   void Change(const StepSpec& step) {
     auto record = Record(step.target, step);
     auto item = sim::MakeItem(&w_.profile(), record);
-    for (const auto& [field, value] : step.changes) {
-      std::string f = text::LCase(field);
-      if (f == "subject") {
-        item->SetSubject(value);
-      } else if (f == "body") {
-        item->SetBody(value);
-      } else if (f == "categories") {
-        item->SetCategories(value);
-      } else if (f == "sensitivity") {
-        auto s = SensitivityFromName(value);
-        if (!s)
-          throw std::runtime_error("line " + std::to_string(step.source_line) +
-                                   ": sensitivity must be normal, personal, private or "
-                                   "confidential");
-        item->SetSensitivity(*s);
-      } else {
-        bool yes_no = text::EqualsNoCase(value, "true") || text::EqualsNoCase(value, "false");
-        auto props = item->UserProperties();
-        auto prop = props->Find(field);
-        if (!prop) prop = props->Add(field, yes_no ? kOlYesNo : kOlText, false);
-        prop->SetValue(yes_no ? Value(text::EqualsNoCase(value, "true")) : Value(value));
-      }
-    }
+    SetItemFields(*item, step.changes, step.source_line);
     item->Save();
+  }
+
+  // The task list's rows as its window holds them, and the queue's length.
+  void ShowTasks() {
+    std::vector<TaskRow> rows;
+    if (const sim::SimTaskListView* view = w_.outlook().forms.task_list()) {
+      for (const auto& row : view->rows()) rows.push_back({row.key, row.description, row.percent});
+    }
+    std::shared_ptr<ZintraAddinApp> addin = w_.Addin();
+    std::shared_ptr<JobQueue> queue = addin ? addin->GetJobQueue() : nullptr;
+    progress_.Update(rows, queue ? queue->QueuedJobsCount() : 0);
   }
 
   World& w_;
@@ -432,9 +231,11 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
   for (const auto& log : world.outlook().error_logs.Created()) {
     result.error_log_path = log->NativePath().string();
   }
-  result.why = BuildWhyReport(world.profile(), world.loader(), result.log_lines);
+  result.why =
+      BuildWhyReport(world.profile(), world.loader(), scenario.foldersets, result.log_lines);
   for (const WhyRow& row : result.why) result.items_logged += row.outcome == "logged";
-  result.expectations = CheckExpectations(scenario.expect, world.profile(), world.loader(), result);
+  result.expectations =
+      CheckExpectations(scenario.expect, world.outlook().registry, world.loader(), result);
   for (const auto& e : result.expectations) {
     if (!e.met) result.exit_code = 1;
   }

@@ -37,10 +37,13 @@ struct WhyRow {
   std::string subject;
   std::string id;
   std::string outcome;  // logged | screened | in progress | not reached | copy
+  // The contacts it was logged to, each with how it was matched: "Ann Lee (link)",
+  // "Ann Lee (ann@fabrikam.com)", "Wingtip Toys (*@wingtiptoys.com)".
   std::vector<std::string> contacts;
   int logged_copies = 0;
   int shared_copies = 0;
-  std::string reason;  // the log line that explains it
+  std::vector<std::string> copies;  // folders of its copies ("Client Journal", ...)
+  std::string reason;               // why it was screened, or what a copy is a copy of
 };
 
 struct RunResult {

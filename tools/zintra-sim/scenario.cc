@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "src/core/text.h"
+#include "src/toolbars/toolbars.h"
 
 namespace zintra::simtool {
 
@@ -143,6 +144,17 @@ std::optional<StepKind> StepFromName(const std::string& name) {
     if (name == n) return kind;
   }
   return std::nullopt;
+}
+
+const char* ButtonTag(const std::string& name) {
+  static constexpr std::pair<const char*, const char*> kButtons[] = {
+      {"phone-call", kTagPhoneCall},    {"email", kTagEmail},
+      {"file-link", kTagFileLink},      {"note", kTagNote},
+      {"appointment", kTagAppointment}, {"letter", kTagLetter}};
+  for (const auto& [n, tag] : kButtons) {
+    if (name == n) return tag;
+  }
+  return nullptr;
 }
 
 std::optional<double> ParseIsoTime(const std::string& s) {

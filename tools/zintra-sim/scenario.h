@@ -119,7 +119,7 @@ enum class StepKind {
   kDelete,          // target
   kWait,            // duration (virtual time passes, the queue runs)
   kSettings,        // registry: values written, then the add-in told its settings changed
-  kClick,           // button, selection
+  kClick,           // button, selection, the answers to what the button shows
   kOpenInspector,   // target
   kCloseInspector,  // target
   kLoadAddin,
@@ -139,11 +139,26 @@ struct StepSpec {
   double seconds = 0;                          // kWait: how long
   double until = 0;  // kWait: until this moment instead (a serial; 0: not given)
   RegistrySpec registry;
+  // kSettings: the options page's "for all users" choice, when the step makes it.
+  std::optional<bool> multi_user;
+  // kClick: the button ("phone-call", "email", "file-link", "note", "appointment",
+  // "letter"), the items selected, and the window clicked in ("explorer": one on the
+  // first selected item's folder; "inspector": the item window of the one selected item).
   std::string button;
   std::vector<std::string> selection;
+  std::string in = "explorer";
+  // The user's answers: the question before linking many items (unset: OK), the fields
+  // typed into the item window the button opens and how it is left ("save", "send",
+  // "discard", "" for the button's usual end), the items picked in Outlook's link
+  // dialog, and the text typed into a letter ("" with "discard": not filed).
+  std::optional<bool> confirm;
+  std::map<std::string, std::string> fill;
+  std::string then;
+  std::vector<std::string> link_items;
+  std::string letter;
 };
 
-enum class ExpectKind { kFolder, kItem, kLog, kCount };
+enum class ExpectKind { kFolder, kItem, kLog, kCount, kRegistry };
 
 // One check made after the timeline. Matching an item: every given field must equal.
 struct ExpectSpec {
@@ -156,6 +171,8 @@ struct ExpectSpec {
   std::string log_text;                      // kLog: a substring of a log line
   bool present = true;
   std::string what;  // kCount: "logged" | "screened" | "log_lines" | "errors"
+  // kRegistry: a value after the run ("HKLM\\...", name); `value` "" means absent.
+  std::string reg_key, reg_name, reg_value;
 };
 
 struct Scenario {
@@ -185,6 +202,9 @@ int32_t FolderTypeFor(ItemClass c);
 const char* FolderTypeName(int32_t item_type);  // "mail", "contact", ...
 std::optional<int32_t> FolderTypeFromName(const std::string& name);
 const char* StepName(StepKind k);
+// The toolbar button's tag for its name in files ("phone-call" -> "Zintra_PhoneCall");
+// nullptr for a name that is no button.
+const char* ButtonTag(const std::string& name);
 std::optional<StepKind> StepFromName(const std::string& name);
 // "2026-01-05T09:30:00" (seconds optional, "Z" or no zone) -> serial.
 std::optional<double> ParseIsoTime(const std::string& text);

@@ -216,9 +216,64 @@ RegistrySpec ReadRegistry(const JsonNode& n, const std::string& base_dir) {
   return r;
 }
 
+// A click and the answers to what its button shows; an answer the button never asks
+// for is a mistake in the file, not something to ignore.
+void ReadClick(const JsonNode& n, StepSpec& step) {
+  JsonNode button = n.Need("button");
+  step.button = button.AsString();
+  if (!ButtonTag(step.button)) {
+    button.Fail("expected phone-call, email, file-link, note, appointment or letter");
+  }
+  if (auto s = n.Get("selection")) step.selection = s->AsStrings();
+  step.in = n.String("in", "explorer");
+  if (step.in != "explorer" && step.in != "inspector") {
+    n.Need("in").Fail("expected explorer or inspector");
+  }
+  if (step.in == "inspector" && step.selection.size() != 1) {
+    n.Fail("a click in an item window needs exactly one item in \"selection\"");
+  }
+  const std::string& b = step.button;
+  const bool journal = b == "phone-call" || b == "note";
+  const bool window = journal || b == "email" || b == "appointment";
+  auto refuse = [&](const char* key, const char* why) {
+    if (auto v = n.Get(key)) v->Fail(std::string("the ") + b + " button " + why);
+  };
+  if (auto c = n.Get("confirm")) {
+    if (!journal) c->Fail("only phone-call and note ask before linking many items");
+    step.confirm = c->AsBool();
+  }
+  if (auto f = n.Get("fill")) {
+    if (!window) f->Fail("the " + b + " button opens no item window to fill");
+    step.fill = ReadTextMap(*f);
+  }
+  if (auto t = n.Get("then")) {
+    step.then = t->AsString();
+    if (b == "letter") {
+      if (step.then != "file" && step.then != "discard") t->Fail("expected file or discard");
+    } else if (!window) {
+      t->Fail("the " + b + " button opens no window to leave");
+    } else if (step.then != "save" && step.then != "discard" && step.then != "keep-open" &&
+               !(b == "email" && step.then == "send")) {
+      t->Fail(b == "email" ? "expected send, save, discard or keep-open"
+                           : "expected save, discard or keep-open");
+    }
+  }
+  if (b == "file-link") {
+    if (auto l = n.Get("link_items")) step.link_items = l->AsStrings();
+  } else {
+    refuse("link_items", "shows no link dialog (only file-link does)");
+  }
+  if (b == "letter") {
+    step.letter = n.String("letter");
+  } else {
+    refuse("letter", "writes no letter (only letter does)");
+  }
+}
+
 StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
-  n.OnlyKeys({"do", "at", "windows", "addin", "folder", "item", "target", "set", "for", "registry",
-              "button", "selection", "note"});
+  n.OnlyKeys({"do",   "at",   "windows",    "addin",  "folder",     "item", "target",
+              "set",  "for",  "registry",   "button", "selection",  "in",   "confirm",
+              "fill", "then", "link_items", "letter", "multi_user", "note"});
   StepSpec step;
   step.source_line = n.Line();
   JsonNode what = n.Need("do");
@@ -267,11 +322,14 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
       break;
     }
     case StepKind::kSettings:
-      step.registry = ReadRegistry(need("registry"), base_dir);
+      if (n.Has("registry")) step.registry = ReadRegistry(need("registry"), base_dir);
+      if (auto m = n.Get("multi_user")) step.multi_user = m->AsBool();
+      if (!n.Has("registry") && !step.multi_user) {
+        n.Fail("\"settings\" needs \"registry\" values or \"multi_user\"");
+      }
       break;
     case StepKind::kClick:
-      step.button = need("button").AsString();
-      if (auto s = n.Get("selection")) step.selection = s->AsStrings();
+      ReadClick(n, step);
       break;
     default:
       break;
@@ -280,12 +338,16 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
 }
 
 ExpectSpec ReadExpect(const JsonNode& n) {
-  n.OnlyKeys({"folder", "item", "match", "count", "log", "present", "total", "equals", "note"});
+  n.OnlyKeys({"folder", "item", "match", "count", "log", "present", "total", "equals", "registry",
+              "name", "value", "note"});
   ExpectSpec e;
   e.source_line = n.Line();
-  int kinds = n.Has("folder") + n.Has("item") + n.Has("log") + n.Has("total");
-  if (kinds != 1)
-    n.Fail("an expectation needs exactly one of \"folder\", \"item\", \"log\", \"total\"");
+  int kinds = n.Has("folder") + n.Has("item") + n.Has("log") + n.Has("total") + n.Has("registry");
+  if (kinds != 1) {
+    n.Fail(
+        "an expectation needs exactly one of \"folder\", \"item\", \"log\", \"total\", "
+        "\"registry\"");
+  }
   if (auto c = n.Get("count")) e.count = static_cast<int>(c->AsInt(0, 1 << 30));
   if (auto m = n.Get("match")) e.match = ReadTextMap(*m);
   if (n.Has("folder")) {
@@ -299,6 +361,18 @@ ExpectSpec ReadExpect(const JsonNode& n) {
     e.kind = ExpectKind::kLog;
     e.log_text = n.Need("log").AsString();
     e.present = n.Bool("present", true);
+  } else if (n.Has("registry")) {
+    e.kind = ExpectKind::kRegistry;
+    e.reg_key = n.Need("registry").AsString();
+    std::string hive = e.reg_key.substr(0, e.reg_key.find('\\'));
+    for (const char* h : {"HKCU", "HKLM", "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE"}) {
+      if (text::EqualsNoCase(hive, h)) hive.clear();
+    }
+    if (!hive.empty() || e.reg_key.find('\\') == std::string::npos) {
+      n.Need("registry").Fail("expected a key under HKCU\\ or HKLM\\");
+    }
+    e.reg_name = n.Need("name").AsString();
+    e.reg_value = n.Need("value").AsScalarText();
   } else {
     e.kind = ExpectKind::kCount;
     e.what = n.Need("total").AsString();
@@ -436,6 +510,7 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
   for (const StepSpec& step : s.timeline) {
     known(step.target, step.source_line, "target");
     for (const std::string& sel : step.selection) known(sel, step.source_line, "selection");
+    for (const std::string& l : step.link_items) known(l, step.source_line, "link_items");
     if (step.item) {
       for (const std::string& l : step.item->links) known(l, step.source_line, "item/links");
     }

@@ -2,66 +2,22 @@
 
 #include <algorithm>
 #include <ostream>
+#include <unordered_map>
 
+#include "sim/outlook/message_props.h"
 #include "src/core/text.h"
+#include "src/host/mapi_object.h"
+#include "src/toolbars/word_letter_handler.h"
 #include "tools/zintra-sim/item_view.h"
+#include "tools/zintra-sim/profile_facts.h"
 
 namespace zintra::simtool {
 
 namespace {
 
-// What the add-in's log says about the last processing of an item with this subject:
-// the contacts found (by address or by link), the addresses searched, the copies made.
-struct Trace {
-  std::vector<std::string> contacts, searched, copies;
-};
+using sim::MessageProps;
 
-std::string Quoted(const std::string& line, size_t from) {
-  size_t a = line.find('\'', from);
-  size_t b = a == std::string::npos ? a : line.find('\'', a + 1);
-  return b == std::string::npos ? "" : line.substr(a + 1, b - a - 1);
-}
-
-Trace ProcessingTrace(const std::string& subject, const std::vector<std::string>& lines) {
-  Trace t;
-  std::string begin = "Begin processing for item '" + subject + "'";
-  std::string end = "Removing task Process email: " + subject;
-  size_t start = lines.size();
-  for (size_t i = lines.size(); i-- > 0;) {
-    if (lines[i].find(begin) != std::string::npos) {
-      start = i;
-      break;
-    }
-  }
-  for (size_t i = start; i < lines.size(); ++i) {
-    const std::string& l = lines[i];
-    if (i > start && l.find(end) != std::string::npos) break;
-    size_t at;
-    if ((at = l.find("Adding result: '")) != std::string::npos) {
-      size_t for_at = l.find("' for ", at);
-      t.contacts.push_back(Quoted(l, at) +
-                           (for_at == std::string::npos ? "" : " (" + l.substr(for_at + 6) + ")"));
-    } else if ((at = l.find("FoundLinkedContact: '")) != std::string::npos &&
-               l.find("Adding result") == std::string::npos) {
-      std::string name = Quoted(l, at);
-      bool known = false;
-      for (const std::string& c : t.contacts) known = known || c.rfind(name + " (", 0) == 0;
-      if (!known) t.contacts.push_back(name + " (link)");
-    } else if ((at = l.find("email to search: ")) != std::string::npos) {
-      std::string address = l.substr(at + 17);
-      if (std::find(t.searched.begin(), t.searched.end(), address) == t.searched.end()) {
-        t.searched.push_back(address);
-      }
-    } else if ((at = l.find("copy of '")) != std::string::npos &&
-               l.find("Queueing") != std::string::npos) {
-      size_t folder = l.find("in folder '", at);
-      if (folder != std::string::npos) t.copies.push_back(Quoted(l, folder + 9));
-    }
-  }
-  return t;
-}
-
-std::string JoinList(const std::vector<std::string>& parts) {
+std::string Join(const std::vector<std::string>& parts) {
   std::string out;
   for (const std::string& p : parts) out += (out.empty() ? "" : ", ") + p;
   return out;
@@ -69,8 +25,114 @@ std::string JoinList(const std::vector<std::string>& parts) {
 
 bool Tracked(ItemClass c) { return c != ItemClass::kContact && c != ItemClass::kDistList; }
 
-void Walk(const sim::FolderRecord& folder, const ProfileLoader& loader,
-          const std::vector<std::string>& log_lines, std::vector<WhyRow>& rows) {
+std::string Quoted(const std::string& line, size_t from) {
+  size_t a = line.find('\'', from);
+  size_t b = a == std::string::npos ? a : line.find('\'', a + 1);
+  return b == std::string::npos ? "" : line.substr(a + 1, b - a - 1);
+}
+
+// How `contact` matched `item`: its own link, or the contact's address the item was
+// from or to ("*@domain" for any address at the domain); "" when neither shows.
+std::string HowMatched(const sim::MessageRecord& contact, const sim::MessageRecord& item,
+                       const ProfileFacts& facts) {
+  for (const sim::MessageRecord* linked : facts.Linked(item)) {
+    if (linked == &contact) return "link";
+  }
+  std::vector<std::string> addresses = facts.Addresses(item);
+  for (const std::string& mine : ProfileFacts::ContactAddresses(contact)) {
+    for (const std::string& a : addresses) {
+      if (a == mine) return a;
+      if (mine.rfind("*@", 0) == 0 && a.size() > mine.size() - 1 &&
+          a.compare(a.size() - (mine.size() - 1), std::string::npos, mine.substr(1)) == 0) {
+        return mine;
+      }
+    }
+  }
+  return "";
+}
+
+// A letter the add-in filed: the journal entry carries the letter's saved copy.
+bool IsFiledLetter(const sim::MessageRecord& m) {
+  if (m.item_class != ItemClass::kJournal) return false;
+  for (const sim::AttachmentRecord& a : m.attachments) {
+    if (a.display_name == kLetterTempFileName || a.file_name == kLetterTempFileName) return true;
+  }
+  return false;
+}
+
+std::string ContactName(const sim::MessageRecord& contact) {
+  std::string name = MessageProps::Text(contact, kPrDisplayName);
+  return name.empty() ? SubjectOf(contact) : name;
+}
+
+// Log folders (journal, e-mail and shared folders of a folder set) and the contact
+// folder of each set they serve.
+using SetFolders =
+    std::unordered_map<const sim::FolderRecord*, std::vector<const sim::FolderRecord*>>;
+
+SetFolders LogFolders(const std::vector<FoldersetSpec>& sets, const ProfileLoader& loader) {
+  SetFolders out;
+  for (const FoldersetSpec& set : sets) {
+    auto contacts = loader.FindFolder(set.contacts);
+    if (!contacts) continue;
+    for (const std::string* path :
+         {&set.journal, &set.email, &set.shared_journal, &set.shared_calendar, &set.shared_tasks}) {
+      if (auto f = path->empty() ? nullptr : loader.FindFolder(*path)) {
+        out[f.get()].push_back(contacts.get());
+      }
+    }
+  }
+  return out;
+}
+
+bool Private(const sim::MessageRecord& contact) {
+  Value v = MessageProps::Get(contact, kPrSensitivity);
+  return !v.IsEmpty() && v.ToLong() == kOlPrivate;
+}
+
+// The contacts the item was logged to: those its copies or the item itself are linked
+// to, and the contacts of the set whose folder holds a copy that the item was from or
+// to (by address or blanket domain; private contacts are not tracked), each once.
+std::vector<std::string> LoggedContacts(const sim::MessageRecord& m, const ProfileFacts& facts,
+                                        const SetFolders& sets) {
+  std::vector<const sim::MessageRecord*> contacts;
+  auto take = [&](const sim::MessageRecord* c) {
+    if (c->item_class == ItemClass::kContact &&
+        std::find(contacts.begin(), contacts.end(), c) == contacts.end()) {
+      contacts.push_back(c);
+    }
+  };
+  auto add = [&](const sim::MessageRecord& holder) {
+    for (const sim::MessageRecord* c : facts.Linked(holder)) take(c);
+  };
+  for (bool shared : {false, true}) {
+    for (const sim::MessageRecord* copy : facts.Copies(m, shared)) {
+      add(*copy);
+      auto folder = copy->folder.lock();
+      auto set = folder ? sets.find(folder.get()) : sets.end();
+      if (set == sets.end()) continue;
+      for (const sim::FolderRecord* contact_folder : set->second) {
+        for (const auto& c : contact_folder->messages) {
+          if (!c->deleted && c->item_class == ItemClass::kContact && !Private(*c) &&
+              !HowMatched(*c, m, facts).empty()) {
+            take(c.get());
+          }
+        }
+      }
+    }
+  }
+  add(m);
+  std::vector<std::string> out;
+  for (const sim::MessageRecord* c : contacts) {
+    std::string how = HowMatched(*c, m, facts);
+    out.push_back(ContactName(*c) + (how.empty() ? "" : " (" + how + ")"));
+  }
+  return out;
+}
+
+void Walk(const sim::FolderRecord& folder, const ProfileLoader& loader, const ProfileFacts& facts,
+          const SetFolders& sets, const std::vector<std::string>& log_lines,
+          std::vector<WhyRow>& rows) {
   std::string path = ProfileLoader::PathOf(folder);
   for (const auto& m : folder.messages) {
     if (m->deleted || !Tracked(m->item_class)) continue;
@@ -79,37 +141,47 @@ void Walk(const sim::FolderRecord& folder, const ProfileLoader& loader,
     row.folder = path;
     row.subject = SubjectOf(*m);
     row.id = loader.IdOf(*m);
-    row.contacts = marks.links;
+    CopyOf copy = facts.CopyInfo(*m);
+    for (bool shared : {false, true}) {
+      for (const sim::MessageRecord* c : facts.Copies(*m, shared)) {
+        row.copies.push_back(ProfileFacts::FolderOf(*c));
+      }
+    }
     row.logged_copies = marks.logged_copies;
     row.shared_copies = marks.shared_copies;
-    if (!loader.Made(*m)) {
+    if (copy.original) {
       row.outcome = "copy";
+      row.contacts = marks.links;
+      row.reason = std::string(copy.shared ? "shared" : "logged") + " copy of '" +
+                   SubjectOf(*copy.original) + "' in " + ProfileFacts::FolderOf(*copy.original);
     } else if (marks.logged && text::EqualsNoCase(*marks.logged, "True")) {
       row.outcome = "logged";
-      Trace trace = ProcessingTrace(row.subject, log_lines);
-      if (row.contacts.empty()) row.contacts = trace.contacts;
-      if (!trace.copies.empty()) row.reason = "copies in " + JoinList(trace.copies);
+      row.contacts = LoggedContacts(*m, facts, sets);
     } else if (marks.logged) {
       row.outcome = "screened";
-      row.reason = ScreeningReason(row.subject, log_lines);
+      row.reason = ScreeningReason(row.subject, folder.name, log_lines);
       if (row.reason.empty()) {
-        Trace trace = ProcessingTrace(row.subject, log_lines);
-        row.reason =
-            "no tracked contact" + (trace.searched.empty() ? std::string(" among its links")
-                                                           : " for " + JoinList(trace.searched));
+        std::vector<std::string> addresses = facts.Addresses(*m);
+        row.reason = "no tracked contact" + (addresses.empty() ? std::string(" among its links")
+                                                               : " for " + Join(addresses));
       }
+    } else if (IsFiledLetter(*m)) {
+      row.outcome = "letter";
+      row.contacts = marks.links;
+      row.reason = std::string("a Word letter filed by the add-in, attached as '") +
+                   kLetterTempFileName + "'";
     } else if (marks.tag && !marks.tag->empty()) {
       row.outcome = "in progress";
       row.reason = "Zintra Tag is '" + *marks.tag + "'";
     } else {
-      std::string reason = ScreeningReason(row.subject, log_lines);
+      std::string reason = ScreeningReason(row.subject, folder.name, log_lines);
       row.outcome = reason.empty() ? "not reached" : "skipped";
       row.reason = reason.empty() ? "no mark: not in a monitored folder, or not scanned" : reason;
     }
     rows.push_back(std::move(row));
   }
   for (const auto& child : folder.children) {
-    if (!child->deleted) Walk(*child, loader, log_lines, rows);
+    if (!child->deleted) Walk(*child, loader, facts, sets, log_lines, rows);
   }
 }
 
@@ -125,28 +197,40 @@ std::string Cell(std::string s, size_t width) {
   return s + std::string(width > shown ? width - shown : 0, ' ');
 }
 
-std::string Join(const std::vector<std::string>& parts) {
-  std::string out;
-  for (const std::string& p : parts) out += (out.empty() ? "" : ", ") + p;
-  return out;
-}
-
 }  // namespace
 
-std::string ScreeningReason(const std::string& subject, const std::vector<std::string>& log_lines) {
-  std::string needle = "Item '" + subject + "' ";
-  for (auto it = log_lines.rbegin(); it != log_lines.rend(); ++it) {
-    if (it->find(needle) == std::string::npos) continue;
-    size_t because = it->find(" because ");
-    if (because != std::string::npos) return it->substr(because + 9);
+std::string ScreeningReason(const std::string& subject, const std::string& folder,
+                            const std::vector<std::string>& log_lines) {
+  // "Screening new MailItem 'S' in 'Inbox' [...]" names the item the reason that
+  // follows it is about; an item screened more than once has its last reason.
+  const std::string screening = "Screening new ";
+  const std::string needle = "Item '" + subject + "' ";
+  bool ours = false;
+  std::string reason;
+  for (const std::string& line : log_lines) {
+    size_t at = line.find(screening);
+    if (at != std::string::npos) {
+      size_t in = line.find("' in '", at);
+      ours = Quoted(line, at) == subject &&
+             (folder.empty() || (in != std::string::npos && Quoted(line, in + 5) == folder));
+      continue;
+    }
+    if (!ours || line.find(needle) == std::string::npos) continue;
+    size_t because = line.find(" because ");
+    if (because != std::string::npos) reason = line.substr(because + 9);
   }
-  return "";
+  return reason;
 }
 
 std::vector<WhyRow> BuildWhyReport(const sim::Profile& profile, const ProfileLoader& loader,
+                                   const std::vector<FoldersetSpec>& foldersets,
                                    const std::vector<std::string>& log_lines) {
+  ProfileFacts facts(profile);
+  SetFolders sets = LogFolders(foldersets, loader);
   std::vector<WhyRow> rows;
-  for (const auto& store : profile.Stores()) Walk(*store->root, loader, log_lines, rows);
+  for (const auto& store : profile.Stores()) {
+    Walk(*store->root, loader, facts, sets, log_lines, rows);
+  }
   return rows;
 }
 
@@ -158,9 +242,9 @@ void PrintWhyTable(const std::vector<WhyRow>& rows, std::ostream& out) {
       why = "contacts: " + (r.contacts.empty() ? std::string("-") : Join(r.contacts)) +
             "; copies: " + std::to_string(r.logged_copies) + " logged, " +
             std::to_string(r.shared_copies) + " shared" +
-            (r.reason.empty() ? "" : " (" + r.reason + ")");
+            (r.copies.empty() ? "" : " in " + Join(r.copies));
     } else if (r.outcome == "copy") {
-      why = "made by the add-in" + (r.contacts.empty() ? "" : "; linked to " + Join(r.contacts));
+      why = r.reason + (r.contacts.empty() ? "" : "; linked to " + Join(r.contacts));
     } else {
       why = r.reason;
     }
@@ -183,6 +267,7 @@ nlohmann::ordered_json WhyJson(const std::vector<WhyRow>& rows) {
     j["contacts"] = r.contacts;
     j["logged_copies"] = r.logged_copies;
     j["shared_copies"] = r.shared_copies;
+    if (!r.copies.empty()) j["copies"] = r.copies;
     if (!r.reason.empty()) j["reason"] = r.reason;
     a.push_back(j);
   }

@@ -1,8 +1,12 @@
-// WhyReport: what happened to each item, read back after a run from the item marks
-// and the add-in's log lines (the add-in itself is not asked). For every item the
-// scenario made (contacts aside): logged (with the contacts it is linked to and its
-// copies), screened (with the reason the log gives), in progress, or not reached;
-// and every copy the add-in made. Also the text table and the JSON of the report.
+// WhyReport: what happened to each item, read back after a run. Outcomes and
+// attribution come from the resulting profile (ProfileFacts): an item is logged when
+// its "Zintra Logged" mark says so; its contacts are those it or its copies are linked
+// to and those of the folder set whose log folder holds a copy that the item was from
+// or to, each with the way it matched (the item's own link, or which of the contact's
+// addresses the item was from or to); its copies are those its copy lists name; a copy
+// is an item another item names as its copy. Only why an item was screened out comes
+// from the add-in's log: the reason logged right after the add-in screened that item
+// (by subject and folder). Also the text table and the JSON of the report.
 #pragma once
 
 #include <iosfwd>
@@ -17,10 +21,15 @@
 
 namespace zintra::simtool {
 
+// `foldersets` are the scenario's folder sets: a copy in a set's log folder was logged
+// for the contacts of that set's contact folder.
 std::vector<WhyRow> BuildWhyReport(const sim::Profile& profile, const ProfileLoader& loader,
+                                   const std::vector<FoldersetSpec>& foldersets,
                                    const std::vector<std::string>& log_lines);
-// The reason a log gives for an item being skipped or marked not-logged ("" if none).
-std::string ScreeningReason(const std::string& subject, const std::vector<std::string>& log_lines);
+// The reason the log gives for the item `subject` in the folder named `folder` being
+// skipped or marked not-logged ("" if none); folder "" takes any folder.
+std::string ScreeningReason(const std::string& subject, const std::string& folder,
+                            const std::vector<std::string>& log_lines);
 void PrintWhyTable(const std::vector<WhyRow>& rows, std::ostream& out);
 nlohmann::ordered_json WhyJson(const std::vector<WhyRow>& rows);
 

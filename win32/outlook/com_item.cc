@@ -54,12 +54,24 @@ ItemClass ClassOf(const ComPtr<IDispatch>& object) {
   return static_cast<ItemClass>(probe.GetValue("Class").ToLong());
 }
 
+// Kinds this system does not know by name still get a DISPID table of their own.
+std::string CacheName(ItemClass item_class) {
+  std::string name = ItemTypeName(item_class);
+  if (name == "Object") name = "Item" + std::to_string(static_cast<int32_t>(item_class));
+  return name;
+}
+
 }  // namespace
+
+std::string ComItem::TypeName() const {
+  std::string name = ItemTypeName(class_);
+  return name == "Object" ? TypeNameOf(Object().Get()) : name;
+}
 
 ComItem::ComItem(const ComPtr<IDispatch>& object) : ComItem(object, ClassOf(object)) {}
 
 ComItem::ComItem(const ComPtr<IDispatch>& object, ItemClass item_class)
-    : ComAdapter(DispatchClient(object, ItemTypeName(item_class))),
+    : ComAdapter(DispatchClient(object, CacheName(item_class))),
       class_(item_class),
       events_(
           client_, outlook_events::kItemEvents10,

@@ -17,7 +17,8 @@ class ComItem final : public Item, public ComAdapter {
  public:
   explicit ComItem(const ComPtr<IDispatch>& object);
 
-  std::string TypeName() const override { return ItemTypeName(class_); }
+  // The kind's name; for a kind without one, the object's own type name.
+  std::string TypeName() const override;
   ItemClass Class() const override { return class_; }
 
   std::string Subject() const override { return Text("Subject"); }

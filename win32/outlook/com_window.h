@@ -38,6 +38,8 @@ class ComExplorer final : public ComWindow<Explorer> {
   explicit ComExplorer(const ComPtr<IDispatch>& object);
   std::shared_ptr<zintra::Selection> Selection() override;
   std::shared_ptr<Folder> CurrentFolder() override;
+  // Outlook's Explorer.Close takes no save mode: there is nothing to save.
+  void Close(int32_t) override { client_.Call("Close"); }
 
  private:
   void OnOther(DISPID id, const EventArgs& args) override;

@@ -104,6 +104,30 @@ TEST(EventsTest, NewWindowsArriveAsTheirPorts) {
   EXPECT_EQ(explorers->Item(2)->Caption(), p.app->ActiveExplorer()->Caption());
 }
 
+TEST(EventsTest, AnExplorersOwnEventsAndSelectionArriveAlike) {
+  ServedProfile p;
+  auto first = p.sim_app->OpenExplorer(p.build.Default(kOlFolderInbox));
+  auto second = p.sim_app->OpenExplorer(p.contacts);
+  auto explorer = p.app->Explorers()->Item(1);
+  std::vector<std::string> seen;
+  Connection a = explorer->ActivateEvent.Connect([&] { seen.push_back("activate"); });
+  Connection d = explorer->Deactivate.Connect([&] { seen.push_back("deactivate"); });
+  Connection s = explorer->SelectionChange.Connect([&] {
+    auto selection = explorer->Selection();
+    seen.push_back("selected " + std::to_string(selection->Count()) + " " +
+                   selection->Item(1)->Subject());
+  });
+  Connection c = explorer->CloseEvent.Connect([&] { seen.push_back("close"); });
+  first->Activate();
+  first->Select({p.sim_app->Session()->GetDefaultFolder(kOlFolderInbox)->Items()->GetLast()});
+  second->Activate();
+  explorer->Close(0);
+  EXPECT_TRUE(first->closed());
+  EXPECT_EQ(seen, (std::vector<std::string>{"activate", "selected 1 Caf\xc3\xa9 order",
+                                            "deactivate", "close"}));
+  EXPECT_EQ(ErrorOf([&] { explorer->Caption(); }), kMapiObjectDeleted);
+}
+
 TEST(EventsTest, OptionsPagesAreAddedAsTheObjectsThePagesAre) {
   ServedProfile p;
   // A page made by ProgID is a plain late-bound object; it goes out as itself.

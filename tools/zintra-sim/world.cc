@@ -4,6 +4,7 @@
 #include "src/addin/connect.h"
 #include "src/addin/zintra_addin_app.h"
 #include "src/core/text.h"
+#include "src/host/subclasser.h"
 #include "src/logging/zintra_utils.h"
 #include "src/settings/reg_settings.h"
 #include "src/toolbars/toolbars.h"
@@ -98,6 +99,9 @@ void World::Build() {
     outlook_.registry.SetDword(kHKeyCurrentUser, kLoggingKey, "LogLevel",
                                static_cast<uint32_t>(options_.log_level));
   }
+  outlook_.objects.Register(kSubclasserProgId, [this] { return subclasser_; });
+  window_messages_ = outlook_.app().WindowMessage.Connect(
+      [this](int32_t hwnd, int32_t message, int32_t w) { subclasser_->Deliver(hwnd, message, w); });
   // Files attached by path are read from the simulated disk.
   profile_.SetFileReader([this](const std::string& path) { return outlook_.files.Contents(path); });
   // Windows' own temporary folder, where the letter's copy is saved before it is filed.

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "sim/addin_host/sim_outlook.h"
+#include "sim/subclass/sim_subclasser.h"
 #include "src/errors/error_handling.h"
 #include "src/resources/string_table.h"
 #include "tools/zintra-sim/profile_loader.h"
@@ -82,6 +83,9 @@ class World {
   StringTable strings_;
   size_t loaded_items_ = 0;
   ErrorHandling errors_;
+  // Windows' subclassing service, for the add-in's hooked item windows.
+  std::shared_ptr<sim::SimSubclasser> subclasser_ = std::make_shared<sim::SimSubclasser>();
+  Connection window_messages_;
 };
 
 }  // namespace zintra::simtool

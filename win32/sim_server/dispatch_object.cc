@@ -52,6 +52,14 @@ DispatchObject* DispatchObject::ServingNow(const AutomationObject* target) {
 }
 
 int64_t DispatchObject::LiveCount() { return live_objects; }
+
+std::vector<std::string> DispatchObject::LiveObjects() {
+  std::vector<std::string> out;
+  for (const auto& [target, object] : Serving()) {
+    out.push_back(object->type_name_ + " (" + std::to_string(object->refs_) + ")");
+  }
+  return out;
+}
 int64_t DispatchObject::FailedSinkCalls() { return failed_sink_calls; }
 
 void DispatchObject::Member(const std::string& name, Getter get, Putter put) {

@@ -78,6 +78,8 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
   static DispatchObject* ServingNow(const AutomationObject* target);
   // Objects alive now, and sink calls that failed, in this process.
   static int64_t LiveCount();
+  // "TypeName (references)" of every object alive now, for a report of what leaked.
+  static std::vector<std::string> LiveObjects();
   static int64_t FailedSinkCalls();
 
   // IUnknown

@@ -42,8 +42,10 @@ class ComHostTest : public ::testing::Test {
   }
   void TearDown() override {
     host_.reset();
+    std::string held;
+    for (const std::string& object : DispatchObject::LiveObjects()) held += " " + object;
     EXPECT_EQ(DispatchObject::LiveCount(), live_before_)
-        << "the add-in still holds objects of the host after it was unloaded";
+        << "the add-in still holds objects of the host after it was unloaded:" << held;
   }
 
   // Loads and starts the add-in as Outlook does at its own start-up.

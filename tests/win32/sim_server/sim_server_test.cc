@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <stdexcept>
 #include <vector>
 
 #include "sim/mapi/sim_outlook_host.h"
@@ -89,6 +90,11 @@ TEST_F(SimServerTest, WalksTheProfileByOutlooksMemberNames) {
                                    by_default.Put(), nullptr, nullptr),
             S_OK);
   EXPECT_TRUE(by_default.ToObject());
+  // Windows keep their identity while served, as Outlook's do (an `Is` compares them).
+  host_->application->OpenExplorer(host_->profile.DefaultFolder(kOlFolderInbox));
+  ComPtr<IDispatch> active = app_.GetDispatch("ActiveExplorer");
+  EXPECT_EQ(active.Get(), Obj(app_, "Explorers").GetDispatch("Item", {Arg(1)}).Get());
+  EXPECT_NE(first.Object().Get(), Obj(items, "GetFirst").Object().Get()) << "items are views";
 }
 
 TEST_F(SimServerTest, PutsReachTheStoreAndOptionalArgumentsTakeOutlooksDefaults) {
@@ -272,6 +278,41 @@ TEST_F(SimServerTest, MapiTableRowsComeAsArraysWithErrorCells) {
   SafeArrayGetElement(row.Get()->parray, &i, cell.Put());
   EXPECT_EQ(cell.Type(), VT_ERROR);
   EXPECT_EQ(cell.Get()->scode, kMapiNotFound);
+}
+
+TEST(DispatchObjectTest, NoExceptionLeavesInvokeAndEachBecomesAnHresult) {
+  ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
+  {
+    ComPtr<DispatchObject> object = DispatchObject::Create("Thrower", nullptr);
+    object->Member("Platform",
+                   [](const DispatchArgs&) -> Variant { throw ZError(kMapiNoAccess, "denied"); });
+    object->Member("Foreign", [](const DispatchArgs&) -> Variant {
+      throw std::runtime_error("broken invariant");
+    });
+    object->Member("Anything", [](const DispatchArgs&) -> Variant { throw 42; });
+    DispatchClient client(ComPtr<IDispatch>(object->AsDispatch()), "");
+    struct Case {
+      const char* member;
+      HRESULT hr;
+      SCODE scode;
+    };
+    for (const Case& c :
+         {Case{"Platform", DISP_E_EXCEPTION, kMapiNoAccess},
+          Case{"Foreign", DISP_E_EXCEPTION, E_UNEXPECTED}, Case{"Anything", E_UNEXPECTED, 0}}) {
+      EXCEPINFO info{};
+      DISPPARAMS none{};
+      Variant result;
+      EXPECT_EQ(object->Invoke(client.IdOf(c.member), IID_NULL, 0, DISPATCH_METHOD, &none,
+                               result.Put(), &info, nullptr),
+                c.hr)
+          << c.member;
+      EXPECT_EQ(info.scode, c.scode) << c.member;
+      SysFreeString(info.bstrDescription);
+      SysFreeString(info.bstrSource);
+      SysFreeString(info.bstrHelpFile);
+    }
+  }
+  CoUninitialize();
 }
 
 }  // namespace

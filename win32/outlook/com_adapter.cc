@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include "src/core/date.h"
 #include "win32/com/bstr.h"
 #include "win32/com/com_error.h"
 
@@ -19,6 +20,12 @@ Reporter& TheReporter() {
 }
 
 }  // namespace
+
+double ComAdapter::Date(std::string_view name) const {
+  static const double kOutlookNone = MakeDate(4501, 1, 1);
+  double serial = Read(name).ToDouble();
+  return serial >= kOutlookNone ? kUnsetDate : serial;
+}
 
 ComAdapter* AdapterOf(const AutomationObject* object) {
   return dynamic_cast<ComAdapter*>(const_cast<AutomationObject*>(object));

@@ -33,8 +33,8 @@ class ComAdapter {
   std::string Text(std::string_view name) const { return Read(name).ToString(); }
   int32_t Long(std::string_view name) const { return Read(name).ToLong(); }
   bool Bool(std::string_view name) const { return Read(name).ToBool(); }
-  // A date member as a serial.
-  double Date(std::string_view name) const { return Read(name).ToDouble(); }
+  // A date member as a serial; Outlook's "None" (1/1/4501) reads as kUnsetDate.
+  double Date(std::string_view name) const;
   Value Read(std::string_view name) const { return client_.GetValue(name); }
   void Write(std::string_view name, const Value& value) const { client_.Put(name, Variant(value)); }
   ComPtr<IDispatch> ObjectMember(std::string_view name, std::vector<Variant> args = {}) const {

@@ -4,9 +4,12 @@
 
 #include <vector>
 
+#include "src/core/date.h"
 #include "src/host/mapi_address.h"
 #include "src/host/outlook_constants.h"
 #include "tests/win32/outlook/served_profile.h"
+#include "win32/outlook/wrap.h"
+#include "win32/sim_server/server_members.h"
 
 namespace zintra::win32::testing {
 namespace {
@@ -150,6 +153,19 @@ TEST(ObjectModelTest, InjectedFaultsArriveWithTheirNumbers) {
   EXPECT_EQ(ErrorOf([&] { items->GetFirst()->Save(); }), kMapiNoAccess);
   EXPECT_EQ(ErrorOf([&] { p.app->Session()->GetItemFromID("00FF"); }), kMapiNotFound);
   EXPECT_EQ(ErrorOf([&] { p.app->Session()->GetDefaultFolder(99); }), kMapiNotFound);
+}
+
+TEST(ObjectModelTest, OutlooksNoneDateReadsAsUnset) {
+  // A kind of its own (99): a made-up item must not share the DISPIDs of real mail.
+  ComPtr<DispatchObject> d = DispatchObject::Create("FutureItem", nullptr);
+  d->Member("Class", [](const DispatchArgs&) { return Ret(int32_t{99}); });
+  d->Member("SentOn", [](const DispatchArgs&) { return RetDate(MakeDate(4501, 1, 1)); });
+  d->Member("ReceivedTime", [](const DispatchArgs&) { return RetDate(45000.5); });
+  auto item = Wrap<Item>(ComPtr<IDispatch>(d->AsDispatch()));
+  EXPECT_EQ(item->TypeName(), "FutureItem");
+  EXPECT_EQ(item->SentOn(), kUnsetDate);
+  EXPECT_EQ(item->ReceivedTime(), 45000.5);
+  EXPECT_EQ(ErrorOf([&] { item->CreationTime(); }), kErrNoSuchMember);
 }
 
 }  // namespace

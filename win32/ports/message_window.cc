@@ -97,8 +97,10 @@ LRESULT CALLBACK MessageWindow::Procedure(HWND hwnd, UINT message, WPARAM wparam
   if (self != nullptr && self->handler_) {
     try {
       LRESULT result = 0;
-      // The handler may destroy this object; nothing of it is touched afterwards.
-      if (self->handler_(message, wparam, lparam, &result)) return result;
+      // The handler may destroy this object (a click that closes the form), so it runs
+      // from a copy and nothing of the object is touched afterwards.
+      const Handler handler = self->handler_;
+      if (handler(message, wparam, lparam, &result)) return result;
     } catch (...) {
       ReportCurrentException("window message " + std::to_string(message));
     }

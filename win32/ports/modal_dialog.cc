@@ -11,7 +11,8 @@ ModalDialog::ModalDialog(std::function<void()> on_ok)
       window_(
           [this](UINT message, WPARAM wparam, LPARAM, LRESULT* result) {
             if (message == WM_COMMAND && LOWORD(wparam) == IDOK) {
-              if (on_ok_) on_ok_();
+              // A copy: the handler may release the view, and this dialog with it.
+              if (const auto ok_handler = on_ok_) ok_handler();
               *result = 0;
               return true;
             }

@@ -221,6 +221,30 @@ TEST_F(Win32FormsOnDesktop, TheTrayIconIsAddedChangedAndRemovedThroughTheShell) 
   EXPECT_FALSE(shell.NotifyIcon(kNimModify, record)) << "the icon is gone";
 }
 
+// Picks the second entry of the menu being tracked, from inside the menu's own loop.
+HWND menu_owner = nullptr;
+void PickSecondEntry(HWND, UINT, UINT_PTR timer, DWORD) {
+  KillTimer(nullptr, timer);
+  for (WPARAM key : {VK_DOWN, VK_DOWN, VK_RETURN}) PostMessageA(menu_owner, WM_KEYDOWN, key, 0);
+}
+
+TEST_F(Win32FormsOnDesktop, ThePopupMenuReportsThePickedItem) {
+  Win32TrayView tray;
+  PopupMenu& menu = tray.Menu();
+  menu.SetCaption(0, "Show Zintra Monitor");
+  menu.SetVisible(0, true);
+  menu.LoadItem(1);
+  menu.SetCaption(1, "Exit");
+  menu.SetVisible(1, true);
+  std::vector<int32_t> clicks;
+  Connection c = menu.Click.Connect([&](int32_t index) { clicks.push_back(index); });
+  menu_owner = ToHwnd(tray.hWnd());
+  const UINT_PTR timer = SetTimer(nullptr, 0, 100, &PickSecondEntry);
+  menu.Popup(0);
+  KillTimer(nullptr, timer);
+  EXPECT_EQ(clicks, std::vector<int32_t>{1});
+}
+
 // Answers the message box titled kBoxTitle with Yes from inside its own modal loop.
 constexpr char kBoxTitle[] = "Zintra box test";
 void CALLBACK AnswerYes(HWND, UINT, UINT_PTR timer, DWORD) {

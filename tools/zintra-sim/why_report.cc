@@ -1,6 +1,7 @@
 #include "tools/zintra-sim/why_report.h"
 
 #include <algorithm>
+#include <memory>
 #include <ostream>
 #include <unordered_map>
 
@@ -65,29 +66,45 @@ std::string ContactName(const sim::MessageRecord& contact) {
   return name.empty() ? SubjectOf(contact) : name;
 }
 
-// Log folders (journal, e-mail and shared folders of a folder set) and the contact
-// folder of each set they serve.
-using SetFolders =
-    std::unordered_map<const sim::FolderRecord*, std::vector<const sim::FolderRecord*>>;
+bool Private(const sim::MessageRecord& contact) {
+  Value v = MessageProps::Get(contact, kPrSensitivity);
+  return !v.IsEmpty() && v.ToLong() == kOlPrivate;
+}
+
+// The tracked contacts of one contact folder by address ("*@domain" for blanket ones);
+// private contacts are not tracked.
+using ContactIndex = std::unordered_map<std::string, std::vector<const sim::MessageRecord*>>;
+
+ContactIndex IndexContacts(const sim::FolderRecord& folder) {
+  ContactIndex index;
+  for (const auto& c : folder.messages) {
+    if (c->deleted || c->item_class != ItemClass::kContact || Private(*c)) continue;
+    for (const std::string& a : ProfileFacts::ContactAddresses(*c)) index[a].push_back(c.get());
+  }
+  return index;
+}
+
+// Log folders (journal, e-mail and shared folders of a folder set) and the contacts of
+// each set they serve.
+struct SetFolders {
+  std::vector<std::unique_ptr<ContactIndex>> indexes;
+  std::unordered_map<const sim::FolderRecord*, std::vector<const ContactIndex*>> by_log_folder;
+};
 
 SetFolders LogFolders(const std::vector<FoldersetSpec>& sets, const ProfileLoader& loader) {
   SetFolders out;
   for (const FoldersetSpec& set : sets) {
     auto contacts = loader.FindFolder(set.contacts);
     if (!contacts) continue;
+    out.indexes.push_back(std::make_unique<ContactIndex>(IndexContacts(*contacts)));
     for (const std::string* path :
          {&set.journal, &set.email, &set.shared_journal, &set.shared_calendar, &set.shared_tasks}) {
       if (auto f = path->empty() ? nullptr : loader.FindFolder(*path)) {
-        out[f.get()].push_back(contacts.get());
+        out.by_log_folder[f.get()].push_back(out.indexes.back().get());
       }
     }
   }
   return out;
-}
-
-bool Private(const sim::MessageRecord& contact) {
-  Value v = MessageProps::Get(contact, kPrSensitivity);
-  return !v.IsEmpty() && v.ToLong() == kOlPrivate;
 }
 
 // The contacts the item was logged to: those its copies or the item itself are linked
@@ -105,18 +122,23 @@ std::vector<std::string> LoggedContacts(const sim::MessageRecord& m, const Profi
   auto add = [&](const sim::MessageRecord& holder) {
     for (const sim::MessageRecord* c : facts.Linked(holder)) take(c);
   };
+  std::vector<std::string> addresses;
+  for (const std::string& a : facts.Addresses(m)) {
+    addresses.push_back(a);
+    size_t at = a.find('@');
+    if (at != std::string::npos) addresses.push_back("*" + a.substr(at));
+  }
   for (bool shared : {false, true}) {
     for (const sim::MessageRecord* copy : facts.Copies(m, shared)) {
       add(*copy);
       auto folder = copy->folder.lock();
-      auto set = folder ? sets.find(folder.get()) : sets.end();
-      if (set == sets.end()) continue;
-      for (const sim::FolderRecord* contact_folder : set->second) {
-        for (const auto& c : contact_folder->messages) {
-          if (!c->deleted && c->item_class == ItemClass::kContact && !Private(*c) &&
-              !HowMatched(*c, m, facts).empty()) {
-            take(c.get());
-          }
+      auto set = folder ? sets.by_log_folder.find(folder.get()) : sets.by_log_folder.end();
+      if (set == sets.by_log_folder.end()) continue;
+      for (const ContactIndex* index : set->second) {
+        for (const std::string& a : addresses) {
+          auto found = index->find(a);
+          if (found == index->end()) continue;
+          for (const sim::MessageRecord* c : found->second) take(c);
         }
       }
     }
@@ -131,8 +153,7 @@ std::vector<std::string> LoggedContacts(const sim::MessageRecord& m, const Profi
 }
 
 void Walk(const sim::FolderRecord& folder, const ProfileLoader& loader, const ProfileFacts& facts,
-          const SetFolders& sets, const std::vector<std::string>& log_lines,
-          std::vector<WhyRow>& rows) {
+          const SetFolders& sets, const ScreeningReasons& reasons, std::vector<WhyRow>& rows) {
   std::string path = ProfileLoader::PathOf(folder);
   for (const auto& m : folder.messages) {
     if (m->deleted || !Tracked(m->item_class)) continue;
@@ -159,7 +180,7 @@ void Walk(const sim::FolderRecord& folder, const ProfileLoader& loader, const Pr
       row.contacts = LoggedContacts(*m, facts, sets);
     } else if (marks.logged) {
       row.outcome = "screened";
-      row.reason = ScreeningReason(row.subject, folder.name, log_lines);
+      row.reason = reasons.For(row.subject, folder.name);
       if (row.reason.empty()) {
         std::vector<std::string> addresses = facts.Addresses(*m);
         row.reason = "no tracked contact" + (addresses.empty() ? std::string(" among its links")
@@ -174,14 +195,14 @@ void Walk(const sim::FolderRecord& folder, const ProfileLoader& loader, const Pr
       row.outcome = "in progress";
       row.reason = "Zintra Tag is '" + *marks.tag + "'";
     } else {
-      std::string reason = ScreeningReason(row.subject, folder.name, log_lines);
+      std::string reason = reasons.For(row.subject, folder.name);
       row.outcome = reason.empty() ? "not reached" : "skipped";
       row.reason = reason.empty() ? "no mark: not in a monitored folder, or not scanned" : reason;
     }
     rows.push_back(std::move(row));
   }
   for (const auto& child : folder.children) {
-    if (!child->deleted) Walk(*child, loader, facts, sets, log_lines, rows);
+    if (!child->deleted) Walk(*child, loader, facts, sets, reasons, rows);
   }
 }
 
@@ -199,27 +220,36 @@ std::string Cell(std::string s, size_t width) {
 
 }  // namespace
 
-std::string ScreeningReason(const std::string& subject, const std::string& folder,
-                            const std::vector<std::string>& log_lines) {
-  // "Screening new MailItem 'S' in 'Inbox' [...]" names the item the reason that
-  // follows it is about; an item screened more than once has its last reason.
+ScreeningReasons::ScreeningReasons(const std::vector<std::string>& log_lines) {
+  // "Screening new MailItem 'S' in 'Inbox' [...]" names the item the reasons that
+  // follow it are about; an item screened more than once keeps its last reason.
   const std::string screening = "Screening new ";
-  const std::string needle = "Item '" + subject + "' ";
-  bool ours = false;
-  std::string reason;
+  std::string subject, folder;
   for (const std::string& line : log_lines) {
     size_t at = line.find(screening);
     if (at != std::string::npos) {
+      subject = Quoted(line, at);
       size_t in = line.find("' in '", at);
-      ours = Quoted(line, at) == subject &&
-             (folder.empty() || (in != std::string::npos && Quoted(line, in + 5) == folder));
+      folder = in == std::string::npos ? "" : Quoted(line, in + 5);
       continue;
     }
-    if (!ours || line.find(needle) == std::string::npos) continue;
+    if (subject.empty() || line.find("Item '" + subject + "' ") == std::string::npos) continue;
     size_t because = line.find(" because ");
-    if (because != std::string::npos) reason = line.substr(because + 9);
+    if (because == std::string::npos) continue;
+    by_folder_[folder + '\n' + subject] = line.substr(because + 9);
+    by_subject_[subject] = line.substr(because + 9);
   }
-  return reason;
+}
+
+std::string ScreeningReasons::For(const std::string& subject, const std::string& folder) const {
+  const auto& map = folder.empty() ? by_subject_ : by_folder_;
+  auto it = map.find(folder.empty() ? subject : folder + '\n' + subject);
+  return it == map.end() ? "" : it->second;
+}
+
+std::string ScreeningReason(const std::string& subject, const std::string& folder,
+                            const std::vector<std::string>& log_lines) {
+  return ScreeningReasons(log_lines).For(subject, folder);
 }
 
 std::vector<WhyRow> BuildWhyReport(const sim::Profile& profile, const ProfileLoader& loader,
@@ -227,10 +257,9 @@ std::vector<WhyRow> BuildWhyReport(const sim::Profile& profile, const ProfileLoa
                                    const std::vector<std::string>& log_lines) {
   ProfileFacts facts(profile);
   SetFolders sets = LogFolders(foldersets, loader);
+  ScreeningReasons reasons(log_lines);
   std::vector<WhyRow> rows;
-  for (const auto& store : profile.Stores()) {
-    Walk(*store->root, loader, facts, sets, log_lines, rows);
-  }
+  for (const auto& store : profile.Stores()) Walk(*store->root, loader, facts, sets, reasons, rows);
   return rows;
 }
 

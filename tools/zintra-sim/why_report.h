@@ -11,6 +11,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -26,6 +27,18 @@ namespace zintra::simtool {
 std::vector<WhyRow> BuildWhyReport(const sim::Profile& profile, const ProfileLoader& loader,
                                    const std::vector<FoldersetSpec>& foldersets,
                                    const std::vector<std::string>& log_lines);
+// The reasons the add-in logged for screening items out, read in one pass: each is the
+// reason logged right after the add-in began screening that item (subject and folder).
+class ScreeningReasons {
+ public:
+  explicit ScreeningReasons(const std::vector<std::string>& log_lines);
+  // "" when none; folder "" takes the item's last reason in any folder.
+  std::string For(const std::string& subject, const std::string& folder) const;
+
+ private:
+  std::unordered_map<std::string, std::string> by_folder_, by_subject_;
+};
+
 // The reason the log gives for the item `subject` in the folder named `folder` being
 // skipped or marked not-logged ("" if none); folder "" takes any folder.
 std::string ScreeningReason(const std::string& subject, const std::string& folder,

@@ -21,6 +21,7 @@
 #include "src/settings/reg_settings.h"
 #include "win32/addin/idt_extensibility2_com.h"
 #include "win32/com/com_ptr.h"
+#include "win32/ports/win32_clock.h"
 #include "win32/ports/win32_file_system.h"
 #include "win32/ports/win32_platform.h"
 #include "win32/ports/win32_registry.h"
@@ -77,6 +78,8 @@ class ComHost {
     ~ComApartment();
   };
   ComApartment apartment_;
+  // The profile stamps items with the same clock the add-in reads, as Outlook does.
+  Win32Clock clock_;
   std::unique_ptr<sim::SimOutlookHost> outlook_;
   sim::ProfileBuilder builder_;
   std::unique_ptr<ServedClasses> classes_;
@@ -89,6 +92,7 @@ class ComHost {
   ComPtr<IDispatch> application_;
   ComPtr<IDispatch> add_in_instance_;
   ComPtr<IDTExtensibility2Com> addin_;
+  int64_t live_at_start_;
 };
 
 }  // namespace zintra::win32

@@ -122,13 +122,14 @@ TEST_F(ComHostOnDesktop, DelayedProcessingLogsABurstOnceAfterTheDelay) {
 TEST_F(ComHostOnDesktop, EditedLoggedItemHasItsCopyAudited) {
   host_->settings().AuditTrail = true;
   host_->settings().ProcessingDelay = 0;
+  host_->settings().MinAuditInterval = 1;  // seconds: the test waits for it on a real clock
   ASSERT_NO_FATAL_FAILURE(Start());
   auto item = host_->app().CreateItem(kOlAppointmentItem);
   item->SetSubject("Site visit");
   item->Links()->Add(sim::MakeItem(&host_->profile(), host_->ann()));
   item->Save();
   ASSERT_TRUE(WaitForCopies(1));
-  host_->PumpFor(300);
+  host_->PumpFor(2200);  // past the audit interval since the item was logged
   item->SetBody("Moved to Friday");
   item->Save();
   auto copy = sim::MakeItem(&host_->profile(), host_->journal()->messages[0]);

@@ -19,7 +19,7 @@
 namespace zintra {
 namespace {
 
-class NullLog : public JobLog {
+class NullLog : public JobEngineLog {
  public:
   void WriteLogMessage(const std::string&, bool) override {}
   void LogWarning(const std::string&) override {}

@@ -1,15 +1,15 @@
-// ErrorsJobLog: the job engine's log (JobLog) written through the add-in's error
+// ErrorsJobLog: the job engine's log (JobEngineLog) written through the add-in's error
 // handling. Borrows the ErrorHandling, which must outlive it. Never throws.
 #pragma once
 
 #include <string>
 
 #include "src/errors/error_handling.h"
-#include "src/jobs/job_log.h"
+#include "src/jobs/job_engine_log.h"
 
 namespace zintra {
 
-class ErrorsJobLog : public JobLog {
+class ErrorsJobLog : public JobEngineLog {
  public:
   explicit ErrorsJobLog(ErrorHandling& errors) : errors_(errors) {}
   void WriteLogMessage(const std::string& text, bool warning) override {

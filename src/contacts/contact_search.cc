@@ -8,7 +8,7 @@
 #include "src/core/text.h"
 #include "src/core/z_error.h"
 #include "src/host/outlook_item.h"
-#include "src/jobs/job_log.h"
+#include "src/jobs/job_engine_log.h"
 #include "src/settings/reg_settings.h"
 
 namespace zintra {

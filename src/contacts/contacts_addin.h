@@ -16,7 +16,7 @@
 namespace zintra {
 
 class ICheckLinger;
-class JobLog;
+class JobEngineLog;
 class JobQueue;
 class MapiUtils;
 class Namespace;
@@ -55,7 +55,7 @@ class ContactsAddin {
                               const std::string& Caption) = 0;
   virtual const StringTable& Strings() = 0;
   // Log lines and error records (modErrorHandling).
-  virtual JobLog& Log() = 0;
+  virtual JobEngineLog& Log() = 0;
   // VB's Now, as a date serial.
   virtual double Now() = 0;
 };

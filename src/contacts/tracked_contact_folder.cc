@@ -12,7 +12,7 @@
 #include "src/host/mapi_table.h"
 #include "src/host/mapi_utils.h"
 #include "src/host/outlook_application.h"
-#include "src/jobs/job_log.h"
+#include "src/jobs/job_engine_log.h"
 #include "src/jobs/job_queue.h"
 #include "src/settings/reg_settings.h"
 

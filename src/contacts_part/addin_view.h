@@ -59,7 +59,7 @@ class AddinView : public Base {
     return utils != nullptr && utils->OptionalMsgBox(DialogIdx, Message, Caption);
   }
   const StringTable& Strings() override { return App().Strings(); }
-  JobLog& Log() override {
+  JobEngineLog& Log() override {
     if (!log_) throw ZError(kErrObjectNotSet, "Not bound to the add-in");
     return *log_;
   }

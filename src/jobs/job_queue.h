@@ -38,7 +38,7 @@
 #include "src/jobs/frm_timer.h"
 #include "src/jobs/i_job.h"
 #include "src/jobs/job_addin.h"
-#include "src/jobs/job_log.h"
+#include "src/jobs/job_engine_log.h"
 #include "src/resources/string_table.h"
 #include "src/ui/frm_sys_tray.h"
 #include "src/ui/frm_task_list.h"
@@ -60,7 +60,7 @@ struct JobQueueHost {
   WindowManager& windows;
   Shell& shell;
   const StringTable& strings;
-  JobLog& log;
+  JobEngineLog& log;
 };
 
 class JobQueue : public ICheckLinger, public std::enable_shared_from_this<JobQueue> {
@@ -131,7 +131,7 @@ class JobQueue : public ICheckLinger, public std::enable_shared_from_this<JobQue
   frmTimer* TimerForm() const { return timer_form_.get(); }
   frmTaskList* TaskListForm() const { return task_list_form_.get(); }
   frmSysTray* SysTrayForm() const { return sys_tray_form_.get(); }
-  JobLog& Log() { return host_.log; }
+  JobEngineLog& Log() { return host_.log; }
 
  private:
   friend class frmTimer;

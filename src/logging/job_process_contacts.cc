@@ -236,7 +236,7 @@ void JobProcess::AddCopyJob(CopyKind kind, const std::shared_ptr<Folder>& target
   const std::string key = app->GenerateKey();
   std::shared_ptr<CopyJob> job;
   if (kind == CopyKind::kLogged) {
-    job = std::make_shared<item_logging::JobLog>(app_);
+    job = std::make_shared<JobLog>(app_);
   } else {
     job = std::make_shared<JobCreateShared>(app_);
   }

@@ -10,7 +10,7 @@
 #include "src/host/outlook_item.h"
 #include "src/host/outlook_window.h"
 #include "src/host/subclasser.h"
-#include "src/jobs/job_log.h"
+#include "src/jobs/job_engine_log.h"
 #include "src/jobs/job_queue.h"
 #include "src/monitoring/insp_mon.h"
 #include "src/monitoring/monitoring_addin.h"

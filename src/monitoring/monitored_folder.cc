@@ -9,7 +9,7 @@
 #include "src/host/outlook_constants.h"
 #include "src/host/outlook_folder.h"
 #include "src/host/outlook_item.h"
-#include "src/jobs/job_log.h"
+#include "src/jobs/job_engine_log.h"
 #include "src/jobs/job_queue.h"
 #include "src/logging/job_changed.h"
 #include "src/logging/job_process.h"

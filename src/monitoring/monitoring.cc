@@ -10,7 +10,7 @@
 #include "src/host/outlook_constants.h"
 #include "src/host/outlook_folder.h"
 #include "src/jobs/job_delayed_trigger.h"
-#include "src/jobs/job_log.h"
+#include "src/jobs/job_engine_log.h"
 #include "src/monitoring/monitored_folder.h"
 #include "src/monitoring/monitoring_addin.h"
 #include "src/outlook/folder_helpers.h"

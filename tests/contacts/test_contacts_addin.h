@@ -50,7 +50,7 @@ class TestContactsAddin : public ContactsAddin {
     return true;
   }
   const StringTable& Strings() override { return strings_; }
-  JobLog& Log() override { return jobs_.log; }
+  JobEngineLog& Log() override { return jobs_.log; }
   double Now() override { return jobs_.clock.Now(); }
 
   bool quitting = false;

@@ -20,7 +20,7 @@
 
 namespace zintra::testing {
 
-class FakeLog : public JobLog {
+class FakeLog : public JobEngineLog {
  public:
   void WriteLogMessage(const std::string& text, bool warning) override {
     (warning ? warnings : messages).push_back(text);

@@ -14,7 +14,7 @@ void TestLoggingAddin::SetCheckLinger(std::shared_ptr<ICheckLinger> obj) {
 }
 std::string TestLoggingAddin::GenerateKey() { return env_.utils.GenerateKey(); }
 const StringTable& TestLoggingAddin::Strings() { return env_.strings; }
-JobLog& TestLoggingAddin::Log() { return env_.log; }
+JobEngineLog& TestLoggingAddin::Log() { return env_.log; }
 double TestLoggingAddin::Now() { return env_.clock.Now(); }
 ZintraUtils* TestLoggingAddin::Utils() { return &env_.utils; }
 std::shared_ptr<TrackedContacts> TestLoggingAddin::Tracked() { return env_.tracked; }

@@ -91,7 +91,7 @@ class TestLoggingAddin : public LoggingAddin, public JobAddin {
   std::string GenerateKey() override;
   bool OptionalMsgBox(int32_t, const std::string&, const std::string&) override { return true; }
   const StringTable& Strings() override;
-  JobLog& Log() override;
+  JobEngineLog& Log() override;
   double Now() override;
   ZintraUtils* Utils() override;
   std::shared_ptr<TrackedContacts> Tracked() override;

@@ -98,7 +98,7 @@ class TestMonitoringAddin : public MonitoringAddin,
     return true;
   }
   const StringTable& Strings() override;
-  JobLog& Log() override;
+  JobEngineLog& Log() override;
   double Now() override;
   ZintraUtils* Utils() override;
   std::shared_ptr<TrackedContacts> Tracked() override;
@@ -290,7 +290,7 @@ inline void TestMonitoringAddin::SetCheckLinger(std::shared_ptr<ICheckLinger> ob
 }
 inline std::string TestMonitoringAddin::GenerateKey() { return env_.utils.GenerateKey(); }
 inline const StringTable& TestMonitoringAddin::Strings() { return env_.strings; }
-inline JobLog& TestMonitoringAddin::Log() { return env_.log; }
+inline JobEngineLog& TestMonitoringAddin::Log() { return env_.log; }
 inline double TestMonitoringAddin::Now() { return env_.clock.Now(); }
 inline ZintraUtils* TestMonitoringAddin::Utils() { return &env_.utils; }
 inline std::shared_ptr<TrackedContacts> TestMonitoringAddin::Tracked() { return env_.tracked; }

@@ -80,11 +80,23 @@ bool WriteClassKey(const std::wstring& subkey, const wchar_t* name, const std::w
   const std::wstring path = L"Software\\Classes\\" + subkey;
   HKEY key = nullptr;
   DWORD disposition = 0;
-  if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key,
-                      &disposition) != ERROR_SUCCESS) {
+  if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE,
+                      nullptr, &key, &disposition) != ERROR_SUCCESS) {
     return false;
   }
   *existed = disposition == REG_OPENED_EXISTING_KEY;
+  if (*existed) {
+    // A key that already names our own class was left by a run that ended without
+    // cleaning up: it is ours to rewrite and remove.
+    wchar_t current[128] = {};
+    DWORD size = sizeof(current) - sizeof(wchar_t);
+    DWORD type = 0;
+    if (RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(current), &size) ==
+            ERROR_SUCCESS &&
+        type == REG_SZ && value == current) {
+      *existed = false;
+    }
+  }
   LONG status = ERROR_SUCCESS;
   if (!*existed) {
     status = RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),

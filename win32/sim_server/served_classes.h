@@ -5,9 +5,9 @@
 // process reaches the same Profile as the simulated Outlook. The ProgID -> CLSID keys
 // are written under HKLM\Software\Classes (where Wine resolves HKEY_CLASSES_ROOT) and
 // removed again on destruction, with the class objects; keys that existed before are
-// left alone. A creation that fails in the registry (an unknown ProgID, an injected
-// fault) returns its error as an HRESULT: a MAPI code as itself, anything else
-// CLASS_E_CLASSNOTAVAILABLE. Outlook's thread only.
+// left alone, unless they name this process's own class (left by a run that crashed). A creation
+// that fails in the registry (an unknown ProgID, an injected fault) returns its error as an
+// HRESULT: a MAPI code as itself, anything else CLASS_E_CLASSNOTAVAILABLE. Outlook's thread only.
 #pragma once
 
 #include <cstdint>

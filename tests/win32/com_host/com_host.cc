@@ -39,7 +39,7 @@ ComHost::ComApartment::ComApartment() { CoInitializeEx(nullptr, COINIT_APARTMENT
 ComHost::ComApartment::~ComApartment() { CoUninitialize(); }
 
 ComHost::ComHost()
-    : outlook_(std::make_unique<sim::SimOutlookHost>(&clock_)),
+    : outlook_(std::make_unique<sim::SimOutlookHost>(clock_.get())),
       builder_(outlook_->profile),
       settings_(registry_, files_, platform_),
       live_at_start_(DispatchObject::LiveCount()) {
@@ -79,7 +79,10 @@ ComHost::~ComHost() {
   // Objects an add-in still holds point into the profile: like Outlook, which stays in
   // memory while an add-in holds its objects, the profile then outlives this host, so
   // that a late call from the add-in cannot reach freed memory. The test reports them.
-  if (DispatchObject::LiveCount() > live_at_start_) outlook_.release();  // NOLINT: kept on purpose
+  if (DispatchObject::LiveCount() > live_at_start_) {
+    outlook_.release();  // NOLINT: kept on purpose, with the clock it reads
+    clock_.release();    // NOLINT
+  }
 }
 
 void ComHost::WriteSettings() {

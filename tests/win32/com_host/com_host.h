@@ -79,7 +79,7 @@ class ComHost {
   };
   ComApartment apartment_;
   // The profile stamps items with the same clock the add-in reads, as Outlook does.
-  Win32Clock clock_;
+  std::unique_ptr<Win32Clock> clock_ = std::make_unique<Win32Clock>();
   std::unique_ptr<sim::SimOutlookHost> outlook_;
   sim::ProfileBuilder builder_;
   std::unique_ptr<ServedClasses> classes_;

@@ -71,6 +71,10 @@ class ComHost {
   const std::shared_ptr<sim::MessageRecord>& ann() const { return ann_; }
   const std::shared_ptr<sim::FolderRecord>& journal() const { return journal_; }
   int64_t LibraryObjectsCreated() const { return classes_ ? classes_->Created() : 0; }
+  // What failed to register of the library's classes (empty when all are served).
+  std::vector<std::string> ClassFailures() const {
+    return classes_ ? classes_->Failures() : std::vector<std::string>{};
+  }
 
  private:
   struct ComApartment {

@@ -50,6 +50,7 @@ class ComHostTest : public ::testing::Test {
 
   // Loads and starts the add-in as Outlook does at its own start-up.
   void Start() {
+    ASSERT_EQ(host_->ClassFailures(), std::vector<std::string>{});
     host_->WriteSettings();
     ASSERT_EQ(host_->Load(), S_OK) << "is ZintraAddin.dll registered (regsvr32)?";
     ASSERT_EQ(host_->OnConnection(kExtCmStartup), S_OK);

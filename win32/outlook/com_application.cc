@@ -1,6 +1,7 @@
 #include "win32/outlook/com_application.h"
 
 #include "win32/com/outlook_events.h"
+#include "win32/outlook/adapter_cache.h"
 #include "win32/outlook/wrap.h"
 
 namespace zintra::win32 {
@@ -123,15 +124,15 @@ std::shared_ptr<Item> ComApplication::CreateItem(int32_t item_type) {
 
 template <>
 std::shared_ptr<Application> Wrap<Application>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComApplication>(o) : nullptr;
+  return AdapterCache::Get<Application, ComApplication>(o);
 }
 template <>
 std::shared_ptr<Namespace> Wrap<Namespace>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComNamespace>(o) : nullptr;
+  return AdapterCache::Get<Namespace, ComNamespace>(o);
 }
 template <>
 std::shared_ptr<PropertyPages> Wrap<PropertyPages>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComPropertyPages>(o) : nullptr;
+  return AdapterCache::Get<PropertyPages, ComPropertyPages>(o);
 }
 
 }  // namespace zintra::win32

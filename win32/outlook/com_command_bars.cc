@@ -1,6 +1,7 @@
 #include "win32/outlook/com_command_bars.h"
 
 #include "win32/com/outlook_events.h"
+#include "win32/outlook/adapter_cache.h"
 #include "win32/outlook/wrap.h"
 
 namespace zintra::win32 {
@@ -91,19 +92,19 @@ std::shared_ptr<CommandBarControl> ComCommandBars::FindControl(int32_t type, int
 
 template <>
 std::shared_ptr<CommandBars> Wrap<CommandBars>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComCommandBars>(o) : nullptr;
+  return AdapterCache::Get<CommandBars, ComCommandBars>(o);
 }
 template <>
 std::shared_ptr<CommandBar> Wrap<CommandBar>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComCommandBar>(o) : nullptr;
+  return AdapterCache::Get<CommandBar, ComCommandBar>(o);
 }
 template <>
 std::shared_ptr<CommandBarControls> Wrap<CommandBarControls>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComCommandBarControls>(o) : nullptr;
+  return AdapterCache::Get<CommandBarControls, ComCommandBarControls>(o);
 }
 template <>
 std::shared_ptr<CommandBarControl> Wrap<CommandBarControl>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComCommandBarControl>(o) : nullptr;
+  return AdapterCache::Get<CommandBarControl, ComCommandBarControl>(o);
 }
 
 }  // namespace zintra::win32

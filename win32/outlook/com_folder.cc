@@ -1,6 +1,7 @@
 #include "win32/outlook/com_folder.h"
 
 #include "win32/com/outlook_events.h"
+#include "win32/outlook/adapter_cache.h"
 #include "win32/outlook/wrap.h"
 
 namespace zintra::win32 {
@@ -81,15 +82,15 @@ std::shared_ptr<zintra::Item> ComItems::Add(int32_t item_type) {
 
 template <>
 std::shared_ptr<Folder> Wrap<Folder>(const ComPtr<IDispatch>& object) {
-  return object ? std::make_shared<ComFolder>(object) : nullptr;
+  return AdapterCache::Get<Folder, ComFolder>(object);
 }
 template <>
 std::shared_ptr<Folders> Wrap<Folders>(const ComPtr<IDispatch>& object) {
-  return object ? std::make_shared<ComFolders>(object) : nullptr;
+  return AdapterCache::Get<Folders, ComFolders>(object);
 }
 template <>
 std::shared_ptr<Items> Wrap<Items>(const ComPtr<IDispatch>& object) {
-  return object ? std::make_shared<ComItems>(object) : nullptr;
+  return AdapterCache::Get<Items, ComItems>(object);
 }
 
 }  // namespace zintra::win32

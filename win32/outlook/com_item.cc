@@ -1,6 +1,7 @@
 #include "win32/outlook/com_item.h"
 
 #include "win32/com/outlook_events.h"
+#include "win32/outlook/adapter_cache.h"
 #include "win32/outlook/wrap.h"
 
 namespace zintra::win32 {
@@ -120,8 +121,7 @@ std::shared_ptr<MapiObject> ComItem::MAPIOBJECT() {
 
 template <>
 std::shared_ptr<Item> Wrap<Item>(const ComPtr<IDispatch>& object) {
-  if (!object) return nullptr;
-  return std::make_shared<ComItem>(object);
+  return AdapterCache::Get<Item, ComItem>(object);
 }
 
 }  // namespace zintra::win32

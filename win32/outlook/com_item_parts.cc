@@ -1,15 +1,11 @@
 #include "win32/outlook/com_item_parts.h"
 
+#include "win32/outlook/adapter_cache.h"
 #include "win32/outlook/wrap.h"
 
 namespace zintra::win32 {
 
 namespace {
-
-template <typename Adapter>
-std::shared_ptr<Adapter> Make(const ComPtr<IDispatch>& object) {
-  return object ? std::make_shared<Adapter>(object) : nullptr;
-}
 
 Variant Index(int32_t index) { return Arg(Value(index)); }
 
@@ -67,35 +63,35 @@ std::shared_ptr<Attachment> ComAttachments::Add(const std::string& source, int32
 
 template <>
 std::shared_ptr<UserProperties> Wrap<UserProperties>(const ComPtr<IDispatch>& o) {
-  return Make<ComUserProperties>(o);
+  return AdapterCache::Get<UserProperties, ComUserProperties>(o);
 }
 template <>
 std::shared_ptr<UserProperty> Wrap<UserProperty>(const ComPtr<IDispatch>& o) {
-  return Make<ComUserProperty>(o);
+  return AdapterCache::Get<UserProperty, ComUserProperty>(o);
 }
 template <>
 std::shared_ptr<Links> Wrap<Links>(const ComPtr<IDispatch>& o) {
-  return Make<ComLinks>(o);
+  return AdapterCache::Get<Links, ComLinks>(o);
 }
 template <>
 std::shared_ptr<Link> Wrap<Link>(const ComPtr<IDispatch>& o) {
-  return Make<ComLink>(o);
+  return AdapterCache::Get<Link, ComLink>(o);
 }
 template <>
 std::shared_ptr<Recipients> Wrap<Recipients>(const ComPtr<IDispatch>& o) {
-  return Make<ComRecipients>(o);
+  return AdapterCache::Get<Recipients, ComRecipients>(o);
 }
 template <>
 std::shared_ptr<Recipient> Wrap<Recipient>(const ComPtr<IDispatch>& o) {
-  return Make<ComRecipient>(o);
+  return AdapterCache::Get<Recipient, ComRecipient>(o);
 }
 template <>
 std::shared_ptr<Attachments> Wrap<Attachments>(const ComPtr<IDispatch>& o) {
-  return Make<ComAttachments>(o);
+  return AdapterCache::Get<Attachments, ComAttachments>(o);
 }
 template <>
 std::shared_ptr<Attachment> Wrap<Attachment>(const ComPtr<IDispatch>& o) {
-  return Make<ComAttachment>(o);
+  return AdapterCache::Get<Attachment, ComAttachment>(o);
 }
 
 }  // namespace zintra::win32

@@ -1,5 +1,6 @@
 #include "win32/outlook/com_mapi_address.h"
 
+#include "win32/outlook/adapter_cache.h"
 #include "win32/outlook/wrap.h"
 
 namespace zintra::win32 {
@@ -14,15 +15,15 @@ std::shared_ptr<AddressList> ComAddressLists::Item(int32_t index) {
 
 template <>
 std::shared_ptr<AddressEntry> Wrap<AddressEntry>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComAddressEntry>(o) : nullptr;
+  return AdapterCache::Get<AddressEntry, ComAddressEntry>(o);
 }
 template <>
 std::shared_ptr<AddressList> Wrap<AddressList>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComAddressList>(o) : nullptr;
+  return AdapterCache::Get<AddressList, ComAddressList>(o);
 }
 template <>
 std::shared_ptr<AddressLists> Wrap<AddressLists>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComAddressLists>(o) : nullptr;
+  return AdapterCache::Get<AddressLists, ComAddressLists>(o);
 }
 
 }  // namespace zintra::win32

@@ -1,5 +1,6 @@
 #include "win32/outlook/com_rdo_session.h"
 
+#include "win32/outlook/adapter_cache.h"
 #include "win32/outlook/wrap.h"
 
 namespace zintra::win32 {
@@ -95,15 +96,15 @@ std::shared_ptr<zintra::AddressLists> ComRdoSession::AddressLists() {
 
 template <>
 std::shared_ptr<RdoMessage> Wrap<RdoMessage>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComRdoMessage>(o) : nullptr;
+  return AdapterCache::Get<RdoMessage, ComRdoMessage>(o);
 }
 template <>
 std::shared_ptr<RdoFolder> Wrap<RdoFolder>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComRdoFolder>(o) : nullptr;
+  return AdapterCache::Get<RdoFolder, ComRdoFolder>(o);
 }
 template <>
 std::shared_ptr<RdoSession> Wrap<RdoSession>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComRdoSession>(o) : nullptr;
+  return AdapterCache::Get<RdoSession, ComRdoSession>(o);
 }
 
 }  // namespace zintra::win32

@@ -1,6 +1,7 @@
 #include "win32/outlook/com_window.h"
 
 #include "win32/com/outlook_events.h"
+#include "win32/outlook/adapter_cache.h"
 #include "win32/outlook/wrap.h"
 
 namespace zintra::win32 {
@@ -121,23 +122,23 @@ std::shared_ptr<Inspector> ComInspectors::Item(int32_t index) {
 
 template <>
 std::shared_ptr<Explorer> Wrap<Explorer>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComExplorer>(o) : nullptr;
+  return AdapterCache::Get<Explorer, ComExplorer>(o);
 }
 template <>
 std::shared_ptr<Inspector> Wrap<Inspector>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComInspector>(o) : nullptr;
+  return AdapterCache::Get<Inspector, ComInspector>(o);
 }
 template <>
 std::shared_ptr<Selection> Wrap<Selection>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComSelection>(o) : nullptr;
+  return AdapterCache::Get<Selection, ComSelection>(o);
 }
 template <>
 std::shared_ptr<Explorers> Wrap<Explorers>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComExplorers>(o) : nullptr;
+  return AdapterCache::Get<Explorers, ComExplorers>(o);
 }
 template <>
 std::shared_ptr<Inspectors> Wrap<Inspectors>(const ComPtr<IDispatch>& o) {
-  return o ? std::make_shared<ComInspectors>(o) : nullptr;
+  return AdapterCache::Get<Inspectors, ComInspectors>(o);
 }
 
 }  // namespace zintra::win32

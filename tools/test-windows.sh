@@ -33,9 +33,30 @@ while IFS= read -r test; do
 done < <(find "$build/tests/win32" -name '*_tests.exe' | sort)
 wineserver -k || true
 
+# Forms, dialogs, message boxes and the tray icon need a desktop: their suites (named
+# *OnDesktop, skipped above) run again under a virtual X server, with a Wine virtual
+# desktop so that each tray-icon delete does not wait two seconds.
+if command -v xvfb-run >/dev/null; then
+  timeout 60 wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null
+  timeout 60 wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1024x768 /f >/dev/null
+  wineserver -k || true
+  while IFS= read -r test; do
+    needs_registration "$test" && continue
+    echo "== $(basename "$test") (desktop) =="
+    if ! timeout 300 xvfb-run -a sh -c \
+        "wine '$test' --gtest_brief=1 --gtest_filter='*OnDesktop*'; rc=\$?; wineserver -k; exit \$rc"; then
+      echo "FAILED: $test (desktop)"
+      failed=1
+    fi
+  done < <(find "$build/tests/win32" -name '*_tests.exe' | sort)
+else
+  echo "xvfb-run is missing: the *OnDesktop suites were skipped"
+fi
+
 # The add-in registered as a user installs it: regsvr32 (per user, no administrator
 # rights). Wine 8 resolves classes from HKLM\Software\Classes only, so the class keys are
-# copied there for the tests. Afterwards regsvr32 /u and the removal of the copies must
+# copied there for the tests, which run on the virtual desktop (the add-in makes hidden
+# windows) when there is one. Afterwards regsvr32 /u and the removal of the copies must
 # leave the keys registration touches exactly as they were.
 reg_snapshot() {
   mkdir -p "$1"
@@ -64,10 +85,16 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
     timeout 60 wine reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f \
       >/dev/null
   done
+  wineserver -k || true  # the tests' own server starts with their display
   while IFS= read -r test; do
     needs_registration "$test" || continue
     echo "== $(basename "$test") =="
-    if ! timeout 300 wine "$test" --gtest_brief=1; then
+    if command -v xvfb-run >/dev/null; then
+      run=(xvfb-run -a sh -c "wine '$test' --gtest_brief=1; rc=\$?; wineserver -k; exit \$rc")
+    else
+      run=(wine "$test" --gtest_brief=1)
+    fi
+    if ! ZINTRA_REQUIRE_ADDIN=1 timeout 300 "${run[@]}"; then
       echo "FAILED: $test"
       failed=1
     fi
@@ -93,22 +120,4 @@ else
 fi
 wineserver -k || true
 
-# Forms, dialogs, message boxes and the tray icon need a desktop: their suites (named
-# *OnDesktop, skipped above) run again under a virtual X server, with a Wine virtual
-# desktop so that each tray-icon delete does not wait two seconds.
-if command -v xvfb-run >/dev/null; then
-  timeout 60 wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null
-  timeout 60 wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1024x768 /f >/dev/null
-  wineserver -k || true
-  while IFS= read -r test; do
-    echo "== $(basename "$test") (desktop) =="
-    if ! timeout 300 xvfb-run -a sh -c \
-        "wine '$test' --gtest_brief=1 --gtest_filter='*OnDesktop*'; rc=\$?; wineserver -k; exit \$rc"; then
-      echo "FAILED: $test (desktop)"
-      failed=1
-    fi
-  done < <(find "$build/tests/win32" -name '*_tests.exe' | sort)
-else
-  echo "xvfb-run is missing: the *OnDesktop suites were skipped"
-fi
 exit $failed

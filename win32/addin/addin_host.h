@@ -41,7 +41,11 @@ class AddinHost {
   AddinHost(const AddinHost&) = delete;
   AddinHost& operator=(const AddinHost&) = delete;
 
+  // Valid until EndConnection.
   zintra::Connect& Connect() { return *connect_; }
+  // Lets go of the Connect, which shuts down an add-in that still runs (its shut-down
+  // may then wait for a job: AddinPending).
+  void EndConnection() { connect_.reset(); }
   ErrorHandling& Errors() { return *errors_; }
   const zintra::Host& Host() const { return host_; }
 

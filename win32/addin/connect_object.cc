@@ -76,7 +76,10 @@ int IntArg(const VARIANT* v) {
 ConnectObject::ConnectObject() = default;
 
 ConnectObject::~ConnectObject() {
-  if (host_ && host_->AddinPending()) {
+  if (!host_) return;
+  // Released by Outlook: an add-in still running is shut down as Outlook closing would.
+  host_->EndConnection();
+  if (host_->AddinPending()) {
     // The add-in waits for a job to return before it finishes shutting down; its
     // ports must live until then.
     AddinHost* raw = host_.get();

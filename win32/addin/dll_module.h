@@ -30,7 +30,13 @@ class DllModule {
 
   void ObjectCreated() { ++objects_; }
   void ObjectDestroyed() { --objects_; }
-  void Lock(bool lock) { lock ? ++locks_ : --locks_; }
+  void Lock(bool lock) {
+    if (lock) {
+      ++locks_;
+    } else {
+      --locks_;
+    }
+  }
   long Objects() const { return objects_; }
 
   // Keeps `holder` alive until `done` answers true (asked whenever DllCanUnloadNow is).

@@ -1,15 +1,13 @@
 #include "tests/win32/addin/addin_dll.h"
 
-#include <cstdlib>
-
-#include "win32/com/unicode.h"
-
 namespace zintra::win32::testing {
 
 namespace {
 
 std::wstring DllPath() {
-  if (const char* named = std::getenv("ZINTRA_ADDIN_DLL"); named && *named) return Widen(named);
+  wchar_t named[MAX_PATH] = {};
+  DWORD length = GetEnvironmentVariableW(L"ZINTRA_ADDIN_DLL", named, MAX_PATH);
+  if (length > 0 && length < MAX_PATH) return named;
   wchar_t exe[MAX_PATH] = {};
   GetModuleFileNameW(nullptr, exe, MAX_PATH);
   std::wstring path = exe;

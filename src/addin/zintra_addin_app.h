@@ -49,7 +49,6 @@ inline constexpr char kOptionsPageProgId[] = "ZintraControls.OutlookPropertiesPa
 inline constexpr char kKeepAliveProgId[] = "ZintraKeepAlive.KeepAlive";
 inline constexpr char kMapiUtilsProgId[] = "TovuRedemption.TovuMAPIUtils";
 inline constexpr char kRdoSessionProgId[] = "TovuRedemption.TovuRDOSession";
-inline constexpr int32_t kStrProductName = 2;
 inline constexpr int32_t kStrNeedOutlook2000 = 3000;
 
 class ZintraAddinApp : public JobAddin,

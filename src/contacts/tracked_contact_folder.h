@@ -45,7 +45,6 @@ class ZError;
 // Optional-message number of the lost-connection message (string 1100).
 inline constexpr int32_t kDialogFolderConnectionLost = 1;
 inline constexpr int32_t kStrFolderConnectionLost = 1100;
-inline constexpr int32_t kStrProductName = 2;
 // Task-list icon of a cache fill.
 inline constexpr int32_t kFillTaskIcon = 127;
 // The contact property set and the ids of the three e-mail address properties.

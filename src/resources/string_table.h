@@ -14,6 +14,9 @@
 
 namespace zintra {
 
+// The product's name, the caption of its message boxes and options page.
+inline constexpr int32_t kStrProductName = 2;
+
 class Platform;
 
 enum class Language { kEnglish, kFrench, kCanadianFrench };

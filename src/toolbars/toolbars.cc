@@ -23,7 +23,6 @@ namespace zintra {
 namespace {
 
 constexpr char kModName[] = "Toolbars";
-constexpr int32_t kStrProductName = 2;
 
 struct ButtonSpec {
   const char* tag;

@@ -19,7 +19,6 @@ namespace zintra {
 namespace {
 
 constexpr char kModName[] = "WordLetterHandler";
-constexpr int32_t kStrProductName = 2;
 
 }  // namespace
 

@@ -9,7 +9,7 @@
 #include "src/settings/reg_settings.h"
 #include "src/toolbars/toolbars.h"
 #include "src/toolbars_part/toolbars_part.h"
-#include "tools/zintra-sim/addin_composition.h"
+#include "src/composition/addin_composition.h"
 #include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/scenario_reader.h"

@@ -1,6 +1,6 @@
-// The parts the add-in inside Outlook is made of, as the composition root hands them to
-// ZintraAddinApp (AddinParts): contact tracking, the toolbar (with the Word letters) and
-// folder monitoring, the same parts the simulated Outlook composes. The toolbar files a
+// The parts the add-in is made of, as every composition root (the DLL inside Outlook,
+// the simulated Outlook, zintra-sim) hands them to ZintraAddinApp (AddinParts): contact
+// tracking, the toolbar (with the Word letters) and folder monitoring. The toolbar files a
 // contact's letters in the journal folder of the folder set the contact's folder belongs
 // to; it finds that set through the add-in that `addin` returns when asked (nullptr while
 // none is loaded).
@@ -12,12 +12,10 @@
 #include "src/addin/addin_part.h"
 
 namespace zintra {
+
 class Folder;
 class TrackedContacts;
 class ZintraAddinApp;
-}  // namespace zintra
-
-namespace zintra::win32 {
 
 using AddinLookup = std::function<std::shared_ptr<ZintraAddinApp>()>;
 
@@ -28,4 +26,4 @@ AddinParts MakeAddinParts(AddinLookup addin);
 std::shared_ptr<Folder> JournalFolderOfSet(const std::shared_ptr<TrackedContacts>& tracked,
                                            const std::shared_ptr<Folder>& contact_folder);
 
-}  // namespace zintra::win32
+}  // namespace zintra

@@ -1,12 +1,12 @@
-#include "win32/addin/addin_parts.h"
+#include "src/composition/addin_composition.h"
 
-#include <utility>
-
+#include "src/contacts/tracked_contact_folder.h"
+#include "src/contacts/tracked_contacts.h"
 #include "src/contacts_part/tracked_contacts_part.h"
 #include "src/monitoring_part/monitoring_part.h"
 #include "src/toolbars_part/toolbars_part.h"
 
-namespace zintra::win32 {
+namespace zintra {
 
 AddinParts MakeAddinParts(AddinLookup addin) {
   AddinParts parts;
@@ -20,4 +20,10 @@ AddinParts MakeAddinParts(AddinLookup addin) {
   return parts;
 }
 
-}  // namespace zintra::win32
+std::shared_ptr<Folder> JournalFolderOfSet(const std::shared_ptr<TrackedContacts>& tracked,
+                                           const std::shared_ptr<Folder>& contact_folder) {
+  auto set = tracked ? tracked->FoldersetFor(contact_folder) : nullptr;
+  return set ? set->JournalFolder() : nullptr;
+}
+
+}  // namespace zintra

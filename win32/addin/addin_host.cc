@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "src/addin/zintra_addin_app.h"
-#include "src/core/z_error.h"
 #include "src/composition/addin_composition.h"
+#include "src/core/z_error.h"
 #include "win32/addin/com_add_in_adapter.h"
 #include "win32/addin/dll_module.h"
 #include "win32/com/unicode.h"

@@ -6,45 +6,7 @@
 
 namespace zintra::win32 {
 
-std::string ItemTypeName(ItemClass item_class) {
-  switch (item_class) {
-    case ItemClass::kAppointment:
-      return "AppointmentItem";
-    case ItemClass::kContact:
-      return "ContactItem";
-    case ItemClass::kDocument:
-      return "DocumentItem";
-    case ItemClass::kJournal:
-      return "JournalItem";
-    case ItemClass::kMail:
-      return "MailItem";
-    case ItemClass::kNote:
-      return "NoteItem";
-    case ItemClass::kPost:
-      return "PostItem";
-    case ItemClass::kReport:
-      return "ReportItem";
-    case ItemClass::kRemote:
-      return "RemoteItem";
-    case ItemClass::kTask:
-      return "TaskItem";
-    case ItemClass::kTaskRequest:
-      return "TaskRequestItem";
-    case ItemClass::kTaskRequestUpdate:
-      return "TaskRequestUpdateItem";
-    case ItemClass::kTaskRequestAccept:
-      return "TaskRequestAcceptItem";
-    case ItemClass::kTaskRequestDecline:
-      return "TaskRequestDeclineItem";
-    case ItemClass::kMeeting:
-      return "MeetingItem";
-    case ItemClass::kDistList:
-      return "DistListItem";
-    case ItemClass::kSharing:
-      return "SharingItem";
-  }
-  return "Object";
-}
+std::string ItemTypeName(ItemClass item_class) { return ItemClassTypeName(item_class); }
 
 namespace {
 

@@ -11,10 +11,14 @@ Connect::Connect(const zintra::Host& host, ErrorHandling& errors, const StringTa
     : host_(host), errors_(errors), strings_(strings), parts_(std::move(parts)) {}
 
 Connect::~Connect() {
-  // Released without a shut-down (the host went away): take the add-in down rather
-  // than leave it holding Outlook.
+  // Released with the add-in still running (no window close was seen): a disconnect by
+  // Outlook does nothing, so nothing of the shut-down runs here either; the add-in only
+  // lets go of Outlook, leaving its queued work for the next start.
   try {
-    if (addin_) ShutdownAddin(true);
+    ClearTrackedExplorer();
+    ClearTrackedInspectorMon();
+    theOLApp.reset();
+    if (std::shared_ptr<ZintraAddinApp> addin = std::move(addin_)) addin->LetGo();
   } catch (...) {
   }
 }
@@ -144,10 +148,24 @@ void Connect::ClearTrackedExplorer() { SetTrackedExplorer(nullptr); }
 void Connect::SetTrackedInspectorMon(const std::shared_ptr<Inspector>& inspector) {
   ClearTrackedInspectorMon();
   auto mon = std::make_shared<InspMon>();
-  mon->SetInspector(inspector);
+  // A note window tells of its closing only through the subclassing service.
+  try {
+    std::shared_ptr<Item> item = inspector ? inspector->CurrentItem() : nullptr;
+    if (item && item->Class() == ItemClass::kNote) {
+      mon->SetSubclasser(InspMon::CreateSubclasser(host_.objects));
+    }
+  } catch (...) {
+    LogError("SetTrackedInspectorMon");
+  }
   tracked_inspector_closed_ =
       mon->InspectorClosed.Connect([this] { pTrackedInspectorMon_InspectorClosed(); });
-  pTrackedInspectorMon = std::move(mon);
+  pTrackedInspectorMon = mon;
+  try {
+    mon->SetInspector(inspector);
+  } catch (...) {
+    // The note window could not be hooked: its inspector's own Close is still watched.
+    LogError("SetTrackedInspectorMon");
+  }
 }
 
 void Connect::ClearTrackedInspectorMon() {

@@ -116,14 +116,11 @@ void ZintraAddinApp::ReadSettings() {
   settings_ =
       std::make_unique<zintra::RegSettings>(host_.registry, host_.file_system, host_.platform);
   settings_->SetWarningSink([this](const std::string& text) { errors_.LogWarning(text); });
-  try {
-    settings_->Read(/*JustCritical=*/false, /*IsOutlook9=*/outlook_major_ == 9,
-                    /*IsOutlook12OrHigher=*/outlook_major_ >= 12);
-  } catch (const ZError&) {
-    // An oversized number: the values read before it stand, the rest keep their
-    // defaults, and the add-in still starts.
-    LogError("Initialize");
-  }
+  // An oversized 16-bit number fails the whole read, and with it the start-up: the
+  // add-in does not run on settings of which only a part was read (folder sets and
+  // delays would be silently lost). Initialize records the error and tears down.
+  settings_->Read(/*JustCritical=*/false, /*IsOutlook9=*/outlook_major_ == 9,
+                  /*IsOutlook12OrHigher=*/outlook_major_ >= 12);
 }
 
 std::shared_ptr<AutomationObject> ZintraAddinApp::CreateLibraryObject(const std::string& prog_id) {

@@ -67,6 +67,11 @@ class ZintraAddinApp : public JobAddin,
                   bool StartModeIsHostStartup);
   // Begins shut-down; OutlookClosing is False when the user unloaded the add-in.
   void Quit(bool OutlookClosing);
+  // Outlook let the add-in go while it was still running (it was released with no
+  // window closed): tear down at once without running queued work. Items a job had
+  // only marked "Processing" get the mark cleared, so the next start finds them.
+  void LetGo();
+  bool LeavingWorkForNextStart() const { return leaving_work_; }
   bool Quitting() override { return pQuitting; }
   // Finishes shut-down once no job is active: stops monitoring, flushes and abandons
   // the queue, tears down. Only the first call does anything.
@@ -194,6 +199,7 @@ class ZintraAddinApp : public JobAddin,
   KeyGenerator own_keys_;  // once ZintraUtils is gone
 
   bool pQuitting = false;
+  bool leaving_work_ = false;
   bool user_unloaded_ = false;
   bool shutdown_started_ = false;
   bool torn_down_ = false;

@@ -41,6 +41,26 @@ void ZintraAddinApp::Quit(bool OutlookClosing) {
   }
 }
 
+void ZintraAddinApp::LetGo() {
+  if (torn_down_) return;
+  errors_.LogWarning(
+      "Outlook released the add-in before its last window closed; queued work is left "
+      "for the next start");
+  pQuitting = true;
+  leaving_work_ = true;
+  std::shared_ptr<ZintraAddinApp> keep = weak_from_this().lock();
+  try {
+    if (job_queue_) job_queue_->SetPaused(true);
+    if (monitoring_) monitoring_->StopMonitoring();
+    if (job_queue_) job_queue_->Abandon();
+  } catch (...) {
+    LogError("LetGo");
+  }
+  shutdown_started_ = true;
+  TearDown();
+  self_until_shutdown_.reset();
+}
+
 void ZintraAddinApp::StartKeepAlive() {
   try {
     keep_alive_ = host_.objects.CreateObject(kKeepAliveProgId);

@@ -145,9 +145,7 @@ void JobProcess::UndoMark(const std::shared_ptr<Item>& item) {
   std::shared_ptr<LoggingAddin> app = App();
   if (marked_ && app && app->Utils()) {
     try {
-      Utils().SetUserProperty(item->UserProperties(), kPropZintraTag, kOlText, Value(std::string()),
-                              true);
-      Utils().SaveItem(item);
+      ClearTag(item);
     } catch (...) {
       LogCurrentException("Initialize");
     }

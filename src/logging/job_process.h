@@ -152,6 +152,9 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   // The original item: the held reference, or found again by its identifiers.
   std::shared_ptr<Item> FindOriginal();
   void WriteFinalMarks();
+  // Clears the "Processing" tag of the item found again, deciding nothing about it.
+  void ClearMark();
+  void ClearTag(const std::shared_ptr<Item>& item);
   void QueueSelf();
   bool SameFolder(const std::shared_ptr<Folder>& a, const std::shared_ptr<Folder>& b);
 

@@ -166,8 +166,10 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
         FoundLinkedContact(contact, group->folder);
       }
     }
-    // The copy stages run in activations of their own, not inside the search's event.
+    // The copy stages run in activations of their own, not inside the search's event;
+    // the next activation starts with them, not with a second search.
     if (waited) {
+      stage_ = Stage::kLogs;
       QueueSelf();
     } else {
       RunStage();

@@ -35,6 +35,7 @@ void JobProcess::Kill() {
     return;
   }
   killed_ = true;
+  const bool copying_started = stage_ != Stage::kSearch;
   stage_ = Stage::kDone;
   std::shared_ptr<JobProcess> self = shared_from_this();
   addin_kill_.Disconnect();
@@ -50,7 +51,13 @@ void JobProcess::Kill() {
     std::shared_ptr<ContactSearch> search = std::move(search_);
     search->Kill();
   }
-  if (marked_ && app && app->Utils()) WriteFinalMarks();
+  if (marked_ && app && app->Utils()) {
+    if (!copying_started && app->LeavingWorkForNextStart()) {
+      ClearMark();
+    } else {
+      WriteFinalMarks();
+    }
+  }
   if (failed_) LogErrorLine("Failed processing item: '" + subject_ + "'", "Kill");
   if (app) {
     if (std::shared_ptr<JobQueue> queue = app->GetJobQueue()) {
@@ -84,6 +91,20 @@ void JobProcess::Kill() {
   found_contacts_.Clear();
   logged_copies_.clear();
   shared_copies_.clear();
+}
+
+void JobProcess::ClearTag(const std::shared_ptr<Item>& item) {
+  Utils().SetUserProperty(item->UserProperties(), kPropZintraTag, kOlText, Value(std::string()),
+                          true);
+  Utils().SaveItem(item);
+}
+
+void JobProcess::ClearMark() {
+  try {
+    if (std::shared_ptr<Item> item = FindOriginal()) ClearTag(item);
+  } catch (...) {
+    LogCurrentException("Kill");
+  }
 }
 
 void JobProcess::WriteFinalMarks() {

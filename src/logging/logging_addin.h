@@ -30,6 +30,10 @@ class LoggingAddin : public ContactsAddin {
   virtual std::shared_ptr<RdoSession> RDOSession() = 0;
   // Raised at the start of tear-down: every job drops what it holds (Addin_Kill).
   virtual Event<>& KillBroadcast() = 0;
+  // True while the add-in is let go without its queued work done (Outlook released it
+  // with no window closed): a job that has not started copying leaves its item
+  // unmarked for the next start instead of deciding it.
+  virtual bool LeavingWorkForNextStart() { return false; }
 };
 
 }  // namespace zintra

@@ -32,8 +32,7 @@ void HookedInspector::Initialize(const std::shared_ptr<Inspector>& inspector,
     caption_ = inspector->Caption();
     std::shared_ptr<Subclasser> subclasser;
     try {
-      subclasser =
-          std::dynamic_pointer_cast<Subclasser>(app->Objects().CreateObject(kSubclasserProgId));
+      subclasser = InspMon::CreateSubclasser(app->Objects());
     } catch (...) {
       // Without the service a note is watched through its inspector's Close only.
       LogCurrentException("Initialize");

@@ -28,6 +28,10 @@ bool InspMon::HasCloseEvent(ItemClass item_class) {
   }
 }
 
+std::shared_ptr<Subclasser> InspMon::CreateSubclasser(ObjectFactory& objects) {
+  return std::dynamic_pointer_cast<Subclasser>(objects.CreateObject(kSubclasserProgId));
+}
+
 void InspMon::SetInspector(const std::shared_ptr<zintra::Inspector>& inspector) {
   closed_ = false;
   Unhook();

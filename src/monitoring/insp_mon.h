@@ -19,6 +19,7 @@
 #include <memory>
 
 #include "src/core/event.h"
+#include "src/host/object_factory.h"
 #include "src/host/outlook_constants.h"
 #include "src/host/outlook_item.h"
 #include "src/host/outlook_window.h"
@@ -40,6 +41,10 @@ class InspMon : public ISubclass, public std::enable_shared_from_this<InspMon> {
   void SetSubclasser(std::shared_ptr<Subclasser> subclasser) {
     subclasser_ = std::move(subclasser);
   }
+
+  // The subclassing service by its ProgID; nullptr, after logging nothing, when the
+  // factory has no such class (the caller logs what the factory raised).
+  static std::shared_ptr<Subclasser> CreateSubclasser(ObjectFactory& objects);
 
   // Inspector (let): clears the closed flag; a non-null inspector is kept and its
   // item hooked. nullptr unhooks.

@@ -1,5 +1,6 @@
 #include "src/monitoring/monitored_folder.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "src/core/z_error.h"
@@ -110,6 +111,9 @@ bool MonitoredFolder::Initialize(const std::shared_ptr<zintra::Folder>& folder,
     item_change_ = items_->ItemChange.Connect([weak](std::shared_ptr<Item> item) {
       if (auto self = weak.lock()) self->Items_ItemChange(item);
     });
+    item_remove_ = items_->ItemRemove.Connect([weak] {
+      if (auto self = weak.lock()) self->Items_ItemRemove();
+    });
     addin_kill_ = app->KillBroadcast().Connect([weak] {
       if (auto self = weak.lock()) self->Addin_Kill();
     });
@@ -174,6 +178,7 @@ void MonitoredFolder::Kill() {
   scanning_ = false;
   item_add_.Disconnect();
   item_change_.Disconnect();
+  item_remove_.Disconnect();
   addin_kill_.Disconnect();
   items_.reset();
   folder_.reset();
@@ -193,14 +198,17 @@ void MonitoredFolder::Items_ItemAdd(const std::shared_ptr<Item>& item) {
   std::shared_ptr<MonitoringAddin> app = app_.lock();
   if (!app || !item) return;
   try {
+    changed_since_step_ = true;
+    // The add-in's own items (copies on their way, working copies) are not new work, and
+    // never count as bumps: they leave again, and a bump they left behind would cost a
+    // user's item its turn. The scan checks its position instead.
+    if (ZintraUtils* utils = app->Utils(); utils && utils->SquelchItemSend(item)) return;
     const std::string name = ItemName(*item);
     LogLine("Item in " + FolderName() + " intercepted: " + name);
     if (scanning_ && current_creation_time_ != kUnsetDate &&
         item->CreationTime() > current_creation_time_) {
       ++bump_count_;
     }
-    // The add-in's own saves (its copies) are not new work.
-    if (ZintraUtils* utils = app->Utils(); utils && utils->SquelchItemSend(item)) return;
     if (!ItemIsLoggedType(folder_setting_, *item)) return;
     std::shared_ptr<Monitoring> monitoring = monitoring_.lock();
     if (monitoring && monitoring->ProcessingDelay() >= 1) {
@@ -232,6 +240,12 @@ void MonitoredFolder::Items_ItemChange(const std::shared_ptr<Item>& item) {
   }
 }
 
+void MonitoredFolder::Items_ItemRemove() {
+  changed_since_step_ = true;
+  // Before the first step the sort has not been taken: nothing to correct.
+  if (scanning_ && scanned_count_ > 0) ++removed_since_step_;
+}
+
 void MonitoredFolder::StartProcessing(const std::shared_ptr<Item>& item, const char* caller) {
   std::shared_ptr<MonitoringAddin> app = app_.lock();
   if (!app) return;
@@ -247,6 +261,9 @@ void MonitoredFolder::Scan(bool StopWhenFound) {
     scanning_ = true;
     bump_count_ = 0;
     scanned_count_ = 0;
+    removed_since_step_ = 0;
+    changed_since_step_ = false;
+    handled_at_time_.clear();
     first_processed_time_ = kUnsetDate;
     StopWhenFound_ = StopWhenFound;
     const int32_t count = items_->Count();
@@ -285,12 +302,15 @@ void MonitoredFolder::Activate() {
       return;
     }
     std::shared_ptr<Item> candidate;
+    bool check_position = false;
     if (scanned_count_ == 0) {
       items_->Sort(app->Strings().Load(kStrCreatedField), true);
       candidate = items_->GetFirst();
     } else {
-      candidate = items_->GetNext();
+      check_position = changed_since_step_;
+      candidate = NextCandidate();
     }
+    changed_since_step_ = false;
     for (;;) {
       if (!candidate) {
         if (bump_count_ > 0) {
@@ -303,13 +323,17 @@ void MonitoredFolder::Activate() {
         Abort();
         return;
       }
-      if (bump_count_ < 1) break;
-      LogLine("Bumping GetNext() result to correct next-item pointer: " + candidate->Subject());
-      --bump_count_;
+      if (bump_count_ >= 1) {
+        LogLine("Bumping GetNext() result to correct next-item pointer: " + candidate->Subject());
+        --bump_count_;
+        candidate = items_->GetNext();
+        continue;
+      }
+      if (!check_position || !AlreadyPassed(*candidate)) break;
       candidate = items_->GetNext();
     }
 
-    current_creation_time_ = candidate->CreationTime();
+    NoteHandled(*candidate);
     ZintraUtils* utils = app->Utils();
     if (!utils) throw ZError(kErrObjectNotSet, "ZintraUtils is gone", kModName);
     const bool processed =
@@ -341,12 +365,41 @@ void MonitoredFolder::Activate() {
   }
 }
 
+std::shared_ptr<Item> MonitoredFolder::NextCandidate() {
+  // An item removed before the position (the add-in's working copy or a copy leaving,
+  // or the user filing a mail) moved the next item under the position: step back over
+  // it. A removal behind the position makes the step back land on a passed item, which
+  // the position check skips. (A position left past the end reads as no item, so every
+  // step is taken.)
+  const int32_t back = removed_since_step_;
+  removed_since_step_ = 0;
+  for (int32_t i = 0; i < back; ++i) items_->GetPrevious();
+  return items_->GetNext();
+}
+
+bool MonitoredFolder::AlreadyPassed(Item& candidate) const {
+  const double created = candidate.CreationTime();
+  if (created > current_creation_time_) return true;
+  if (created < current_creation_time_) return false;
+  const std::string entry_id = candidate.EntryID();
+  return std::find(handled_at_time_.begin(), handled_at_time_.end(), entry_id) !=
+         handled_at_time_.end();
+}
+
+void MonitoredFolder::NoteHandled(Item& candidate) {
+  const double created = candidate.CreationTime();
+  if (created != current_creation_time_) handled_at_time_.clear();
+  current_creation_time_ = created;
+  handled_at_time_.push_back(candidate.EntryID());
+}
+
 void MonitoredFolder::Abort() {
   std::shared_ptr<MonitoredFolder> keep = weak_from_this().lock();
   const std::string task = task_id_;
   task_id_.clear();
   current_creation_time_ = kUnsetDate;
   first_processed_time_ = kUnsetDate;
+  handled_at_time_.clear();
   // Idle before the manager hears of it, so that a rescan it starts can run.
   scanning_ = false;
   if (task.empty()) return;

@@ -20,6 +20,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "src/core/date.h"
 #include "src/core/event.h"
@@ -70,6 +71,7 @@ class MonitoredFolder : public IJob, public std::enable_shared_from_this<Monitor
 
   void Items_ItemAdd(const std::shared_ptr<Item>& item);
   void Items_ItemChange(const std::shared_ptr<Item>& item);
+  void Items_ItemRemove();
 
   // --- State, for the manager and tests.
   const std::shared_ptr<zintra::Folder>& Folder() const { return folder_; }
@@ -89,6 +91,12 @@ class MonitoredFolder : public IJob, public std::enable_shared_from_this<Monitor
   void StartProcessing(const std::shared_ptr<Item>& item, const char* caller);
   bool IsDefaultFolder(int32_t folder_type);
   void QueueSelf();
+  // Fetches the next candidate of a scan step after the first.
+  std::shared_ptr<Item> NextCandidate();
+  // True when a candidate lies at or before the scan's position: an item shifted back
+  // under the position by an insertion the bump count does not cover.
+  bool AlreadyPassed(Item& candidate) const;
+  void NoteHandled(Item& candidate);
   void LogLine(const std::string& text);
   void LogErrorLine(const std::string& text, const char* proc);
   void LogCurrentException(const char* proc);
@@ -99,6 +107,7 @@ class MonitoredFolder : public IJob, public std::enable_shared_from_this<Monitor
   std::shared_ptr<Items> items_;
   Connection item_add_;
   Connection item_change_;
+  Connection item_remove_;
   Connection addin_kill_;
 
   std::string key_;
@@ -115,6 +124,14 @@ class MonitoredFolder : public IJob, public std::enable_shared_from_this<Monitor
   int32_t bump_count_ = 0;
   double current_creation_time_ = kUnsetDate;
   double first_processed_time_ = kUnsetDate;
+  // Removals from the folder since the last step: each may have moved the position one
+  // item further than the next GetNext expects.
+  int32_t removed_since_step_ = 0;
+  // Set when the folder changed since the last step, so the next candidate is checked
+  // against the position.
+  bool changed_since_step_ = false;
+  // Entry IDs of the candidates handled at currentCreationTime.
+  std::vector<std::string> handled_at_time_;
 };
 
 }  // namespace zintra

@@ -193,7 +193,10 @@ FolderSetting Monitoring::SettingForFolder(const std::shared_ptr<Folder>& folder
   };
   if (is_default(kOlFolderDeletedItems) || is_default(kOlFolderNotes)) {
     setting.ItemTypes = 0;
-  } else if (is_default(kOlFolderSentMail) || is_default(kOlFolderInbox)) {
+  } else if (is_default(kOlFolderSentMail)) {
+    // Whatever the user sends is logged. The Inbox takes its own kind only, like any
+    // other folder: reports are not logged, and requests are logged where they land
+    // (the Calendar and Tasks folders are monitored too).
     setting.SetAllItemsLogged(true);
   } else if (folder->DefaultItemType() == kOlTaskItem) {
     for (int32_t type : kTaskFolderItemTypes) setting.SetItemSetting(type, true);

@@ -40,6 +40,11 @@ std::shared_ptr<RdoSession> MonitoringPart::RDOSession() {
   return session;
 }
 
+bool MonitoringPart::LeavingWorkForNextStart() {
+  std::shared_ptr<ZintraAddinApp> app = LockApp();
+  return app && app->LeavingWorkForNextStart();
+}
+
 Event<>& MonitoringPart::KillBroadcast() {
   std::shared_ptr<ZintraAddinApp> app = LockApp();
   return app ? app->Kill : no_kill_;

@@ -39,6 +39,7 @@ class MonitoringPart : public AddinPart,
   std::shared_ptr<TrackedContacts> Tracked() override;
   std::shared_ptr<RdoSession> RDOSession() override;
   Event<>& KillBroadcast() override;
+  bool LeavingWorkForNextStart() override;
   // --- MonitoringAddin ---
   std::shared_ptr<Application> OLApp() override;
   ErrorHandling& Errors() override { return App().Errors(); }

@@ -274,12 +274,9 @@ void Toolbars::CreateLetter(const std::shared_ptr<OutlookWindow>& /*Window*/,
   Word* word_port = app_->WordProcessor();
   if (!word_port) throw ZError(429, "ActiveX component can't create object");
 
-  // The logged letter goes where the contact's logged items go; a contact outside the
-  // tracked folders has its letters logged in the default journal.
+  // The logged letter goes where the contact's logged items go. A contact outside the
+  // tracked folders has no such folder: its letter is written but not logged.
   std::shared_ptr<Folder> log_folder = app_->TrackedLogFolder(contact->Parent());
-  if (!log_folder) {
-    if (auto session = app_->Session()) log_folder = session->GetDefaultFolder(kOlFolderJournal);
-  }
 
   auto word = word_port->Application();
   const std::string template_path =
@@ -293,8 +290,10 @@ void Toolbars::CreateLetter(const std::shared_ptr<OutlookWindow>& /*Window*/,
   if (auto folder = contact->Parent()) contact_store = folder->StoreID();
 
   auto variables = document->Variables();
-  variables->Add(kVarLogTo,
-                 log_folder ? FormatLetterId(log_folder->EntryID(), log_folder->StoreID()) : "");
+  // Word keeps no empty variable: a letter that is not to be logged has none.
+  if (log_folder) {
+    variables->Add(kVarLogTo, FormatLetterId(log_folder->EntryID(), log_folder->StoreID()));
+  }
   variables->Add(kVarLinkTo, FormatLetterId(contact->EntryID(), contact_store));
   variables->Add(kVarSubject, subject);
   word->SetVisible(true);

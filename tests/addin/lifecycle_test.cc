@@ -204,5 +204,40 @@ TEST_F(LifecycleTest, AFailedStartLeavesTheAddinInertAndOutlookFree) {
   EXPECT_TRUE(outlook.Ended());
 }
 
+TEST_F(LifecycleTest, ReleasedWithNoWindowClosedLetsGoWithoutRunningQueuedWork) {
+  outlook.Start(sim::StartWindows::kExplorer, true);
+  std::weak_ptr<ZintraAddinApp> app = addin();
+  auto job = std::make_shared<PumpingJob>(outlook.loop);
+  app.lock()->GetJobQueue()->SetPaused(true);
+  app.lock()->GetJobQueue()->Queue(job, false);
+  outlook.EndProcess();  // Outlook disconnects (host shut-down) and releases the add-in
+  EXPECT_EQ(job->activations, 0);
+  EXPECT_EQ(job->aborts, 1);
+  EXPECT_TRUE(app.expired());
+  EXPECT_EQ(outlook.ApplicationHolders(), 0);
+  EXPECT_THAT(Lines(), ::testing::Not(Contains("M Shutting down")));
+  EXPECT_THAT(Lines(),
+              ::testing::Not(Contains("M ZintraAddinApp Quit method called, pQuitting = False")));
+  EXPECT_THAT(Warnings(), ElementsAre("W Outlook released the add-in before its last window "
+                                      "closed; queued work is left for the next start"));
+}
+
+TEST_F(LifecycleTest, AnOversizedNumberInTheSettingsStopsTheStartInsteadOfHalfReadingThem) {
+  // A folder set stored after the oversized value would be lost if the add-in ran on.
+  outlook.registry.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Foldersets",
+                            "GetRowChunkSize", 40000);
+  outlook.Start(sim::StartWindows::kExplorer, true);
+  EXPECT_FALSE(addin());
+  EXPECT_FALSE(connect()->HoldsOutlook());
+  EXPECT_EQ(outlook.ApplicationHolders(), 0);
+  EXPECT_THAT(trace, IsEmpty());  // no part was started
+  bool named = false;
+  for (const std::string& line : Lines()) {
+    named = named || (line.rfind("E ", 0) == 0 &&
+                      line.find("'Foldersets\\GetRowChunkSize' holds 40000") != std::string::npos);
+  }
+  EXPECT_TRUE(named) << ::testing::PrintToString(Lines());
+}
+
 }  // namespace
 }  // namespace zintra::testing

@@ -250,5 +250,52 @@ TEST_F(JobProcessTest, AddinKillEndsAWaitingJobAndClearsItsMark) {
   EXPECT_TRUE(env.Logged("JobProcess_Kill called more than once"));
 }
 
+TEST_F(JobProcessTest, AnItemThatWaitedForTheCacheIsSearchedOnce) {
+  env.settings.CacheContactFolders = true;
+  env.settings.RunJobsAsync = true;
+  env.settings.GetRowChunkSize = 10;  // the first fill takes many activations
+  for (int i = 0; i < 200; ++i) {
+    env.builder.Contact(customers.contacts, {"Filler " + std::to_string(i),
+                                             {"f" + std::to_string(i) + "@example.org"}});
+  }
+  env.Start(/*run=*/false);
+  auto mail = MailFromAnn("Waited");
+  auto job = std::make_shared<JobProcess>(env.addin);
+  ASSERT_TRUE(job->Initialize("test", mail, true, false));
+  env.RunQueue();
+  auto first = [this](const std::string& prefix) {
+    const auto& lines = env.recorder.lines;
+    for (size_t i = 0; i < lines.size(); ++i) {
+      if (lines[i].text.rfind(prefix, 0) == 0) return i;
+    }
+    return lines.size();
+  };
+  // The job was activated while the fill ran, so its search had to wait for it.
+  ASSERT_LT(first("JobProcess Activate for item 'Waited'"),
+            first("Cache for folder 'Customers' finished refresh process."));
+  EXPECT_EQ(env.CountLines("JobProcess Activate for item 'Waited'"), 1);
+  EXPECT_EQ(env.CountLines("Email search complete for item 'Waited'"), 1);
+  EXPECT_EQ(ItemsIn(customers.journal).size(), 1u);
+  EXPECT_TRUE(env.UserProp(mail, kPropZintraLogged).ToBool());
+}
+
+TEST_F(JobProcessTest, AJobLetGoBeforeCopyingLeavesItsItemForTheNextStart) {
+  env.settings.RunJobsAsync = true;
+  env.Start();
+  env.queue->SetPaused(true);
+  auto mail = MailFromAnn("Left");
+  auto job = std::make_shared<JobProcess>(env.addin);
+  ASSERT_TRUE(job->Initialize("test", mail, true, false));
+  ASSERT_EQ(env.UserProp(mail, kPropZintraTag).ToString(), kZintraTagProcessing);
+  env.addin->leaving_work = true;
+  env.queue->Abandon();
+  env.addin->kill_.Raise();
+  EXPECT_TRUE(job->Killed());
+  // Neither logged nor marked not-logged: the next start's scan takes it up again.
+  EXPECT_EQ(env.UserProp(mail, kPropZintraTag).ToString(), "");
+  EXPECT_TRUE(env.UserProp(mail, kPropZintraLogged).IsEmpty());
+  EXPECT_EQ(ItemsIn(customers.journal).size(), 0u);
+}
+
 }  // namespace
 }  // namespace zintra::testing_support

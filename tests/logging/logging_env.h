@@ -97,6 +97,7 @@ class TestLoggingAddin : public LoggingAddin, public JobAddin {
   std::shared_ptr<TrackedContacts> Tracked() override;
   std::shared_ptr<RdoSession> RDOSession() override;
   Event<>& KillBroadcast() override { return kill_; }
+  bool LeavingWorkForNextStart() override { return leaving_work; }
 
   // JobAddin.
   JobQueueSettings QueueSettings() override;
@@ -105,6 +106,7 @@ class TestLoggingAddin : public LoggingAddin, public JobAddin {
   void Shutdown() override {}
 
   Event<> kill_;
+  bool leaving_work = false;
 
  private:
   LoggingEnv& env_;
@@ -126,7 +128,8 @@ class LoggingEnv {
   ~LoggingEnv() { Stop(); }
 
   // Starts the queue, ZintraUtils and the tracked contacts with the settings as they are.
-  void Start() {
+  // Starts the parts; with `run` false the contact caches' first fill is only queued.
+  void Start(bool run = true) {
     utils.Connect({app, &settings, nullptr});
     utils.SetLibrary(mapi_utils, rdo);
     queue = std::make_shared<JobQueue>(JobQueueHost{queue_clock ? *queue_clock : clock, loop, loop,
@@ -134,7 +137,7 @@ class LoggingEnv {
     queue->Initialize(addin);
     tracked = std::make_shared<TrackedContacts>();
     tracked->Initialize(addin);
-    RunQueue();
+    if (run) RunQueue();
   }
   void Stop() {
     if (!queue) return;

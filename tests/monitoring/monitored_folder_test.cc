@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -138,25 +139,91 @@ INSTANTIATE_TEST_SUITE_P(
                       StopCase{true, 25, {"new", "first logged", "day before"}, "oldest"},
                       StopCase{false, 0, {"new", "first logged", "day before", "oldest"}, ""}));
 
+// A job that runs between two steps of a scan and delivers mail once the scan has
+// handed `after` to processing: mail arriving from outside while the scan runs.
+class DeliveryBetweenSteps : public IJob {
+ public:
+  DeliveryBetweenSteps(MonitoringEnv& env, std::string after, std::function<void()> deliver)
+      : env_(env), after_(std::move(after)), deliver_(std::move(deliver)) {}
+  void Activate() override {
+    if (env_.Count("JobProcess queuing " + after_) == 0) {
+      env_.queue->Queue(self.lock(), false);
+      return;
+    }
+    deliver_();
+  }
+  void Abort() override {}
+  std::string JobDescription() override { return "delivery"; }
+  std::weak_ptr<IJob> self;
+
+ private:
+  MonitoringEnv& env_;
+  std::string after_;
+  std::function<void()> deliver_;
+};
+
 TEST_F(MonitoredFolderTest, NewerItemsArrivingDuringScanAreBumpedOlderAreNot) {
   for (int i = 1; i <= 4; ++i) env.Mail("m" + std::to_string(i), At(1, 8 + i), projects);
   auto monitor = Watch(projects);
-  // While "m3" is being taken (its processing job saves it), mail arrives.
-  auto watcher = env.FolderOf(projects)->Items();
-  bool delivered = false;
-  auto connection = watcher->ItemChange.Connect([&](std::shared_ptr<Item> item) {
-    if (delivered || item->Subject() != "m3") return;
-    delivered = true;
+  auto delivery = std::make_shared<DeliveryBetweenSteps>(env, "m3", [&] {
     env.Mail("newer 1", At(6, 9), projects);
     env.Mail("newer 2", At(6, 10), projects);
     env.Mail("older", At(1, 1), projects);
   });
+  delivery->self = delivery;
   env.recorder.lines.clear();
   monitor->Scan(false);
+  env.queue->Queue(delivery, false);
   env.Run();
   EXPECT_EQ(env.Count("Bumping GetNext() result to correct next-item pointer: "), 2);
-  EXPECT_EQ(env.Screened(), (Strings{"m4", "m3", "m2", "m1", "older"}));
+  // The three new items are processed as they arrive; the scan then goes on with "m2",
+  // neither repeating "m3" nor skipping anything, and meets "older" again at the end.
+  EXPECT_EQ(env.Screened(),
+            (Strings{"m4", "m3", "newer 1", "newer 2", "older", "m2", "m1", "older"}));
   EXPECT_TRUE(env.Errors().empty());
+}
+
+TEST_F(MonitoredFolderTest, TheAddinsOwnItemsComingAndGoingCostNoItemItsTurn) {
+  // Items the add-in itself adds to and removes from the scanned folder while the
+  // scan runs (a working copy, a copy on its way) are not bumps, and their leaving
+  // does not make the scan skip an item.
+  for (int i = 1; i <= 4; ++i) env.Mail("m" + std::to_string(i), At(1, 8 + i), projects);
+  auto monitor = Watch(projects);
+  std::vector<std::shared_ptr<sim::MessageRecord>> own;
+  auto add_own = std::make_shared<DeliveryBetweenSteps>(env, "m4", [&] {
+    env.utils.PreSaveItem();
+    own.push_back(env.Mail("own copy", At(7, 9), projects));
+    env.utils.PostSaveItem();
+  });
+  add_own->self = add_own;
+  auto remove_own = std::make_shared<DeliveryBetweenSteps>(env, "m3", [&] {
+    env.utils.PreSaveItem();
+    env.profile.DestroyMessage(own.at(0));
+    env.utils.PostSaveItem();
+  });
+  remove_own->self = remove_own;
+  monitor->Scan(false);
+  env.queue->Queue(add_own, false);
+  env.queue->Queue(remove_own, false);
+  env.Run();
+  EXPECT_EQ(env.Count("Bumping GetNext() result to correct next-item pointer: "), 0);
+  EXPECT_EQ(env.Count("Item in Projects intercepted: own copy"), 0);
+  EXPECT_EQ(env.Screened(), (Strings{"m4", "m3", "m2", "m1"}));
+  EXPECT_TRUE(env.Errors().empty());
+}
+
+TEST_F(MonitoredFolderTest, AnItemTheUserFilesAwayDuringAScanCostsNoOtherItemItsTurn) {
+  for (int i = 1; i <= 4; ++i) env.Mail("m" + std::to_string(i), At(1, 8 + i), projects);
+  auto newest = env.Mail("newest", At(2, 8), projects);
+  auto archive = env.builder.Folder("Archive");
+  auto monitor = Watch(projects);
+  auto file_away = std::make_shared<DeliveryBetweenSteps>(
+      env, "m3", [&] { env.profile.MoveMessage(newest, archive); });
+  file_away->self = file_away;
+  monitor->Scan(false);
+  env.queue->Queue(file_away, false);
+  env.Run();
+  EXPECT_EQ(env.Screened(), (Strings{"newest", "m4", "m3", "m2", "m1"}));
 }
 
 TEST_F(MonitoredFolderTest, NewItemsOfLoggedKindsStartProcessing) {

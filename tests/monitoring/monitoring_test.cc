@@ -24,8 +24,8 @@ TEST(MonitoringTest, MethodsChooseTheMonitoredFolders) {
     EXPECT_EQ(MonitorNames(*env.monitoring),
               (Strings{"Calendar", "Inbox", "Journal", "Sent Items", "Tasks"}));
     const auto& monitors = env.monitoring->Monitors();
-    EXPECT_EQ(monitors.Item(1)->Setting().ItemTypes, 2);                    // appointments
-    EXPECT_EQ(monitors.Item(2)->Setting().ItemTypes, kAllItemTypes - 128);  // Inbox: all
+    EXPECT_EQ(monitors.Item(1)->Setting().ItemTypes, 2);   // appointments
+    EXPECT_EQ(monitors.Item(2)->Setting().ItemTypes, 64);  // Inbox: its own kind, mail
     EXPECT_EQ(monitors.Item(5)->Setting().ItemTypes, 4096 + 8192 + 16384 + 32768 + 65536);
     EXPECT_TRUE(env.addin->messages.empty());
   }

@@ -60,13 +60,15 @@ TEST_F(WordLetterTest, LetterFromButtonToLoggedJournalEntryWithItsAttachment) {
   EXPECT_FALSE(utils_.SquelchItemSend());
 }
 
-TEST_F(WordLetterTest, ContactOutsideTheTrackedFoldersIsLoggedInTheDefaultJournal) {
+TEST_F(WordLetterTest, ALetterToAContactOutsideTheTrackedFoldersIsWrittenButNotLogged) {
   addin_->log_folders.clear();
   auto doc = StartLetter(AddContact("Bob Ray"));
   ASSERT_NE(doc, nullptr);
+  // No folder receives the contact's logged items, so the letter names none.
+  EXPECT_THROW(doc->Variables()->Item(kVarLogTo), ZError);
   WordLetterHandler(addin_).LogDocument(doc);
-  ASSERT_EQ(JournalEntries().size(), 1u);
-  EXPECT_EQ(LinkNames(JournalEntries()[0]), std::vector<std::string>{"Bob Ray"});
+  EXPECT_TRUE(JournalEntries().empty());
+  EXPECT_EQ(std::dynamic_pointer_cast<sim::SimWordDocument>(doc)->save_count(), 0);
 }
 
 TEST_F(WordLetterTest, DocumentsThatAreNotZintraLettersAreLeftUntouched) {

@@ -95,8 +95,9 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
         grouped_results_.Add(std::make_shared<ContactGroup>(ContactGroup{folder, {}}),
                              folder->key());
       }
-      ContactList& group = grouped_results_.Item(folder->key())->contacts;
-      if (!Holds(group, EntryIdOf(*contact))) group.push_back(contact);
+      // One entry per address found: a contact that carries two of the searched
+      // addresses is in its folder's group twice.
+      grouped_results_.Item(folder->key())->contacts.push_back(contact);
     }
     if (unique && !contacts.empty()) {
       for (auto it = emails_.begin(); it != emails_.end(); ++it) {

@@ -33,7 +33,7 @@ class TrackedContacts;
 
 using ContactList = std::vector<std::shared_ptr<Item>>;
 
-// The contacts found in one tracked folder.
+// The contacts found in one tracked folder, one entry per address that found them.
 struct ContactGroup {
   std::shared_ptr<TrackedContactFolder> folder;
   ContactList contacts;
@@ -56,7 +56,8 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   const ContactList& Results(const std::string& address) const;
   // The contacts of all addresses, address by address, each contact once.
   ContactList AllResults() const;
-  // Keyed by the tracked folder's key, in the order the folders were searched.
+  // Keyed by the tracked folder's key, in the order the folders were searched; a
+  // contact found for two addresses is listed twice in its group.
   const KeyedCollection<std::shared_ptr<ContactGroup>>& GroupedResults() const {
     return grouped_results_;
   }

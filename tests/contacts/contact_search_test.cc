@@ -55,6 +55,21 @@ TEST_F(ContactSearchTest, WithoutUniqueAddressesEveryFolderIsSearchedForEveryAdd
   EXPECT_EQ(tracked->PendingSearchCount(), 0);
 }
 
+TEST_F(ContactSearchTest, AContactFoundForTwoAddressesIsInItsGroupForEach) {
+  AddContact(first, "Dee One", {"dee@x.example", "dee@home.example"});
+  for (bool unique : {false, true}) {
+    settings.UniqueEmailAddresses = unique;
+    if (!tracked) Start();
+    auto search = Search({"dee@x.example", "dee@home.example"});
+    EXPECT_TRUE(search->Completed());
+    EXPECT_THAT(Names(search->Results("dee@x.example")), ElementsAre("Dee One"));
+    EXPECT_THAT(Names(search->Results("dee@home.example")), ElementsAre("Dee One"));
+    ASSERT_EQ(search->GroupedResults().Count(), 1);
+    EXPECT_THAT(Names(search->GroupedResults().Item(1)->contacts),
+                ElementsAre("Dee One", "Dee One"));
+  }
+}
+
 TEST_F(ContactSearchTest, UniqueAddressesStopOnceEveryAddressIsFound) {
   settings.UniqueEmailAddresses = true;
   Start();

@@ -252,9 +252,9 @@ void Monitoring::ScanInbox() {
 void Monitoring::ScanAll(bool StopWhenFound) {
   if (Scanning()) return;
   try {
-    // The queued folders are covered by this search.
+    // The queued folders are covered by this search, so their timer goes; they stay
+    // queued, and the next new item's trigger scans them again.
     DropTrigger();
-    DelayedFoldersToScan = {};
     for (const std::shared_ptr<MonitoredFolder>& monitor : monitors_.Values()) {
       if (!monitor->Scanning() && !FoldersScanning.Contains(monitor->key())) {
         StartScan(monitor, StopWhenFound);

@@ -137,11 +137,21 @@ TEST(MonitoringTest, ScanAllCancelsThePendingDelayAndScansEveryFolderToTheEnd) {
   ASSERT_TRUE(env.monitoring->DelayPending());
   env.monitoring->ScanAll(false);
   EXPECT_FALSE(env.monitoring->DelayPending());
-  EXPECT_EQ(env.monitoring->DelayedCount(), 0);
   EXPECT_EQ(env.monitoring->ScanningCount(), 5);
   env.Run();
   EXPECT_EQ(env.Screened(), (Strings{"New", "Old"}));
   EXPECT_EQ(env.Count("Initiating scanning on folders"), 0);
+
+  // Only the timer went: the Inbox is still queued, so the next new mail restarts the
+  // delay without queueing it twice, and one delayed scan follows.
+  EXPECT_EQ(env.monitoring->DelayedCount(), 1);
+  env.Mail("Later", 0);
+  EXPECT_TRUE(env.monitoring->DelayPending());
+  EXPECT_EQ(env.Count("Queueing folder 'Inbox' for delayed item processing"), 1);
+  env.Run();
+  EXPECT_EQ(env.Count("Initiating scanning on folders that were delayed for processing"), 1);
+  EXPECT_EQ(env.monitoring->DelayedCount(), 0);
+  EXPECT_EQ(env.Screened(), (Strings{"New", "Old", "Later"}));
 
   env.monitoring->QueueDelayedScan(env.FolderOf(env.builder.Folder("Elsewhere")));
   EXPECT_EQ(env.Errors(), Strings{"Folder 'Elsewhere' is not monitored, but was found in list of "

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "src/errors/cached_error.h"
+#include "src/errors/programming_error.h"
 
 namespace zintra {
 
@@ -20,6 +21,7 @@ Connect::~Connect() {
     theOLApp.reset();
     if (std::shared_ptr<ZintraAddinApp> addin = std::move(addin_)) addin->LetGo();
   } catch (...) {
+    IgnoreCurrentException();
   }
 }
 
@@ -73,6 +75,7 @@ void Connect::OnDisconnection(int32_t RemoveMode, std::vector<Value>& /*custom*/
   try {
     if (RemoveMode == kExtDmUserClosed) ShutdownAddin(false);
   } catch (...) {
+    IgnoreCurrentException();
   }
 }
 

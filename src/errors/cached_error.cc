@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "src/core/text.h"
+#include "src/errors/programming_error.h"
 
 namespace zintra {
 namespace {
@@ -121,10 +122,9 @@ void CachedError::SetToCurrentException(std::string_view mod_name, std::string_v
   } catch (const std::bad_alloc&) {
     SetTo(ZError(kErrOutOfMemory, ZError::StandardDescription(kErrOutOfMemory)), mod_name,
           proc_name, line);
-  } catch (const std::exception& e) {
-    SetTo(ZError(kErrInvalidCall, e.what()), mod_name, proc_name, line);
   } catch (...) {
-    SetTo(ZError(kErrInvalidCall, ZError::StandardDescription(kErrInvalidCall)), mod_name,
+    // Not the system's own error: a fault in the code, recorded as such.
+    SetTo(ZError(kErrInternal, NoteIfProgrammingError(std::current_exception())), mod_name,
           proc_name, line);
   }
 }

@@ -1,6 +1,7 @@
 #include "src/logging/copy_job.h"
 
 #include "src/errors/cached_error.h"
+#include "src/errors/programming_error.h"
 #include "src/host/outlook_constants.h"
 #include "src/host/outlook_folder.h"
 #include "src/host/outlook_item.h"
@@ -71,6 +72,7 @@ void CopyJob::Activate() {
           utils->SaveItem(copy);
           break;
         } catch (...) {
+          IgnoreCurrentException();
         }
       }
     }

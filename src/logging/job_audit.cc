@@ -1,6 +1,7 @@
 #include "src/core/date.h"
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
+#include "src/errors/programming_error.h"
 #include "src/host/mapi_address.h"
 #include "src/host/mapi_safe_item.h"
 #include "src/host/mapi_session.h"
@@ -87,6 +88,7 @@ void JobAudit::Activate() {
         utils->SaveItem(copy_);
         break;
       } catch (...) {
+        IgnoreCurrentException();
       }
     }
   }

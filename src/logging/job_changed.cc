@@ -2,6 +2,7 @@
 
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
+#include "src/errors/programming_error.h"
 #include "src/host/mapi_object.h"
 #include "src/host/outlook_application.h"
 #include "src/host/outlook_constants.h"
@@ -208,6 +209,7 @@ void JobChanged::Kill() {
       try {
         queue->TaskListRemove(task_id_);
       } catch (...) {
+        IgnoreCurrentException();
       }
     }
   }

@@ -4,6 +4,7 @@
 #include "src/core/text.h"
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
+#include "src/errors/programming_error.h"
 #include "src/host/mapi_session.h"
 #include "src/host/outlook_application.h"
 #include "src/host/outlook_constants.h"
@@ -162,6 +163,7 @@ void JobProcess::UndoMark(const std::shared_ptr<Item>& item) {
       try {
         queue->TaskListRemove(task_id_);
       } catch (...) {
+        IgnoreCurrentException();
       }
     }
   }

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <vector>
+
+#include "src/errors/programming_error.h"
 
 namespace zintra {
 namespace {
@@ -123,16 +126,29 @@ TEST(CachedErrorTest, ToStringLaysOutTheRecord) {
             "Source: Src\r\nPropogation Trail (for tech support): \r\nMod.Proc(3)");
 }
 
-TEST(CachedErrorTest, ForeignExceptionsBecomeRunTimeErrors) {
+TEST(CachedErrorTest, AFaultInTheCodeIsRecordedAsOneAndNeverAsTheSystemsOwnError) {
+  std::vector<std::string> noted;
+  ProgrammingErrorObserver previous =
+      SetProgrammingErrorObserver([&](const std::string& text) { noted.push_back(text); });
   CachedError rec;
   try {
-    throw std::runtime_error("bad thing");
+    std::vector<int> empty;
+    (void)empty.at(3);
   } catch (...) {
     rec.SetToCurrentException("Mod", "Proc");
   }
-  EXPECT_EQ(rec.Number(), kErrInvalidCall);
-  EXPECT_EQ(rec.Description(), "bad thing");
+  EXPECT_EQ(rec.Number(), 51);  // "Internal error", never a number the system raises
+  EXPECT_EQ(rec.Description().rfind("Programming error: std::out_of_range: ", 0), 0u)
+      << rec.Description();
   EXPECT_EQ(rec.PropogatedMethod(0), "Proc");
+  try {
+    throw 42;
+  } catch (...) {
+    rec.SetToCurrentException("Mod", "Proc");
+  }
+  EXPECT_EQ(rec.Description(), "Programming error: an exception of unknown type");
+  EXPECT_EQ(noted.size(), 2u);
+  // The platform running out of memory and the system's own errors are not faults.
   try {
     throw std::bad_alloc();
   } catch (...) {
@@ -145,6 +161,13 @@ TEST(CachedErrorTest, ForeignExceptionsBecomeRunTimeErrors) {
     rec.SetToCurrentException("Mod", "Proc", 5);
   }
   EXPECT_EQ(rec.Source(), "ZintraAddin\r\n-->Mod.Proc(5)");
+  try {
+    throw ZError(91);
+  } catch (...) {
+    IgnoreCurrentException();
+  }
+  EXPECT_EQ(noted.size(), 2u);
+  SetProgrammingErrorObserver(std::move(previous));
 }
 
 TEST(CachedErrorTest, ParenthesesInsideAProcedureNameAreNotALine) {

@@ -6,6 +6,7 @@
 #include "src/host/idt_extensibility2.h"
 #include "win32/com/windows_api.h"
 #include "win32/sim_server/dispatch_object.h"
+#include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/serve.h"
 
 namespace zintra::win32 {
@@ -94,7 +95,8 @@ HRESULT ComHost::Load() {
   CLSID clsid{};
   HRESULT hr = CLSIDFromProgID(L"ZintraAddin.Connect", &clsid);
   if (FAILED(hr)) return hr;
-  return CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IDTExtensibility2Com),
+  // Asked for by the IID Office declares, not the DLL's own spelling of it.
+  return CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, declared::idt_extensibility2::kIid,
                           reinterpret_cast<void**>(addin_.Put()));
 }
 

@@ -1,11 +1,17 @@
 #include "win32/com/event_sink.h"
 
+#include <atomic>
 #include <utility>
 
 #include "win32/com/com_error.h"
 #include "win32/com/variant.h"
 
 namespace zintra::win32 {
+namespace {
+
+std::atomic<long> live_sinks{0};
+
+}  // namespace
 
 VARIANT& EventArgs::At(size_t i) const {
   if (i >= Count()) {
@@ -42,7 +48,13 @@ ComPtr<EventSink> EventSink::Create(const IID& source_iid, EventHandler handler,
 }
 
 EventSink::EventSink(const IID& source_iid, EventHandler handler, EventErrorHandler on_error)
-    : source_iid_(source_iid), handler_(std::move(handler)), on_error_(std::move(on_error)) {}
+    : source_iid_(source_iid), handler_(std::move(handler)), on_error_(std::move(on_error)) {
+  ++live_sinks;
+}
+
+EventSink::~EventSink() { --live_sinks; }
+
+long EventSink::LiveCount() { return live_sinks; }
 
 void EventSink::Detach() {
   handler_ = {};

@@ -9,6 +9,10 @@
 //
 // No exception leaves Invoke: a handler's exception is caught, passed to the error
 // callback (the adapter logs it) and reported to the source as a failed call.
+//
+// Sinks alive are counted: a source may hold one after it was unadvised (while it
+// raises an event, or a leaky one for longer), and the DLL must stay loaded until the
+// last reference is gone.
 #pragma once
 
 #include <functional>
@@ -52,6 +56,8 @@ class EventSink final : public IDispatch {
                                   EventErrorHandler on_error = {});
   // Drops the handlers; later calls are accepted and ignored.
   void Detach();
+  // Sinks alive in this module now.
+  static long LiveCount();
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
   ULONG STDMETHODCALLTYPE AddRef() override;
@@ -64,7 +70,7 @@ class EventSink final : public IDispatch {
 
  private:
   EventSink(const IID& source_iid, EventHandler handler, EventErrorHandler on_error);
-  ~EventSink() = default;
+  ~EventSink();
 
   LONG refs_ = 1;
   IID source_iid_;

@@ -95,6 +95,11 @@ size_t DispatchObject::SinkCount(const IID& iid) const {
   return point ? point->Count() : 0;
 }
 
+std::vector<ComPtr<IDispatch>> DispatchObject::Sinks(const IID& iid) const {
+  ConnectionPoint* point = PointFor(iid);
+  return point ? point->Sinks() : std::vector<ComPtr<IDispatch>>{};
+}
+
 void DispatchObject::Fire(const IID& iid, DISPID dispid, std::vector<Variant>& args) {
   ConnectionPoint* point = PointFor(iid);
   if (!point || point->Count() == 0) return;

@@ -76,6 +76,9 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
   void Fire(const IID& iid, DISPID dispid, std::vector<Variant>& args);
   // Sinks advised on `iid` now.
   size_t SinkCount(const IID& iid) const;
+  // Those sinks, each with a reference of its own (as a source raising an event holds
+  // them).
+  std::vector<ComPtr<IDispatch>> Sinks(const IID& iid) const;
 
   const std::string& TypeName() const { return type_name_; }
   const std::shared_ptr<AutomationObject>& Target() const { return target_; }

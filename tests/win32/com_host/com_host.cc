@@ -143,6 +143,26 @@ void ComHost::ReleaseAddin() {
   application_.Reset();
 }
 
+std::vector<ComPtr<IDispatch>> ComHost::ApplicationSinks() const {
+  DispatchObject* served = nullptr;
+  if (!application_ ||
+      FAILED(application_->QueryInterface(kIidDispatchObject, reinterpret_cast<void**>(&served)))) {
+    return {};
+  }
+  auto sinks = served->Sinks(declared::application_events_11::kIid);
+  served->Release();
+  return sinks;
+}
+
+HRESULT ComHost::DllCanUnloadNow() {
+  HMODULE dll = GetModuleHandleW(L"ZintraAddin.dll");
+  if (!dll) return E_FAIL;
+  // Through void*: a FARPROC does not convert to a function type of its own.
+  auto can_unload = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
+      reinterpret_cast<void*>(GetProcAddress(dll, "DllCanUnloadNow")));
+  return can_unload ? can_unload() : E_FAIL;
+}
+
 bool ComHost::PumpUntil(const std::function<bool()>& done, int timeout_ms) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout_ms);
   while (true) {

@@ -169,6 +169,17 @@ TEST_F(ComHostOnDesktop, WordsLetterMacroFindsTheHandlerTheAddinPublished) {
   ExpectCleanShutdown();
 }
 
+TEST_F(ComHostOnDesktop, TheDllStaysLoadedWhileOutlookStillHoldsOneOfItsSinks) {
+  ASSERT_NO_FATAL_FAILURE(Start());
+  // Held as Outlook holds a sink while it raises an event on it.
+  std::vector<ComPtr<IDispatch>> held = host_->ApplicationSinks();
+  ASSERT_FALSE(held.empty());
+  ExpectCleanShutdown();
+  EXPECT_EQ(ComHost::DllCanUnloadNow(), S_FALSE) << "unloading would leave Outlook a dangling sink";
+  held.clear();
+  EXPECT_EQ(ComHost::DllCanUnloadNow(), S_OK);
+}
+
 // Faults in the calls the add-in makes: Outlook (this host) keeps running, every call
 // into the add-in returns an HRESULT, and the work that can be done is done.
 struct FaultCase {

@@ -26,6 +26,11 @@ ComPtr<IDispatch> EventArgs::ObjectAt(size_t i) const { return ObjectOf(At(i)); 
 
 bool EventArgs::BoolAt(size_t i) const { return ValueOf(At(i)).ToBool(); }
 
+bool EventArgs::IsByRef(size_t i) const {
+  const VARIANT& v = At(i);
+  return v.vt == (VT_BYREF | VT_BOOL) || (v.vt == (VT_BYREF | VT_VARIANT) && v.pvarVal);
+}
+
 void EventArgs::SetBoolAt(size_t i, bool value) const {
   VARIANT& v = At(i);
   VARIANT_BOOL b = value ? VARIANT_TRUE : VARIANT_FALSE;

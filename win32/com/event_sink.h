@@ -33,9 +33,12 @@ class EventArgs {
   VARIANT& At(size_t i) const;
   Value ValueAt(size_t i) const;
   ComPtr<IDispatch> ObjectAt(size_t i) const;
-  // Reads and writes a by-reference Boolean (Cancel); a by-value one reads only.
+  // Reads and writes a by-reference Boolean (Cancel); a by-value one reads only, and
+  // writing it throws 13.
   bool BoolAt(size_t i) const;
   void SetBoolAt(size_t i, bool value) const;
+  // Whether argument `i` is passed by reference, so that a write reaches the source.
+  bool IsByRef(size_t i) const;
 
  private:
   DISPPARAMS* params_;

@@ -210,11 +210,12 @@ HRESULT ConnectObject::OnConnection(IDispatch* Application, int ConnectMode, IDi
 }
 
 void ConnectObject::PublishLetterHandler(const ComPtr<IDispatch>& add_in_inst) {
-  // Word's letter macro asks Outlook for COMAddIns("ZintraAddin.Connect").Object. A host
+  // Word's letter macro asks Outlook for COMAddIns("ZintraAddin.Connect").Object. Office
+  // declares Object with a plain put (no put-ref), so it is assigned as a value. A host
   // whose add-in object cannot carry one loses only that route, so failures are logged.
   try {
     ComPtr<IDispatch> handler = WordLetterHandlerObject::CreateDispatch();
-    DispatchClient(add_in_inst, "COMAddIn").PutRef("Object", Variant(handler));
+    DispatchClient(add_in_inst, "COMAddIn").Put("Object", Variant(handler));
   } catch (const ZError& e) {
     host_->Errors().LogWarning("The letter handler is not published: " + e.Description());
   }

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "win32/com/event_sink.h"
+
 namespace zintra::win32 {
 
 DllModule& DllModule::Instance() {
@@ -39,7 +41,7 @@ bool DllModule::CanUnload() {
     }
   }
   finished.clear();
-  return objects_ == 0 && locks_ == 0 && parked_.empty();
+  return objects_ == 0 && locks_ == 0 && EventSink::LiveCount() == 0 && parked_.empty();
 }
 
 }  // namespace zintra::win32

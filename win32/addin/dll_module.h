@@ -1,9 +1,11 @@
 // DllModule: the process-wide state of ZintraAddin.dll. DllMain records the module
-// handle; every COM object of ours counts itself here while it lives, and
+// handle; every COM object of ours counts itself here while it lives (event sinks,
+// which the shared COM layer makes, count themselves in EventSink), and
 // IClassFactory::LockServer holds locks, so that DllCanUnloadNow answers S_OK only when
-// nothing of ours is left. An add-in whose shut-down waits for a job outlives the COM
-// object that started it: its host is parked here (KeepUntilDone) and keeps the DLL
-// loaded until the add-in has finished.
+// nothing of ours is left: a sink that an Outlook connection point still holds keeps
+// the DLL loaded. An add-in whose shut-down waits for a job outlives the COM object
+// that started it: its host is parked here (KeepUntilDone) and keeps the DLL loaded
+// until the add-in has finished.
 //
 // Called on the threads COM calls the DLL on; the counts are atomic, the parked hosts
 // are only touched on the thread that created them (Outlook's user-interface thread).

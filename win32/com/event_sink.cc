@@ -1,11 +1,17 @@
 #include "win32/com/event_sink.h"
 
+#include <atomic>
 #include <utility>
 
 #include "win32/com/com_error.h"
 #include "win32/com/variant.h"
 
 namespace zintra::win32 {
+namespace {
+
+std::atomic<long> live_sinks{0};
+
+}  // namespace
 
 VARIANT& EventArgs::At(size_t i) const {
   if (i >= Count()) {
@@ -19,6 +25,11 @@ Value EventArgs::ValueAt(size_t i) const { return ValueOf(At(i)); }
 ComPtr<IDispatch> EventArgs::ObjectAt(size_t i) const { return ObjectOf(At(i)); }
 
 bool EventArgs::BoolAt(size_t i) const { return ValueOf(At(i)).ToBool(); }
+
+bool EventArgs::IsByRef(size_t i) const {
+  const VARIANT& v = At(i);
+  return v.vt == (VT_BYREF | VT_BOOL) || (v.vt == (VT_BYREF | VT_VARIANT) && v.pvarVal);
+}
 
 void EventArgs::SetBoolAt(size_t i, bool value) const {
   VARIANT& v = At(i);
@@ -42,7 +53,13 @@ ComPtr<EventSink> EventSink::Create(const IID& source_iid, EventHandler handler,
 }
 
 EventSink::EventSink(const IID& source_iid, EventHandler handler, EventErrorHandler on_error)
-    : source_iid_(source_iid), handler_(std::move(handler)), on_error_(std::move(on_error)) {}
+    : source_iid_(source_iid), handler_(std::move(handler)), on_error_(std::move(on_error)) {
+  ++live_sinks;
+}
+
+EventSink::~EventSink() { --live_sinks; }
+
+long EventSink::LiveCount() { return live_sinks; }
 
 void EventSink::Detach() {
   handler_ = {};

@@ -9,6 +9,10 @@
 //
 // No exception leaves Invoke: a handler's exception is caught, passed to the error
 // callback (the adapter logs it) and reported to the source as a failed call.
+//
+// Sinks alive are counted: a source may hold one after it was unadvised (while it
+// raises an event, or a leaky one for longer), and the DLL must stay loaded until the
+// last reference is gone.
 #pragma once
 
 #include <functional>
@@ -29,9 +33,12 @@ class EventArgs {
   VARIANT& At(size_t i) const;
   Value ValueAt(size_t i) const;
   ComPtr<IDispatch> ObjectAt(size_t i) const;
-  // Reads and writes a by-reference Boolean (Cancel); a by-value one reads only.
+  // Reads and writes a by-reference Boolean (Cancel); a by-value one reads only, and
+  // writing it throws 13.
   bool BoolAt(size_t i) const;
   void SetBoolAt(size_t i, bool value) const;
+  // Whether argument `i` is passed by reference, so that a write reaches the source.
+  bool IsByRef(size_t i) const;
 
  private:
   DISPPARAMS* params_;
@@ -52,6 +59,8 @@ class EventSink final : public IDispatch {
                                   EventErrorHandler on_error = {});
   // Drops the handlers; later calls are accepted and ignored.
   void Detach();
+  // Sinks alive in this module now.
+  static long LiveCount();
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
   ULONG STDMETHODCALLTYPE AddRef() override;
@@ -64,7 +73,7 @@ class EventSink final : public IDispatch {
 
  private:
   EventSink(const IID& source_iid, EventHandler handler, EventErrorHandler on_error);
-  ~EventSink() = default;
+  ~EventSink();
 
   LONG refs_ = 1;
   IID source_iid_;

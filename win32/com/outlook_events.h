@@ -1,6 +1,7 @@
 // The source interfaces and DISPIDs of the object-model events the add-in listens to.
-// The Windows adapters advise IDispatch sinks on these connection points, and the COM
-// test host fires them, so both sides read them from here.
+// The Windows adapters advise IDispatch sinks on these connection points. The served
+// Outlook of the tests keeps its own table, transcribed from Outlook's type library
+// (win32/sim_server/outlook_declarations.h), and a test holds this one against it.
 #pragma once
 
 #include "win32/com/windows_api.h"
@@ -42,9 +43,10 @@ inline constexpr DISPID kWindowActivate = 0xF001;
 inline constexpr DISPID kWindowDeactivate = 0xF006;
 inline constexpr DISPID kExplorerSelectionChange = 0xF007;
 
-// {0006307D-0000-0000-C000-000000000046}
+// {0006302A-0000-0000-C000-000000000046}: InspectorEvents_10, the one inspectors raise
+// their events on ({0006307D-...}, the older InspectorEvents, is not).
 inline constexpr IID kInspectorEvents10 = {
-    0x0006307D, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+    0x0006302A, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 inline constexpr DISPID kInspectorClose = 0xF008;
 
 // {0006302B-0000-0000-C000-000000000046}

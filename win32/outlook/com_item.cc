@@ -46,7 +46,9 @@ void ComItem::OnEvent(DISPID id, const EventArgs& args) {
   if (id != outlook_events::kItemClose) return;
   bool cancel = args.Count() > 0 && args.BoolAt(0);
   CloseEvent.Raise(cancel);
-  if (args.Count() > 0) args.SetBoolAt(0, cancel);
+  // Some callers pass Cancel by value: the close cannot be refused then, and that is
+  // no error of the handler's.
+  if (args.Count() > 0 && args.IsByRef(0)) args.SetBoolAt(0, cancel);
 }
 
 std::shared_ptr<zintra::Folder> ComItem::Parent() {

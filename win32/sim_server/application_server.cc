@@ -1,10 +1,11 @@
 // Members of Outlook's Application, NameSpace and the Options dialog's pages.
-#include "win32/com/outlook_events.h"
+#include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
 
-namespace ev = outlook_events;
+namespace app_ev = declared::application_events_11;
+namespace ns_ev = declared::name_space_events;
 
 void AddApplication(DispatchObject& d, const std::shared_ptr<Application>& p) {
   AddClass(d, kOlApplication);
@@ -24,19 +25,19 @@ void AddApplication(DispatchObject& d, const std::shared_ptr<Application>& p) {
            [p](const DispatchArgs& a) { return ServeVariant(p->CreateItem(a.Long(0))); });
 
   DispatchObject* raw = &d;
-  d.Source(ev::kApplicationEvents11);
-  d.Keep(p->Quit.Connect([raw] { FireBare(raw, ev::kApplicationEvents11, ev::kQuit); }));
-  d.Keep(p->NewMail.Connect([raw] { FireBare(raw, ev::kApplicationEvents11, ev::kNewMail); }));
+  d.Source(app_ev::kIid);
+  d.Keep(p->Quit.Connect([raw] { FireBare(raw, app_ev::kIid, app_ev::kQuit); }));
+  d.Keep(p->NewMail.Connect([raw] { FireBare(raw, app_ev::kIid, app_ev::kNewMail); }));
   d.Keep(p->ItemSend.Connect([raw](std::shared_ptr<Item> item, bool& cancel) {
     VARIANT_BOOL flag = cancel ? VARIANT_TRUE : VARIANT_FALSE;
     std::vector<Variant> args;
     args.push_back(ServeVariant(item));
     args.push_back(ByRefBool(&flag));
-    raw->Fire(ev::kApplicationEvents11, ev::kItemSend, args);
+    raw->Fire(app_ev::kIid, app_ev::kItemSend, args);
     cancel = flag != VARIANT_FALSE;
   }));
   d.Keep(p->OptionsPagesAdd.Connect([raw](std::shared_ptr<PropertyPages> pages) {
-    FireObject(raw, ev::kApplicationEvents11, ev::kOptionsPagesAdd, pages);
+    FireObject(raw, app_ev::kIid, app_ev::kOptionsPagesAdd, pages);
   }));
 }
 
@@ -56,20 +57,28 @@ void AddNamespace(DispatchObject& d, const std::shared_ptr<Namespace>& p) {
   d.Member("MAPIOBJECT", [p](const DispatchArgs&) { return ServeVariant(p->MAPIOBJECT()); });
 
   DispatchObject* raw = &d;
-  d.Source(outlook_events::kNameSpaceEvents);
-  d.Keep(p->OptionsPagesAdd.Connect([raw](std::shared_ptr<PropertyPages> pages,
-                                          std::shared_ptr<Folder> folder) {
-    std::vector<Variant> args;
-    args.push_back(ServeVariant(pages));
-    args.push_back(ServeVariant(folder));
-    raw->Fire(outlook_events::kNameSpaceEvents, outlook_events::kNameSpaceOptionsPagesAdd, args);
-  }));
+  d.Source(ns_ev::kIid);
+  d.Keep(p->OptionsPagesAdd.Connect(
+      [raw](std::shared_ptr<PropertyPages> pages, std::shared_ptr<Folder> folder) {
+        std::vector<Variant> args;
+        args.push_back(ServeVariant(pages));
+        args.push_back(ServeVariant(folder));
+        raw->Fire(ns_ev::kIid, ns_ev::kOptionsPagesAdd, args);
+      }));
 }
 
 void AddComAddIn(DispatchObject& d, const std::shared_ptr<ComAddIn>& p) {
-  d.Member("ProgId", [p](const DispatchArgs&) { return Ret(p->ProgId()); });
-  d.Member("Description", [p](const DispatchArgs&) { return Ret(p->Description()); });
-  d.Member("Connect", [p](const DispatchArgs&) { return Ret(p->Connect()); });
+  namespace add_in = declared::com_add_in;
+  d.Member(add_in::kDescription, "Description",
+           [p](const DispatchArgs&) { return Ret(p->Description()); });
+  d.Member(add_in::kProgId, "ProgId", [p](const DispatchArgs&) { return Ret(p->ProgId()); });
+  d.Member(add_in::kConnect, "Connect", [p](const DispatchArgs&) { return Ret(p->Connect()); });
+  // What the add-in publishes to other programs (Word's letter macro reads it). Office
+  // declares a plain put, so a put-ref alone is refused as Office refuses it.
+  auto published = std::make_shared<ComPtr<IDispatch>>();
+  d.Member(
+      add_in::kObject, "Object", [published](const DispatchArgs&) { return Variant(*published); },
+      [published](const DispatchArgs& a) { *published = ObjectOf(a.PutValue()); });
 }
 
 void AddPropertyPages(DispatchObject& d, const std::shared_ptr<PropertyPages>& p) {

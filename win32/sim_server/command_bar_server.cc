@@ -1,5 +1,5 @@
 // Members of the command bars of Outlook's windows.
-#include "win32/com/outlook_events.h"
+#include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
@@ -77,13 +77,14 @@ void AddCommandBarControl(DispatchObject& d, const std::shared_ptr<CommandBarCon
   });
   d.Member("Parent", [p](const DispatchArgs&) { return ServeVariant(p->Parent()); });
   DispatchObject* raw = &d;
-  d.Source(outlook_events::kCommandBarButtonEvents);
+  d.Source(declared::command_bar_button_events::kIid);
   d.Keep(p->Click.Connect([raw](std::shared_ptr<Control> control, bool& cancel_default) {
     VARIANT_BOOL flag = cancel_default ? VARIANT_TRUE : VARIANT_FALSE;
     std::vector<Variant> args;
     args.push_back(ServeVariant(control));
     args.push_back(ByRefBool(&flag));
-    raw->Fire(outlook_events::kCommandBarButtonEvents, outlook_events::kButtonClick, args);
+    raw->Fire(declared::command_bar_button_events::kIid,
+              declared::command_bar_button_events::kClick, args);
     cancel_default = flag != VARIANT_FALSE;
   }));
 }

@@ -62,8 +62,21 @@ std::vector<std::string> DispatchObject::LiveObjects() {
 }
 int64_t DispatchObject::FailedSinkCalls() { return failed_sink_calls; }
 
-void DispatchObject::Member(const std::string& name, Getter get, Putter put) {
-  members_.push_back({name, std::move(get), std::move(put)});
+void DispatchObject::Member(const std::string& name, Getter get, Putter put, PutKind kind) {
+  Member(next_id_, name, std::move(get), std::move(put), kind);
+}
+
+void DispatchObject::Member(DISPID id, const std::string& name, Getter get, Putter put,
+                            PutKind kind) {
+  members_.push_back({id, name, std::move(get), std::move(put), kind});
+  if (id >= next_id_) next_id_ = id + 1;
+}
+
+const DispatchObject::Entry* DispatchObject::EntryFor(DISPID id) const {
+  for (const Entry& entry : members_) {
+    if (entry.id == id) return &entry;
+  }
+  return nullptr;
 }
 
 void DispatchObject::Source(const IID& iid) {
@@ -80,6 +93,11 @@ ConnectionPoint* DispatchObject::PointFor(const IID& iid) const {
 size_t DispatchObject::SinkCount(const IID& iid) const {
   ConnectionPoint* point = PointFor(iid);
   return point ? point->Count() : 0;
+}
+
+std::vector<ComPtr<IDispatch>> DispatchObject::Sinks(const IID& iid) const {
+  ConnectionPoint* point = PointFor(iid);
+  return point ? point->Sinks() : std::vector<ComPtr<IDispatch>>{};
 }
 
 void DispatchObject::Fire(const IID& iid, DISPID dispid, std::vector<Variant>& args) {
@@ -159,9 +177,9 @@ STDMETHODIMP DispatchObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, 
   for (UINT i = 0; i < count; ++i) ids[i] = DISPID_UNKNOWN;
   if (count == 0) return S_OK;
   const std::string wanted = text::LCase(Narrow(names[0] ? names[0] : L""));
-  for (size_t m = 0; m < members_.size(); ++m) {
-    if (text::LCase(members_[m].name) == wanted) {
-      ids[0] = static_cast<DISPID>(m + 1);
+  for (const Entry& entry : members_) {
+    if (text::LCase(entry.name) == wanted) {
+      ids[0] = entry.id;
       // Named arguments are not supported: their names stay unknown.
       return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;
     }
@@ -179,20 +197,28 @@ STDMETHODIMP DispatchObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPAR
 }
 
 HRESULT DispatchObject::Call(DISPID id, WORD flags, DISPPARAMS* params, VARIANT* result) {
-  if (id == DISPID_VALUE) {
-    // The default member: a collection's Item, else an object's Value.
+  const Entry* found = EntryFor(id);
+  if (!found && id == DISPID_VALUE) {
+    // The default member, when none is declared as 0: a collection's Item, else an
+    // object's Value.
     for (const char* name : {"value", "item"}) {
-      for (size_t m = 0; m < members_.size(); ++m) {
-        if (text::LCase(members_[m].name) == name) id = static_cast<DISPID>(m + 1);
+      for (const Entry& entry : members_) {
+        if (text::LCase(entry.name) == name) found = &entry;
       }
     }
   }
-  if (id < 1 || static_cast<size_t>(id) > members_.size()) return DISP_E_MEMBERNOTFOUND;
-  const Entry& entry = members_[static_cast<size_t>(id - 1)];
+  if (!found) return DISP_E_MEMBERNOTFOUND;
+  const Entry& entry = *found;
   DISPPARAMS none{nullptr, nullptr, 0, 0};
   if (!params) params = &none;
   if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {
-    if (!entry.put) return DISP_E_MEMBERNOTFOUND;
+    // A caller may offer both kinds at once (VBScript does); one the member declares
+    // must be among them.
+    const WORD declared = entry.put_kind == PutKind::kPut ? DISPATCH_PROPERTYPUT
+                          : entry.put_kind == PutKind::kPutRef
+                              ? DISPATCH_PROPERTYPUTREF
+                              : DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
+    if (!entry.put || (flags & declared) == 0) return DISP_E_MEMBERNOTFOUND;
     DispatchArgs args(params, true);
     entry.put(args);
     return S_OK;

@@ -3,8 +3,11 @@
 // get or a property put), IConnectionPointContainer with one connection point per
 // declared source interface, and ITypeInfo just far enough for TypeName.
 //
-// Members get DISPIDs 1, 2, ... in the order they are added; names compare without
-// regard to letter case; DISPID_VALUE (0) calls the member "Item" when there is one.
+// Members get the DISPID their type library declares, or else 1, 2, ... in the order
+// they are added; names compare without regard to letter case; DISPID_VALUE (0) calls
+// the member declared as 0, else "Value" or "Item". A property takes the kind of
+// assignment it declares: a put (`obj.X = v`) or a put-ref (`Set obj.X = v`); the other
+// kind alone is refused with DISP_E_MEMBERNOTFOUND, as a type library's Invoke does.
 // Every Invoke runs through GuardCall: a ZError thrown by the member (the simulated
 // Outlook's failures) returns DISP_E_EXCEPTION carrying the same number, anything
 // else E_UNEXPECTED; no exception leaves the object.
@@ -49,6 +52,8 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
  public:
   using Getter = std::function<Variant(const DispatchArgs&)>;
   using Putter = std::function<void(const DispatchArgs&)>;
+  // How a property is assigned: propput, propputref, or a server that takes either.
+  enum class PutKind { kPut, kPutRef, kEither };
 
   // A new object (one reference, owned by the returned pointer) serving `target`
   // (may be null for an object with no simulated counterpart) under `type_name`.
@@ -56,7 +61,11 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
                                        std::shared_ptr<AutomationObject> target);
 
   // Adds a member; `put` null makes it read-only (a put returns DISP_E_MEMBERNOTFOUND).
-  void Member(const std::string& name, Getter get, Putter put = nullptr);
+  void Member(const std::string& name, Getter get, Putter put = nullptr,
+              PutKind kind = PutKind::kPut);
+  // Adds a member under the DISPID its type library declares.
+  void Member(DISPID id, const std::string& name, Getter get, Putter put = nullptr,
+              PutKind kind = PutKind::kPut);
   // Declares a source interface the object raises events on.
   void Source(const IID& iid);
   // Keeps a connection to the target's events for the object's life.
@@ -67,6 +76,9 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
   void Fire(const IID& iid, DISPID dispid, std::vector<Variant>& args);
   // Sinks advised on `iid` now.
   size_t SinkCount(const IID& iid) const;
+  // Those sinks, each with a reference of its own (as a source raising an event holds
+  // them).
+  std::vector<ComPtr<IDispatch>> Sinks(const IID& iid) const;
 
   const std::string& TypeName() const { return type_name_; }
   const std::shared_ptr<AutomationObject>& Target() const { return target_; }
@@ -99,19 +111,23 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
 
  private:
   struct Entry {
+    DISPID id;
     std::string name;
     Getter get;
     Putter put;
+    PutKind put_kind;
   };
   DispatchObject(std::string type_name, std::shared_ptr<AutomationObject> target);
   ~DispatchObject();
   ConnectionPoint* PointFor(const IID& iid) const;
+  const Entry* EntryFor(DISPID id) const;
   HRESULT Call(DISPID id, WORD flags, DISPPARAMS* params, VARIANT* result);
 
   ULONG refs_ = 1;
   std::string type_name_;
   std::shared_ptr<AutomationObject> target_;
   std::vector<Entry> members_;
+  DISPID next_id_ = 1;
   std::vector<std::unique_ptr<ConnectionPoint>> points_;  // parts of this object
   std::vector<Connection> connections_;
 };

@@ -1,10 +1,10 @@
 // Members of Outlook's MAPIFolder, Folders and Items.
-#include "win32/com/outlook_events.h"
+#include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
 
-namespace ev = outlook_events;
+namespace ev = declared::items_events;
 
 void AddFolder(DispatchObject& d, const std::shared_ptr<Folder>& p) {
   AddClass(d, kOlFolder);
@@ -60,14 +60,12 @@ void AddItems(DispatchObject& d, const std::shared_ptr<Items>& p) {
   });
 
   DispatchObject* raw = &d;
-  d.Source(ev::kItemsEvents);
-  d.Keep(p->ItemAdd.Connect([raw](std::shared_ptr<Item> item) {
-    FireObject(raw, ev::kItemsEvents, ev::kItemAdd, item);
-  }));
-  d.Keep(p->ItemChange.Connect([raw](std::shared_ptr<Item> item) {
-    FireObject(raw, ev::kItemsEvents, ev::kItemChange, item);
-  }));
-  d.Keep(p->ItemRemove.Connect([raw] { FireBare(raw, ev::kItemsEvents, ev::kItemRemove); }));
+  d.Source(ev::kIid);
+  d.Keep(p->ItemAdd.Connect(
+      [raw](std::shared_ptr<Item> item) { FireObject(raw, ev::kIid, ev::kItemAdd, item); }));
+  d.Keep(p->ItemChange.Connect(
+      [raw](std::shared_ptr<Item> item) { FireObject(raw, ev::kIid, ev::kItemChange, item); }));
+  d.Keep(p->ItemRemove.Connect([raw] { FireBare(raw, ev::kIid, ev::kItemRemove); }));
 }
 
 }  // namespace zintra::win32

@@ -1,12 +1,12 @@
 // Members of Outlook's items, whatever their kind: the item refuses a member its kind
 // lacks (438) exactly as Outlook's late binding would.
-#include "win32/com/outlook_events.h"
+#include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
 namespace {
 
-namespace ev = outlook_events;
+namespace item_ev = declared::item_events_10;
 
 using TextGet = std::string (Item::*)() const;
 using TextSet = void (Item::*)(const std::string&);
@@ -73,12 +73,12 @@ void AddItem(DispatchObject& d, const std::shared_ptr<Item>& p) {
   d.Member("MAPIOBJECT", [p](const DispatchArgs&) { return ServeVariant(p->MAPIOBJECT()); });
 
   DispatchObject* raw = &d;
-  d.Source(ev::kItemEvents10);
+  d.Source(item_ev::kIid);
   d.Keep(p->CloseEvent.Connect([raw](bool& cancel) {
     VARIANT_BOOL flag = cancel ? VARIANT_TRUE : VARIANT_FALSE;
     std::vector<Variant> args;
     args.push_back(ByRefBool(&flag));
-    raw->Fire(ev::kItemEvents10, ev::kItemClose, args);
+    raw->Fire(item_ev::kIid, item_ev::kClose, args);
     cancel = flag != VARIANT_FALSE;
   }));
 }

@@ -10,6 +10,9 @@
 namespace zintra::win32 {
 namespace {
 
+// The library's object properties take `Set x.Item = ...` and `x.Item = ...` alike.
+constexpr DispatchObject::PutKind kEither = DispatchObject::PutKind::kEither;
+
 // "Fields(tag)", read-only.
 template <typename T>
 void FieldsReader(DispatchObject& d, const std::shared_ptr<T>& p) {
@@ -112,7 +115,7 @@ void AddAddressLists(DispatchObject& d, const std::shared_ptr<AddressLists>& p) 
 void AddMapiUtils(DispatchObject& d, const std::shared_ptr<MapiUtils>& p) {
   d.Member(
       "MAPIOBJECT", [](const DispatchArgs&) { return Nothing(); },
-      [p](const DispatchArgs& a) { p->SetMAPIOBJECT(a.PutObjectAs<MapiObject>()); });
+      [p](const DispatchArgs& a) { p->SetMAPIOBJECT(a.PutObjectAs<MapiObject>()); }, kEither);
   d.Member("GetIDsFromNames", [p](const DispatchArgs& a) {
     return Ret(
         p->GetIDsFromNames(a.ObjectAs<MapiObject>(0), a.Text(1), a.Get(2), a.Bool(3, false)));
@@ -146,7 +149,7 @@ void AddMapiUtils(DispatchObject& d, const std::shared_ptr<MapiUtils>& p) {
 void AddMapiTable(DispatchObject& d, const std::shared_ptr<MapiTable>& p) {
   d.Member(
       "Item", [](const DispatchArgs&) { return Nothing(); },
-      [p](const DispatchArgs& a) { p->SetItem(a.PutObject()); });
+      [p](const DispatchArgs& a) { p->SetItem(a.PutObject()); }, kEither);
   d.Member(
       "Columns",
       [p](const DispatchArgs&) {
@@ -166,7 +169,7 @@ void AddMapiTable(DispatchObject& d, const std::shared_ptr<MapiTable>& p) {
 void AddSafeItem(DispatchObject& d, const std::shared_ptr<SafeItem>& p) {
   d.Member(
       "Item", [p](const DispatchArgs&) { return ServeVariant(p->Item()); },
-      [p](const DispatchArgs& a) { p->SetItem(a.PutObjectAs<Item>()); });
+      [p](const DispatchArgs& a) { p->SetItem(a.PutObjectAs<Item>()); }, kEither);
   d.Member("Sender", [p](const DispatchArgs&) { return ServeVariant(p->Sender()); });
   d.Member("Recipients", [p](const DispatchArgs&) { return ServeVariant(p->Recipients()); });
   d.Member("Body", [p](const DispatchArgs&) { return Ret(p->Body()); });
@@ -177,14 +180,14 @@ void AddSafeItem(DispatchObject& d, const std::shared_ptr<SafeItem>& p) {
 void AddSafeInspector(DispatchObject& d, const std::shared_ptr<SafeInspector>& p) {
   d.Member(
       "Item", [p](const DispatchArgs&) { return ServeVariant(p->Item()); },
-      [p](const DispatchArgs& a) { p->SetItem(a.PutObjectAs<Inspector>()); });
+      [p](const DispatchArgs& a) { p->SetItem(a.PutObjectAs<Inspector>()); }, kEither);
   d.Member("Hwnd", [p](const DispatchArgs&) { return Ret(p->Hwnd()); });
 }
 
 void AddRdoSession(DispatchObject& d, const std::shared_ptr<RdoSession>& p) {
   d.Member(
       "MAPIOBJECT", [p](const DispatchArgs&) { return ServeVariant(p->MAPIOBJECT()); },
-      [p](const DispatchArgs& a) { p->SetMAPIOBJECT(a.PutObjectAs<MapiObject>()); });
+      [p](const DispatchArgs& a) { p->SetMAPIOBJECT(a.PutObjectAs<MapiObject>()); }, kEither);
   d.Member("LoggedOn", [p](const DispatchArgs&) { return Ret(p->LoggedOn()); });
   d.Member("CurrentUser", [p](const DispatchArgs&) { return ServeVariant(p->CurrentUser()); });
   d.Member("GetMessageFromID", [p](const DispatchArgs& a) {
@@ -201,7 +204,7 @@ void AddRdoSession(DispatchObject& d, const std::shared_ptr<RdoSession>& p) {
 void AddRdoFolder(DispatchObject& d, const std::shared_ptr<RdoFolder>& p) {
   d.Member(
       "MAPIOBJECT", [p](const DispatchArgs&) { return ServeVariant(p->MAPIOBJECT()); },
-      [p](const DispatchArgs& a) { p->SetMAPIOBJECT(a.PutObjectAs<MapiObject>()); });
+      [p](const DispatchArgs& a) { p->SetMAPIOBJECT(a.PutObjectAs<MapiObject>()); }, kEither);
   d.Member("Name", [p](const DispatchArgs&) { return Ret(p->Name()); });
   d.Member("EntryID", [p](const DispatchArgs&) { return Ret(p->EntryID()); });
   d.Member("StoreID", [p](const DispatchArgs&) { return Ret(p->StoreID()); });

@@ -1,15 +1,22 @@
 // Members of Outlook's explorers and inspectors, their lists and the selection.
-#include "win32/com/outlook_events.h"
+#include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
 namespace {
 
-namespace ev = outlook_events;
+namespace explorer_ev = declared::explorer_events_10;
+namespace inspector_ev = declared::inspector_events_10;
 
-// What explorers and inspectors share; `source` is the window's event interface.
-void AddWindow(DispatchObject& d, const std::shared_ptr<OutlookWindow>& p, const IID& source,
-               DISPID close) {
+// What explorers and inspectors share: `source` is the window's event interface, with
+// its own numbers for Activate, Deactivate and Close.
+struct WindowEvents {
+  IID source;
+  DISPID activate, deactivate, close;
+};
+
+void AddWindow(DispatchObject& d, const std::shared_ptr<OutlookWindow>& p,
+               const WindowEvents& events) {
   d.Member("Caption", [p](const DispatchArgs&) { return Ret(p->Caption()); });
   d.Member("CommandBars", [p](const DispatchArgs&) { return ServeVariant(p->CommandBars()); });
   d.Member("Activate", [p](const DispatchArgs&) {
@@ -21,29 +28,31 @@ void AddWindow(DispatchObject& d, const std::shared_ptr<OutlookWindow>& p, const
     return Nothing();
   });
   DispatchObject* raw = &d;
-  d.Source(source);
-  d.Keep(p->ActivateEvent.Connect(
-      [raw, iid = source] { FireBare(raw, iid, outlook_events::kWindowActivate); }));
-  d.Keep(p->Deactivate.Connect(
-      [raw, iid = source] { FireBare(raw, iid, outlook_events::kWindowDeactivate); }));
-  d.Keep(p->CloseEvent.Connect([raw, iid = source, close] { FireBare(raw, iid, close); }));
+  d.Source(events.source);
+  d.Keep(p->ActivateEvent.Connect([raw, e = events] { FireBare(raw, e.source, e.activate); }));
+  d.Keep(p->Deactivate.Connect([raw, e = events] { FireBare(raw, e.source, e.deactivate); }));
+  d.Keep(p->CloseEvent.Connect([raw, e = events] { FireBare(raw, e.source, e.close); }));
 }
 
 }  // namespace
 
 void AddExplorer(DispatchObject& d, const std::shared_ptr<Explorer>& p) {
   AddClass(d, kOlExplorer);
-  AddWindow(d, p, ev::kExplorerEvents10, ev::kExplorerClose);
+  AddWindow(
+      d, p,
+      {explorer_ev::kIid, explorer_ev::kActivate, explorer_ev::kDeactivate, explorer_ev::kClose});
   d.Member("Selection", [p](const DispatchArgs&) { return ServeVariant(p->Selection()); });
   d.Member("CurrentFolder", [p](const DispatchArgs&) { return ServeVariant(p->CurrentFolder()); });
   DispatchObject* raw = &d;
   d.Keep(p->SelectionChange.Connect(
-      [raw] { FireBare(raw, ev::kExplorerEvents10, outlook_events::kExplorerSelectionChange); }));
+      [raw] { FireBare(raw, explorer_ev::kIid, explorer_ev::kSelectionChange); }));
 }
 
 void AddInspector(DispatchObject& d, const std::shared_ptr<Inspector>& p) {
   AddClass(d, kOlInspector);
-  AddWindow(d, p, ev::kInspectorEvents10, ev::kInspectorClose);
+  AddWindow(d, p,
+            {inspector_ev::kIid, inspector_ev::kActivate, inspector_ev::kDeactivate,
+             inspector_ev::kClose});
   d.Member("CurrentItem", [p](const DispatchArgs&) { return ServeVariant(p->CurrentItem()); });
   d.Member("Hwnd", [p](const DispatchArgs&) { return Ret(p->Hwnd()); });
 }
@@ -53,9 +62,10 @@ void AddExplorers(DispatchObject& d, const std::shared_ptr<Explorers>& p) {
   d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
   d.Member("Item", [p](const DispatchArgs& a) { return ServeVariant(p->Item(a.Long(0))); });
   DispatchObject* raw = &d;
-  d.Source(ev::kExplorersEvents);
+  d.Source(declared::explorers_events::kIid);
   d.Keep(p->NewExplorer.Connect([raw](std::shared_ptr<Explorer> explorer) {
-    FireObject(raw, ev::kExplorersEvents, ev::kNewExplorer, explorer);
+    FireObject(raw, declared::explorers_events::kIid, declared::explorers_events::kNewExplorer,
+               explorer);
   }));
 }
 
@@ -64,9 +74,10 @@ void AddInspectors(DispatchObject& d, const std::shared_ptr<Inspectors>& p) {
   d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
   d.Member("Item", [p](const DispatchArgs& a) { return ServeVariant(p->Item(a.Long(0))); });
   DispatchObject* raw = &d;
-  d.Source(ev::kInspectorsEvents);
+  d.Source(declared::inspectors_events::kIid);
   d.Keep(p->NewInspector.Connect([raw](std::shared_ptr<Inspector> inspector) {
-    FireObject(raw, ev::kInspectorsEvents, ev::kNewInspector, inspector);
+    FireObject(raw, declared::inspectors_events::kIid, declared::inspectors_events::kNewInspector,
+               inspector);
   }));
 }
 

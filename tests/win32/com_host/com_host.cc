@@ -6,6 +6,7 @@
 #include "src/host/idt_extensibility2.h"
 #include "win32/com/windows_api.h"
 #include "win32/sim_server/dispatch_object.h"
+#include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/serve.h"
 
 namespace zintra::win32 {
@@ -94,7 +95,8 @@ HRESULT ComHost::Load() {
   CLSID clsid{};
   HRESULT hr = CLSIDFromProgID(L"ZintraAddin.Connect", &clsid);
   if (FAILED(hr)) return hr;
-  return CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IDTExtensibility2Com),
+  // Asked for by the IID Office declares, not the DLL's own spelling of it.
+  return CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, declared::idt_extensibility2::kIid,
                           reinterpret_cast<void**>(addin_.Put()));
 }
 
@@ -139,6 +141,26 @@ void ComHost::ReleaseAddin() {
   addin_.Reset();
   add_in_instance_.Reset();
   application_.Reset();
+}
+
+std::vector<ComPtr<IDispatch>> ComHost::ApplicationSinks() const {
+  DispatchObject* served = nullptr;
+  if (!application_ ||
+      FAILED(application_->QueryInterface(kIidDispatchObject, reinterpret_cast<void**>(&served)))) {
+    return {};
+  }
+  auto sinks = served->Sinks(declared::application_events_11::kIid);
+  served->Release();
+  return sinks;
+}
+
+HRESULT ComHost::DllCanUnloadNow() {
+  HMODULE dll = GetModuleHandleW(L"ZintraAddin.dll");
+  if (!dll) return E_FAIL;
+  // Through void*: a FARPROC does not convert to a function type of its own.
+  auto can_unload = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
+      reinterpret_cast<void*>(GetProcAddress(dll, "DllCanUnloadNow")));
+  return can_unload ? can_unload() : E_FAIL;
 }
 
 bool ComHost::PumpUntil(const std::function<bool()>& done, int timeout_ms) {

@@ -56,6 +56,12 @@ class ComHost {
   // Releases the add-in and the application object the host still holds.
   void ReleaseAddin();
   bool Loaded() const { return static_cast<bool>(addin_); }
+  // The add-in instance passed to OnConnection (empty before).
+  const ComPtr<IDispatch>& AddInInstance() const { return add_in_instance_; }
+  // The sinks advised on the application's events now, each with a reference.
+  std::vector<ComPtr<IDispatch>> ApplicationSinks() const;
+  // The loaded DLL's DllCanUnloadNow; E_FAIL when ZintraAddin.dll is not loaded.
+  static HRESULT DllCanUnloadNow();
 
   // Pumps messages until `done` or `timeout_ms` has passed; whether `done` held.
   bool PumpUntil(const std::function<bool()>& done, int timeout_ms);

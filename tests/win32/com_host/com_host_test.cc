@@ -10,6 +10,7 @@
 #include "src/host/mapi_object.h"
 #include "src/logging/zintra_utils.h"
 #include "tests/win32/com_host/com_host.h"
+#include "win32/com/dispatch_client.h"
 #include "win32/sim_server/dispatch_object.h"
 
 namespace zintra::win32 {
@@ -156,6 +157,27 @@ TEST_F(ComHostOnDesktop, UnloadedByTheUserWhileOutlookRuns) {
   host_->MailFromAnn("After unload");
   host_->PumpFor(300);
   EXPECT_TRUE(host_->Copies().empty()) << "an unloaded add-in still listens";
+}
+
+TEST_F(ComHostOnDesktop, WordsLetterMacroFindsTheHandlerTheAddinPublished) {
+  ASSERT_NO_FATAL_FAILURE(Start());
+  // The macro's route: COMAddIns("ZintraAddin.Connect").Object.LogDocument.
+  DispatchClient add_in(host_->AddInInstance(), "COMAddIn");
+  DispatchClient handler(add_in.GetDispatch("Object"), "");
+  ASSERT_TRUE(handler) << "the add-in did not set its Object as Office declares it";
+  EXPECT_TRUE(handler.Has("LogDocument"));
+  ExpectCleanShutdown();
+}
+
+TEST_F(ComHostOnDesktop, TheDllStaysLoadedWhileOutlookStillHoldsOneOfItsSinks) {
+  ASSERT_NO_FATAL_FAILURE(Start());
+  // Held as Outlook holds a sink while it raises an event on it.
+  std::vector<ComPtr<IDispatch>> held = host_->ApplicationSinks();
+  ASSERT_FALSE(held.empty());
+  ExpectCleanShutdown();
+  EXPECT_EQ(ComHost::DllCanUnloadNow(), S_FALSE) << "unloading would leave Outlook a dangling sink";
+  held.clear();
+  EXPECT_EQ(ComHost::DllCanUnloadNow(), S_OK);
 }
 
 // Faults in the calls the add-in makes: Outlook (this host) keeps running, every call

@@ -7,6 +7,7 @@
 #include "src/host/outlook_constants.h"
 #include "tests/win32/outlook/served_profile.h"
 #include "win32/com/outlook_events.h"
+#include "win32/sim_server/outlook_declarations.h"
 
 namespace zintra::win32::testing {
 namespace {
@@ -88,6 +89,32 @@ TEST(EventsTest, AnItemsCloseCanKeepItsInspectorOpen) {
   inspector->Close(1);
   EXPECT_TRUE(window->closed());
   EXPECT_EQ(closes, 12);
+}
+
+TEST(EventsTest, AnItemsCloseWithCancelByValueIsHeardAndIsNoError) {
+  ServedProfile p;
+  std::vector<std::string> reported;
+  SetEventErrorReporter([&](const std::string& where, const ZError& e) {
+    reported.push_back(where + " " + std::to_string(e.Number()));
+  });
+  auto item = p.app->Session()->GetDefaultFolder(kOlFolderInbox)->Items()->GetFirst();
+  int closes = 0;
+  Connection close = item->CloseEvent.Connect([&](bool& cancel) {
+    ++closes;
+    cancel = true;  // cannot reach a source that passed Cancel by value
+  });
+  ComPtr<DispatchObject> served = ServedProfile::Served(*item);
+  ASSERT_TRUE(served);
+  const int64_t failed_before = DispatchObject::FailedSinkCalls();
+  for (bool given : {false, true}) {
+    std::vector<Variant> args;
+    args.emplace_back(Value(given));
+    served->Fire(declared::item_events_10::kIid, declared::item_events_10::kClose, args);
+  }
+  SetEventErrorReporter(nullptr);
+  EXPECT_EQ(closes, 2);
+  EXPECT_EQ(reported, std::vector<std::string>{});
+  EXPECT_EQ(DispatchObject::FailedSinkCalls(), failed_before);
 }
 
 TEST(EventsTest, NewWindowsArriveAsTheirPorts) {

@@ -30,15 +30,18 @@ std::shared_ptr<AutomationObject> ServedProfile::Library(const std::string& clas
 }
 
 size_t ServedProfile::Sinks(const AutomationObject& adapter, const IID& iid) {
+  ComPtr<DispatchObject> served = Served(adapter);
+  return served ? served->SinkCount(iid) : 0;
+}
+
+ComPtr<DispatchObject> ServedProfile::Served(const AutomationObject& adapter) {
   ComAdapter* com = AdapterOf(&adapter);
   DispatchObject* served = nullptr;
   if (!com || FAILED(com->Object()->QueryInterface(kIidDispatchObject,
                                                    reinterpret_cast<void**>(&served)))) {
-    return 0;
+    return {};
   }
-  size_t count = served->SinkCount(iid);
-  served->Release();
-  return count;
+  return ComPtr<DispatchObject>::Attach(served);
 }
 
 int32_t ErrorOf(const std::function<void()>& call) {

@@ -14,7 +14,9 @@
 #include "sim/outlook/sim_ol_application.h"
 #include "src/core/z_error.h"
 #include "src/host/outlook_application.h"
+#include "win32/com/com_ptr.h"
 #include "win32/outlook/com_adapter.h"
+#include "win32/sim_server/dispatch_object.h"
 
 namespace zintra::win32::testing {
 
@@ -26,6 +28,8 @@ struct ServedProfile {
   std::shared_ptr<AutomationObject> Library(const std::string& class_name);
   // Sinks advised on `adapter`'s object for `iid` right now.
   static size_t Sinks(const AutomationObject& adapter, const IID& iid);
+  // The served object behind `adapter` (empty when it is not one of ours).
+  static ComPtr<DispatchObject> Served(const AutomationObject& adapter);
 
   sim::Profile profile;
   sim::ProfileBuilder build{profile};

@@ -14,15 +14,16 @@
 #include "win32/com/bstr.h"
 #include "win32/com/dispatch_client.h"
 #include "win32/com/event_sink.h"
-#include "win32/com/outlook_events.h"
 #include "win32/sim_server/dispatch_object.h"
+#include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/serve.h"
 #include "win32/sim_server/served_classes.h"
 
 namespace zintra::win32 {
 namespace {
 
-namespace ev = outlook_events;
+namespace items_ev = declared::items_events;
+namespace app_ev = declared::application_events_11;
 using sim::ProfileBuilder;
 
 class SimServerTest : public ::testing::Test {
@@ -157,7 +158,7 @@ TEST_F(SimServerTest, FailuresArriveWithThePlatformsNumbers) {
 TEST_F(SimServerTest, ItemEventsReachAdvisedSinksWithTheItem) {
   DispatchClient items = Obj(Inbox(), "Items");
   std::vector<std::pair<DISPID, std::string>> seen;
-  auto sink = EventSink::Create(ev::kItemsEvents, [&](DISPID id, const EventArgs& args) {
+  auto sink = EventSink::Create(items_ev::kIid, [&](DISPID id, const EventArgs& args) {
     std::string subject;
     if (args.Count() == 1) {
       subject = DispatchClient(args.ObjectAt(0), "").GetValue("Subject").ToString();
@@ -165,7 +166,7 @@ TEST_F(SimServerTest, ItemEventsReachAdvisedSinksWithTheItem) {
     seen.emplace_back(id, subject);
   });
   {
-    Advise advice(ComPtr<IUnknown>(items.Object().Get()), ev::kItemsEvents, sink, "Items");
+    Advise advice(ComPtr<IUnknown>(items.Object().Get()), items_ev::kIid, sink, "Items");
     DispatchClient mail = DispatchClient(app_.GetDispatch("CreateItem", {Arg(kOlMailItem)}), "");
     mail.Put("Subject", Arg("Arrived"));
     ProfileBuilder(host_->profile)
@@ -177,16 +178,17 @@ TEST_F(SimServerTest, ItemEventsReachAdvisedSinksWithTheItem) {
   }
   host_->profile.Faults().Clear();
   ProfileBuilder(host_->profile).MailFrom(ProfileBuilder::Smtp("Di", "di@x.com"), {"Late", ""});
-  const std::vector<std::pair<DISPID, std::string>> expected = {
-      {ev::kItemAdd, "Delivered"}, {ev::kItemChange, "Quote 2"}, {ev::kItemRemove, ""}};
+  const std::vector<std::pair<DISPID, std::string>> expected = {{items_ev::kItemAdd, "Delivered"},
+                                                                {items_ev::kItemChange, "Quote 2"},
+                                                                {items_ev::kItemRemove, ""}};
   EXPECT_EQ(seen, expected) << "unadvised sinks hear nothing more";
 }
 
 TEST_F(SimServerTest, ASinkCancelsTheSendThroughItsByReferenceArgument) {
-  auto sink = EventSink::Create(ev::kApplicationEvents11, [](DISPID id, const EventArgs& args) {
-    if (id == ev::kItemSend) args.SetBoolAt(1, true);
+  auto sink = EventSink::Create(app_ev::kIid, [](DISPID id, const EventArgs& args) {
+    if (id == app_ev::kItemSend) args.SetBoolAt(1, true);
   });
-  Advise advice(ComPtr<IUnknown>(app_.Object().Get()), ev::kApplicationEvents11, sink, "App");
+  Advise advice(ComPtr<IUnknown>(app_.Object().Get()), app_ev::kIid, sink, "App");
   auto item = host_->application->CreateItem(kOlMailItem);
   item->Recipients()->Add("ann@fabrikam.com");
   EXPECT_FALSE(host_->application->Send(item));

@@ -9,6 +9,7 @@
 #include "src/core/text.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/mime_reader.h"
+#include "tools/zintra-sim/msg_reader.h"
 #include "tools/zintra-sim/scenario_reader.h"
 #include "tools/zintra-sim/vcard_reader.h"
 
@@ -127,8 +128,11 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
           for (ItemSpec& m : r.items) mails.push_back(std::move(m));
           break;
         }
-        case FileKind::kMsg:
-          throw InputError(file, 0, "", "an Outlook item (.msg): this import does not read these");
+        case FileKind::kMsg: {
+          ItemSpec item = ReadMsg(bytes, file);
+          (item.item_class == ItemClass::kContact ? contacts : mails).push_back(std::move(item));
+          break;
+        }
         case FileKind::kOutlookStore:
           throw InputError(file, 0, "",
                            "an Outlook data file (.pst, .ost): this import does not read these");
@@ -171,6 +175,7 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
                            "> (use --user to say otherwise)");
   }
 
+  std::vector<PersonSpec> directory = Directory(mails, me);
   FolderSpec inbox{"Inbox", kOlMailItem, {}, {}};
   FolderSpec sent{"Sent Items", kOlMailItem, {}, {}};
   FolderSpec contact_folder{"Contacts", kOlContactItem, {}, {}};
@@ -190,13 +195,13 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   result.sent = static_cast<int>(sent.items.size());
 
   Scenario& s = result.scenario;
-  s.profile.directory = Directory(mails, me);
   s.name = "imported mailbox";
   s.description = "Imported from " + std::to_string(paths.size()) +
                   " path(s): " + std::to_string(result.contacts) + " contacts, " +
                   std::to_string(result.received) + " received and " + std::to_string(result.sent) +
                   " sent mails.";
   s.profile.user = me;
+  s.profile.directory = std::move(directory);
   StoreSpec mailbox;
   mailbox.kind = StoreKind::kMailbox;
   mailbox.folders = {std::move(inbox), std::move(sent), std::move(contact_folder)};

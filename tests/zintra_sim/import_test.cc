@@ -18,7 +18,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 std::string Samples() {
   const char* dir = std::getenv("ZINTRA_SHARED_DIR");
@@ -338,22 +337,32 @@ TEST(RealFileImportTest, MboxHonoursContentLengthAndIsFoundWithoutAnExtension) {
 }
 
 TEST(RealFileImportTest, OutlookFilesAndUnknownFilesFailByName) {
-  std::string dir = Folder("outlook", {{"store.pst", "!BDN\x01\x02"},
+  // A data file's header cut short (signature, checksum, "SM" for a store, the Unicode
+  // format's version 23), and one of an unknown content type.
+  std::string cut("!BDN\x12\x34\x56\x78SM\x17\x00\x13\x00", 14);
+  std::string dir = Folder("outlook", {{"cut.pst", cut},
+                                       {"cache.ost", "!BDN" + std::string(600, '\x5A')},
                                        {"picture.png", "\x89PNG\r\n"},
                                        {"ok.eml", "From: a@b.c\nSubject: s\n\nx\n"}});
-  for (const char* name : {"store.pst", "picture.png"}) {
-    std::string file = dir + "/" + name;
+  struct Case {
+    const char* name;
+    const char* message;
+  } cases[] = {{"cut.pst", "a damaged or unreadable Outlook data file"},
+               {"cache.ost", "unsupported content type"},
+               {"picture.png", "not a vCard (.vcf), mail (.eml), mbox or Outlook"}};
+  for (const Case& c : cases) {
+    std::string file = dir + "/" + c.name;
     try {
       Import({file}, std::nullopt);
-      ADD_FAILURE() << "accepted " << name;
+      ADD_FAILURE() << "accepted " << c.name;
     } catch (const InputError& e) {
       EXPECT_EQ(e.file(), file);
-      EXPECT_THAT(e.what(), Not(HasSubstr("expected a mail message")));
+      EXPECT_THAT(e.what(), HasSubstr(c.message));
     }
   }
   ImportResult r = Import({dir}, std::nullopt);
   EXPECT_EQ(r.received + r.sent, 1);
-  EXPECT_EQ(r.not_imported.size(), 2u);
+  EXPECT_EQ(r.not_imported.size(), 3u);
 }
 
 }  // namespace

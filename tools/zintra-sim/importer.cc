@@ -10,6 +10,7 @@
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/mime_reader.h"
 #include "tools/zintra-sim/msg_reader.h"
+#include "tools/zintra-sim/outlook_store_reader.h"
 #include "tools/zintra-sim/scenario_reader.h"
 #include "tools/zintra-sim/vcard_reader.h"
 
@@ -133,9 +134,13 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
           (item.item_class == ItemClass::kContact ? contacts : mails).push_back(std::move(item));
           break;
         }
-        case FileKind::kOutlookStore:
-          throw InputError(file, 0, "",
-                           "an Outlook data file (.pst, .ost): this import does not read these");
+        case FileKind::kOutlookStore: {
+          StoreReadResult r = ReadOutlookStore(file);
+          notes.insert(notes.end(), r.notes.begin(), r.notes.end());
+          for (ItemSpec& m : r.mails) mails.push_back(std::move(m));
+          for (ItemSpec& c : r.contacts) contacts.push_back(std::move(c));
+          break;
+        }
         case FileKind::kUnknown:
           throw InputError(file, 0, "",
                            "not a vCard (.vcf), mail (.eml), mbox or Outlook (.msg, .pst, .ost) "

@@ -3,8 +3,8 @@
 // the mailbox's Contacts folder; mail sent by the user goes to Sent Items, the rest
 // to the Inbox, in date order. A folder given is read file by file (sorted by name),
 // each known by its content or extension: vCard, .eml, mbox (with or without an
-// extension), Outlook's .msg items. Exchange people whose SMTP address an item gives
-// make the profile's directory. The user is the one given, else the address that
+// extension), Outlook's .msg items and .pst/.ost data files. Exchange people whose SMTP address an
+// item gives make the profile's directory. The user is the one given, else the address that
 // receives the most of the imported mail.
 //
 // A file named on the command line that cannot be read throws InputError (file, line,

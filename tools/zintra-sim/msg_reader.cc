@@ -112,7 +112,7 @@ class PropertyBag {
     if (it == fixed_.end()) return std::nullopt;
     uint64_t ticks = Le32(it->second, 0) | uint64_t{Le32(it->second, 4)} << 32;
     if (ticks == 0) return std::nullopt;
-    return static_cast<double>(ticks / 10000000) / 86400.0 - 109205.0;
+    return FiletimeToSerial(ticks);
   }
   std::optional<uint32_t> Size(uint32_t tag) const {
     auto it = fixed_.find(tag);
@@ -198,28 +198,12 @@ std::string CharsetOf(const PropertyBag& p) {
   return "CP" + std::to_string(*cp);
 }
 
-// An address as Outlook holds it: an Exchange one ("EX") keeps its distinguished name and
-// the SMTP address when the item has it; others are kept as given.
-std::optional<PersonSpec> Person(const std::string& name, const std::string& type,
-                                 const std::string& address, const std::string& smtp) {
-  PersonSpec p;
-  if (text::EqualsNoCase(type, "EX") || text::StartsWith(text::LCase(address), "/o=")) {
-    p.exchange = address;
-    p.smtp = smtp;
-  } else {
-    p.smtp = address.empty() ? smtp : address;
-  }
-  if (p.smtp.empty() && p.exchange.empty()) return std::nullopt;
-  p.name = name.empty() ? PersonText(p) : name;
-  return p;
-}
-
 std::optional<PersonSpec> Sender(const PropertyBag& p) {
-  auto representing = Person(p.Text(kSentRepresentingName), p.Text(kSentRepresentingAddrType),
-                             p.Text(kSentRepresentingEmail), p.Text(kSentRepresentingSmtp));
+  auto representing = MapiPerson(p.Text(kSentRepresentingName), p.Text(kSentRepresentingAddrType),
+                                 p.Text(kSentRepresentingEmail), p.Text(kSentRepresentingSmtp));
   if (representing) return representing;
-  return Person(p.Text(kSenderName), p.Text(kSenderAddrType), p.Text(kSenderEmail),
-                p.Text(kSenderSmtp));
+  return MapiPerson(p.Text(kSenderName), p.Text(kSenderAddrType), p.Text(kSenderEmail),
+                    p.Text(kSenderSmtp));
 }
 
 std::string Categories(const PropertyBag& p, const NamedProperties& named) {
@@ -237,8 +221,8 @@ void ReadRecipients(const CompoundFile& cf, const std::string& charset, ItemSpec
     if (!text::StartsWith(cf.entry(id).name, "__recip_version1.0_")) continue;
     PropertyBag r(cf, id, 8);
     r.SetCodepage(charset);
-    auto person = Person(r.Text(kDisplayName), r.Text(kAddrType), r.Text(kEmailAddress),
-                         r.Text(kSmtpAddress));
+    auto person = MapiPerson(r.Text(kDisplayName), r.Text(kAddrType), r.Text(kEmailAddress),
+                             r.Text(kSmtpAddress));
     if (!person) continue;
     int32_t type = r.Long(kRecipientType).value_or(1) & 0x0F;
     (type == 2 ? item.cc : type == 3 ? item.bcc : item.to).push_back(*person);
@@ -270,6 +254,26 @@ void ReadAttachments(const CompoundFile& cf, const std::string& charset, ItemSpe
 }
 
 }  // namespace
+
+// An address as Outlook holds it: an Exchange one ("EX") keeps its distinguished name and
+// the SMTP address when the item has it; others are kept as given.
+std::optional<PersonSpec> MapiPerson(const std::string& name, const std::string& type,
+                                     const std::string& address, const std::string& smtp) {
+  PersonSpec p;
+  if (text::EqualsNoCase(type, "EX") || text::StartsWith(text::LCase(address), "/o=")) {
+    p.exchange = address;
+    p.smtp = smtp;
+  } else {
+    p.smtp = address.empty() ? smtp : address;
+  }
+  if (p.smtp.empty() && p.exchange.empty()) return std::nullopt;
+  p.name = name.empty() ? PersonText(p) : name;
+  return p;
+}
+
+double FiletimeToSerial(uint64_t ticks) {
+  return static_cast<double>(ticks / 10000000) / 86400.0 - 109205.0;
+}
 
 ItemSpec ReadMsg(const std::string& bytes, const std::string& file) {
   CompoundFile cf(bytes, file);

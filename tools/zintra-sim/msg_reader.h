@@ -10,6 +10,8 @@
 // an item of a kind other than mail or contact.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,5 +20,13 @@
 namespace zintra::simtool {
 
 ItemSpec ReadMsg(const std::string& bytes, const std::string& file);
+
+// A sender or recipient from its MAPI display name, address type, address and SMTP
+// address: an Exchange one ("EX") keeps its distinguished name and the SMTP address when
+// known; others are kept as given. nullopt without any address.
+std::optional<PersonSpec> MapiPerson(const std::string& name, const std::string& type,
+                                     const std::string& address, const std::string& smtp);
+// A FILETIME (100 ns since 1601) as a date serial (days since 30 December 1899).
+double FiletimeToSerial(uint64_t ticks);
 
 }  // namespace zintra::simtool

@@ -363,6 +363,16 @@ TEST(RealFileImportTest, OutlookFilesAndUnknownFilesFailByName) {
   ImportResult r = Import({dir}, std::nullopt);
   EXPECT_EQ(r.received + r.sent, 1);
   EXPECT_EQ(r.not_imported.size(), 3u);
+  // A folder of which nothing can be read fails, naming each file and why.
+  std::string bad = Folder("nothing", {{"a.pst", cut}, {"b.msg", "not a compound file"}});
+  try {
+    Import({bad}, std::nullopt);
+    ADD_FAILURE() << "a folder of unreadable files gave an empty scenario";
+  } catch (const InputError& e) {
+    EXPECT_THAT(e.what(), HasSubstr("nothing could be imported"));
+    EXPECT_THAT(e.what(), HasSubstr("a.pst: a damaged or unreadable Outlook data file"));
+    EXPECT_THAT(e.what(), HasSubstr("b.msg: a damaged Outlook item"));
+  }
 }
 
 }  // namespace

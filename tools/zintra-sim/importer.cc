@@ -152,6 +152,12 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
       result.not_imported.push_back(e.what());
     }
   }
+  // A folder of which nothing could be read is bad input, not an empty mailbox.
+  if (contacts.empty() && mails.empty() && !result.not_imported.empty()) {
+    std::string why;
+    for (const std::string& f : result.not_imported) why += "\n  " + f;
+    throw InputError(paths.front(), 0, "", "nothing could be imported:" + why);
+  }
   if (skipped > 0) {
     result.notes.push_back(std::to_string(skipped) +
                            " recipient entries without an address (empty groups) left out");

@@ -9,7 +9,8 @@
 //
 // A file named on the command line that cannot be read throws InputError (file, line,
 // what was expected) and nothing is produced; a file found in a folder that cannot be
-// read (or is of no known kind) is named in `not_imported` with why, and the rest goes on.
+// read (or is of no known kind) is named in `not_imported` with why, and the rest goes on;
+// when nothing at all could be read, InputError lists them.
 #pragma once
 
 #include <optional>

@@ -2,7 +2,7 @@
 # Installs the Debian packages the build and tests need; does nothing when all are present.
 set -euo pipefail
 packages=(g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev googletest libbenchmark-dev
-  libsqlite3-dev sqlite3 nlohmann-json3-dev libgmime-3.0-dev libcli11-dev
+  libsqlite3-dev sqlite3 nlohmann-json3-dev libgmime-3.0-dev libcli11-dev libpff-dev libbfio-dev
   # The Windows host: cross compiler, Wine to run its tests, and what builds SQLite for it.
   g++-mingw-w64-x86-64-posix wine wine64 xvfb xauth tcl curl ca-certificates xz-utils)
 missing=()

@@ -1,6 +1,7 @@
 // Import of real exported contacts and mail (the shared sample files), and of bad files.
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/mime_reader.h"
 #include "tools/zintra-sim/scenario_reader.h"
+#include "tools/zintra-sim/scenario_writer.h"
 #include "tools/zintra-sim/vcard_reader.h"
 
 namespace zintra::simtool {
@@ -27,6 +29,19 @@ std::string Samples() {
   }
   return path;
 }
+
+// A fresh folder holding the given files (name -> bytes).
+std::string Folder(const std::string& name, const std::map<std::string, std::string>& files) {
+  std::filesystem::path dir = std::filesystem::path(::testing::TempDir()) / ("import-" + name);
+  std::filesystem::remove_all(dir);
+  std::filesystem::create_directories(dir);
+  for (const auto& [file, bytes] : files) {
+    std::ofstream(dir / file, std::ios::binary) << bytes;
+  }
+  return dir.string();
+}
+
+ItemSpec Mail(const std::string& text) { return ReadEml(text, "t.eml").items.at(0); }
 
 std::vector<ItemSpec> Cards(const std::string& name) {
   std::string file = Samples() + "/vcf/" + name;
@@ -175,6 +190,189 @@ TEST(ImportTest, MailGoesToInboxOrSentItemsAndContactsAreTracked) {
   EXPECT_EQ(r.scenario.foldersets[0].contacts, "Contacts");
   // A missing path fails before anything is produced.
   EXPECT_THROW(Import({dir + "/vcf", "/no/such/file.eml"}, std::nullopt), InputError);
+}
+
+TEST(RealFileImportTest, EightBitTextWithoutCharsetIsReadAsWindows1252) {
+  // A Latin-1 body and subject with no charset, a Latin-1 card without CHARSET.
+  std::string dir = Folder(
+      "8bit",
+      {
+          {"old.eml",
+           "From: a@b.c\nSubject: caf\xE9\nDate: Mon, 5 Jan 2026 09:00:00 +0000\n\n"
+           "d\xE9j\xE0 vu \x80 5\n"},
+          {"card.vcf", "BEGIN:VCARD\r\nVERSION:2.1\r\nN:M\xFCller;J\xFCrgen\r\nEND:VCARD\r\n"},
+      });
+  ImportResult r = Import({dir}, PersonSpec{"A", "a@b.c", ""});
+  EXPECT_NO_THROW(ScenarioJson(r.scenario).dump());
+  const ItemSpec& mail = r.scenario.profile.stores[0].folders[1].items.at(0);
+  EXPECT_EQ(mail.subject, "café");
+  EXPECT_EQ(mail.body, "déjà vu € 5\n");
+  EXPECT_EQ(r.scenario.profile.stores[0].folders[2].items.at(0).full_name, "Jürgen Müller");
+  ASSERT_EQ(r.notes.size(), 2u);  // per file
+  EXPECT_THAT(r.notes[0], HasSubstr("card.vcf: 1 value"));
+  EXPECT_THAT(r.notes[1], HasSubstr("old.eml: 1 message has 8-bit text"));
+  // A part without a charset takes the one the mail declares; UTF-8 stays as it is.
+  ItemSpec declared = Mail(
+      "From: a@b.c\nContent-Type: multipart/mixed; boundary=x\n\n--x\nContent-Type: text/plain\n\n"
+      "\xB1\n--x\nContent-Type: text/plain; charset=iso-8859-2; name=a.txt\n\n\xB1\n--x--\n");
+  EXPECT_EQ(declared.body, "ą");  // the line end before a boundary is the boundary's
+  EXPECT_EQ(Mail("From: a@b.c\n\nd\xC3\xA9j\xC3\xA0\n").body, "déjà\n");
+}
+
+TEST(RealFileImportTest, EveryAddressIsKeptAsTheMailGivesIt) {
+  // A 1991 mail: local addresses, no Date header, its date on the mbox "From " line.
+  MailReadResult old = ReadMbox(
+      "From abel Tue Mar 12 10:31:05 1991\nFrom: abel\nTo: stornett@flash, bob, Carol <carol>\n"
+      "Subject: lunch\n\nnoon?\n",
+      "old.mbox");
+  const ItemSpec& m = old.items.at(0);
+  ASSERT_TRUE(m.from.has_value());
+  EXPECT_EQ(m.from->smtp, "abel");
+  ASSERT_EQ(m.to.size(), 3u);
+  EXPECT_EQ(m.to[0].smtp, "stornett@flash");
+  EXPECT_EQ(m.to[1].smtp, "bob");
+  EXPECT_EQ(m.to[2].name, "Carol");
+  EXPECT_EQ(m.to[2].smtp, "carol");
+  EXPECT_EQ(FormatIsoTime(m.time), "1991-03-12T10:31:05");
+  EXPECT_EQ(old.skipped_addresses, 0);
+  // ... and a scenario written from it reads back with them.
+  Scenario s;
+  s.name = "old";
+  s.profile.user = *m.from;
+  StoreSpec store;
+  store.folders.push_back(FolderSpec{"Inbox", kOlMailItem, {}, {m}});
+  s.profile.stores.push_back(store);
+  Scenario back = ReadScenarioText(ScenarioJson(s).dump(), "old.json", ".");
+  const ItemSpec& read = back.profile.stores.at(0).folders.at(0).items.at(0);
+  EXPECT_EQ(read.from, m.from);
+  EXPECT_EQ(read.to, m.to);
+  // Outlook's semicolons separate recipients; a group's semicolon still ends the group.
+  ItemSpec outlook = Mail(
+      "From: a@b.c\nTo: Ann <ann@x.com>; bob@y.com; \"Lee; C\" <c@z.com>;\n"
+      "Cc: team: d@e.f, g@h.i;, j@k.l\nSubject: s\n\n");
+  ASSERT_EQ(outlook.to.size(), 3u);
+  EXPECT_EQ(outlook.to[1].smtp, "bob@y.com");
+  EXPECT_EQ(outlook.to[2].name, "Lee; C");
+  ASSERT_EQ(outlook.cc.size(), 3u);
+  EXPECT_EQ(outlook.cc[2].smtp, "j@k.l");
+  ItemSpec exchange = Mail(
+      "From: a@b.c\nTo: Tom </O=CONTOSO/OU=SITE/CN=RECIPIENTS/CN=TOM>; ann@x.com\nSubject: s\n\n");
+  ASSERT_EQ(exchange.to.size(), 2u);
+  EXPECT_EQ(exchange.to[0].exchange, "/O=CONTOSO/OU=SITE/CN=RECIPIENTS/CN=TOM");
+  EXPECT_EQ(exchange.to[1].smtp, "ann@x.com");
+}
+
+TEST(RealFileImportTest, ZoneNamesAndDateFallbacks) {
+  EXPECT_EQ(FormatIsoTime(Mail("From: a@b.c\nDate: Mon, 5 Jan 2026 09:00:00 cst\n\n").time),
+            "2026-01-05T15:00:00");
+  EXPECT_EQ(FormatIsoTime(Mail("From: a@b.c\nDate: mon, 5 jan 2026 09:00:00 EST\n\n").time),
+            "2026-01-05T14:00:00");
+  EXPECT_EQ(FormatIsoTime(Mail("From: a@b.c\nReceived: from x by y; Tue, 6 Jan 2026 10:00:00 "
+                               "+0200\n\n")
+                              .time),
+            "2026-01-06T08:00:00");
+}
+
+TEST(RealFileImportTest, QuotedPrintableSoftBreakBeforeABlankLineEndsTheValue) {
+  auto cards = ReadVCards(
+      "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Doe;John\r\nORG;ENCODING=QUOTED-PRINTABLE:Fabrikam=\r\n"
+      "\r\nCATEGORIES:Customers\r\nNOTE;ENCODING=QUOTED-PRINTABLE:one=0D=0A=\r\ntwo\r\n"
+      "END:VCARD\r\n",
+      "qp.vcf");
+  ASSERT_EQ(cards.size(), 1u);
+  EXPECT_EQ(cards[0].company, "Fabrikam");
+  EXPECT_EQ(cards[0].categories, "Customers");
+  EXPECT_EQ(cards[0].body, "one\r\ntwo");  // a soft break inside a value still joins
+}
+
+TEST(RealFileImportTest, ForwardedMessagesAreAttachmentsAndTheBodyIsFoundInRelatedParts) {
+  ItemSpec forward = Mail(
+      "From: a@b.c\nSubject: Fwd\nContent-Type: multipart/mixed; boundary=outer\n\n"
+      "--outer\nContent-Type: text/plain\n\nsee below\n"
+      "--outer\nContent-Type: message/rfc822\nContent-Transfer-Encoding: 7bit\n\n"
+      "From: c@d.e\nSubject: Quarterly figures\nContent-Type: multipart/mixed; boundary=inner\n\n"
+      "--inner\nContent-Type: text/plain\n\nattached\n--inner\nContent-Type: application/pdf; "
+      "name=q3.pdf\nContent-Disposition: attachment; filename=q3.pdf\n\nPDF\n--inner--\n"
+      "--outer--\n");
+  EXPECT_EQ(forward.body, "see below");
+  ASSERT_EQ(forward.attachments.size(), 1u);
+  EXPECT_EQ(forward.attachments[0].name, "Quarterly figures");
+  EXPECT_EQ(forward.attachments[0].content_type, "message/rfc822");
+  EXPECT_GT(forward.attachments[0].size, 100);
+  ItemSpec related = Mail(
+      "From: a@b.c\nSubject: News\nContent-Type: multipart/related; boundary=r\n\n"
+      "--r\nContent-Type: multipart/alternative; boundary=a\n\n"
+      "--a\nContent-Type: text/plain; charset=utf-8\n\nplain words\n"
+      "--a\nContent-Type: text/html\n\n<p>html words</p>\n--a--\n"
+      "--r\nContent-Type: image/png\nContent-ID: <logo>\nContent-Transfer-Encoding: base64\n\n"
+      "iVBORw0KGgo=\n--r--\n");
+  EXPECT_EQ(related.body, "plain words");
+  EXPECT_TRUE(related.attachments.empty());
+}
+
+TEST(RealFileImportTest, MboxHonoursContentLengthAndIsFoundWithoutAnExtension) {
+  // The first mail's body holds a marker and a header line; its Content-Length covers them.
+  std::string body = "quoted:\n\nFrom x@y Mon Jan  5 09:00:00 2026\nSubject: not a mail\n\nend\n";
+  std::string mbox =
+      "From a@b Mon Jan  5 09:00:00 2026\nFrom: a@b.c\nSubject: one\n"
+      "Content-Length: " +
+      std::to_string(body.size()) + "\n\n" + body +
+      "\nFrom a@b Mon Jan  5 10:00:00 2026\nFrom: a@b.c\nSubject: two\n\nbody\n";
+  MailReadResult r = ReadMbox(mbox, "c.mbox");
+  ASSERT_EQ(r.items.size(), 2u);
+  EXPECT_THAT(r.items[0].body, HasSubstr("Subject: not a mail"));
+  EXPECT_EQ(r.items[1].subject, "two");
+  // A length that does not end at a marker is not believed.
+  std::string wrong =
+      "From a@b Mon Jan  5 09:00:00 2026\nFrom: a@b.c\nContent-Length: 3\n\n"
+      "body\n\nFrom a@b Mon Jan  5 10:00:00 2026\nFrom: a@b.c\n\nbody\n";
+  EXPECT_EQ(ReadMbox(wrong, "w.mbox").items.size(), 2u);
+  // A mail client's extensionless mbox folder is imported; files of no known kind are
+  // named, not silently left out.
+  std::string dir = Folder("noext", {{"Inbox", mbox}, {"Inbox.msf", "// <!-- <mdb:mork:z"}});
+  ImportResult folder = Import({dir}, PersonSpec{"Me", "me@x.y", ""});
+  EXPECT_EQ(folder.received, 2);
+  ASSERT_EQ(folder.not_imported.size(), 1u);
+  EXPECT_THAT(folder.not_imported[0], HasSubstr("Inbox.msf: not a vCard"));
+}
+
+TEST(RealFileImportTest, OutlookFilesAndUnknownFilesFailByName) {
+  // A data file's header cut short (signature, checksum, "SM" for a store, the Unicode
+  // format's version 23), and one of an unknown content type.
+  std::string cut("!BDN\x12\x34\x56\x78SM\x17\x00\x13\x00", 14);
+  std::string dir = Folder("outlook", {{"cut.pst", cut},
+                                       {"cache.ost", "!BDN" + std::string(600, '\x5A')},
+                                       {"picture.png", "\x89PNG\r\n"},
+                                       {"ok.eml", "From: a@b.c\nSubject: s\n\nx\n"}});
+  struct Case {
+    const char* name;
+    const char* message;
+  } cases[] = {{"cut.pst", "a damaged or unreadable Outlook data file"},
+               {"cache.ost", "unsupported content type"},
+               {"picture.png", "not a vCard (.vcf), mail (.eml), mbox or Outlook"}};
+  for (const Case& c : cases) {
+    std::string file = dir + "/" + c.name;
+    try {
+      Import({file}, std::nullopt);
+      ADD_FAILURE() << "accepted " << c.name;
+    } catch (const InputError& e) {
+      EXPECT_EQ(e.file(), file);
+      EXPECT_THAT(e.what(), HasSubstr(c.message));
+    }
+  }
+  ImportResult r = Import({dir}, std::nullopt);
+  EXPECT_EQ(r.received + r.sent, 1);
+  EXPECT_EQ(r.not_imported.size(), 3u);
+  // A folder of which nothing can be read fails, naming each file and why.
+  std::string bad = Folder("nothing", {{"a.pst", cut}, {"b.msg", "not a compound file"}});
+  try {
+    Import({bad}, std::nullopt);
+    ADD_FAILURE() << "a folder of unreadable files gave an empty scenario";
+  } catch (const InputError& e) {
+    EXPECT_THAT(e.what(), HasSubstr("nothing could be imported"));
+    EXPECT_THAT(e.what(), HasSubstr("a.pst: a damaged or unreadable Outlook data file"));
+    EXPECT_THAT(e.what(), HasSubstr("b.msg: a damaged Outlook item"));
+  }
 }
 
 }  // namespace

@@ -45,6 +45,9 @@ int ImportCommand(const std::vector<std::string>& paths, const std::string& out,
               << ".\n";
     for (const std::string& note : r.notes) std::cerr << "  note: " << note << "\n";
   }
+  for (const std::string& file : r.not_imported) {
+    std::cerr << "zintra-sim: not imported: " << file << "\n";
+  }
   return 0;
 }
 

@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <set>
+#include <string_view>
 
 #include "src/core/text.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/mime_reader.h"
+#include "tools/zintra-sim/msg_reader.h"
+#include "tools/zintra-sim/outlook_store_reader.h"
 #include "tools/zintra-sim/scenario_reader.h"
 #include "tools/zintra-sim/vcard_reader.h"
 
@@ -16,31 +20,56 @@ namespace fs = std::filesystem;
 
 namespace {
 
-enum class FileKind { kVCard, kMbox, kEml, kOther };
+enum class FileKind { kVCard, kMbox, kEml, kMsg, kOutlookStore, kUnknown };
 
-FileKind KindOf(const fs::path& path) {
+constexpr std::string_view kOleMagic("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8);
+
+// By content first (a compound file or an Outlook data file whatever its name), then by
+// extension, then by content again for files without a known extension (mail clients
+// keep mbox folders without one).
+FileKind KindOf(const fs::path& path, const std::string& bytes) {
+  if (bytes.compare(0, kOleMagic.size(), kOleMagic) == 0) return FileKind::kMsg;
+  if (bytes.compare(0, 4, "!BDN") == 0) return FileKind::kOutlookStore;
   std::string ext = text::LCase(path.extension().string());
   if (ext == ".vcf" || ext == ".vcard") return FileKind::kVCard;
   if (ext == ".mbox" || ext == ".mbx") return FileKind::kMbox;
+  if (ext == ".msg") return FileKind::kMsg;
+  if (ext == ".pst" || ext == ".ost") return FileKind::kOutlookStore;
+  size_t head = bytes.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
+  size_t start = bytes.find_first_not_of("\r\n", head);
+  if (start == std::string::npos) start = bytes.size();
+  if (bytes.compare(start, 5, "From ") == 0) return FileKind::kMbox;
   if (ext == ".eml" || ext == ".txt" || ext == ".msg822") return FileKind::kEml;
-  return FileKind::kOther;
+  if (text::StartsWith(text::UCase(bytes.substr(start, 11)), "BEGIN:VCARD")) {
+    return FileKind::kVCard;
+  }
+  // A mail's first line is a header: a name of printable characters, a colon.
+  std::string first = bytes.substr(start, bytes.find('\n', start) - start);
+  size_t colon = first.find(':');
+  bool header = colon != std::string::npos && colon > 0 &&
+                std::all_of(first.begin(), first.begin() + static_cast<long>(colon),
+                            [](char c) { return c > 32 && c < 127; });
+  return header ? FileKind::kEml : FileKind::kUnknown;
 }
 
-std::vector<fs::path> Expand(const std::vector<std::string>& paths) {
-  std::vector<fs::path> files;
+struct Source {
+  fs::path path;
+  bool named = false;  // named on the command line, not found in a folder
+};
+
+std::vector<Source> Expand(const std::vector<std::string>& paths) {
+  std::vector<Source> files;
   for (const std::string& p : paths) {
     std::error_code ec;
     if (fs::is_directory(p, ec)) {
       std::vector<fs::path> found;
       for (const auto& entry : fs::recursive_directory_iterator(p, ec)) {
-        if (entry.is_regular_file() && KindOf(entry.path()) != FileKind::kOther) {
-          found.push_back(entry.path());
-        }
+        if (entry.is_regular_file()) found.push_back(entry.path());
       }
       std::sort(found.begin(), found.end());
-      files.insert(files.end(), found.begin(), found.end());
+      for (fs::path& f : found) files.push_back({std::move(f), false});
     } else if (fs::is_regular_file(p, ec)) {
-      files.emplace_back(p);
+      files.push_back({p, true});
     } else {
       throw InputError(p, 0, "", "no such file or folder");
     }
@@ -50,6 +79,25 @@ std::vector<fs::path> Expand(const std::vector<std::string>& paths) {
 
 std::string Key(const PersonSpec& p) { return text::LCase(PersonText(p)); }
 
+// Exchange people whose SMTP address the items give, once each: the directory resolves
+// their Exchange addresses. Those given only by an Exchange address stay as they are.
+std::vector<PersonSpec> Directory(const std::vector<ItemSpec>& mails, const PersonSpec& me) {
+  std::vector<PersonSpec> people;
+  std::set<std::string> seen{text::LCase(me.exchange)};
+  auto add = [&](const PersonSpec& p) {
+    if (p.exchange.empty() || p.smtp.empty()) return;
+    if (!seen.insert(text::LCase(p.exchange)).second) return;
+    people.push_back(p);
+  };
+  for (const ItemSpec& m : mails) {
+    if (m.from) add(*m.from);
+    for (const auto* list : {&m.to, &m.cc, &m.bcc}) {
+      for (const PersonSpec& p : *list) add(p);
+    }
+  }
+  return people;
+}
+
 }  // namespace
 
 ImportResult Import(const std::vector<std::string>& paths, const std::optional<PersonSpec>& user) {
@@ -57,29 +105,62 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   ImportResult result;
   std::vector<ItemSpec> contacts, mails;
   int skipped = 0;
-  for (const fs::path& file : Expand(paths)) {
-    std::string bytes = ReadWholeFile(file.string());
-    FileKind kind = KindOf(file);
-    if (kind == FileKind::kVCard || (kind == FileKind::kOther && bytes.find("BEGIN:VCARD") == 0)) {
-      for (ItemSpec& c : ReadVCards(bytes, file.string())) {
-        if (c.emails.size() > 3) {
-          result.notes.push_back(file.string() + ": " + c.full_name + " has " +
-                                 std::to_string(c.emails.size()) +
-                                 " addresses; a contact keeps the first three");
+  for (const Source& source : Expand(paths)) {
+    std::string file = source.path.string();
+    try {
+      std::string bytes = ReadWholeFile(file);
+      std::vector<std::string> notes;
+      switch (KindOf(source.path, bytes)) {
+        case FileKind::kVCard:
+          for (ItemSpec& c : ReadVCards(bytes, file, &notes)) {
+            if (c.emails.size() > 3) {
+              notes.push_back(c.full_name + " has " + std::to_string(c.emails.size()) +
+                              " addresses; a contact keeps the first three");
+            }
+            contacts.push_back(std::move(c));
+          }
+          break;
+        case FileKind::kMbox:
+        case FileKind::kEml: {
+          bool mbox = KindOf(source.path, bytes) == FileKind::kMbox;
+          MailReadResult r = mbox ? ReadMbox(bytes, file) : ReadEml(bytes, file);
+          skipped += r.skipped_addresses;
+          notes.insert(notes.end(), r.notes.begin(), r.notes.end());
+          for (ItemSpec& m : r.items) mails.push_back(std::move(m));
+          break;
         }
-        contacts.push_back(std::move(c));
+        case FileKind::kMsg: {
+          ItemSpec item = ReadMsg(bytes, file);
+          (item.item_class == ItemClass::kContact ? contacts : mails).push_back(std::move(item));
+          break;
+        }
+        case FileKind::kOutlookStore: {
+          StoreReadResult r = ReadOutlookStore(file);
+          notes.insert(notes.end(), r.notes.begin(), r.notes.end());
+          for (ItemSpec& m : r.mails) mails.push_back(std::move(m));
+          for (ItemSpec& c : r.contacts) contacts.push_back(std::move(c));
+          break;
+        }
+        case FileKind::kUnknown:
+          throw InputError(file, 0, "",
+                           "not a vCard (.vcf), mail (.eml), mbox or Outlook (.msg, .pst, .ost) "
+                           "file");
       }
-    } else {
-      size_t head = bytes.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
-      bool mbox = kind == FileKind::kMbox || bytes.compare(head, 5, "From ") == 0;
-      MailReadResult r = mbox ? ReadMbox(bytes, file.string()) : ReadEml(bytes, file.string());
-      skipped += r.skipped_addresses;
-      for (ItemSpec& m : r.items) mails.push_back(std::move(m));
+      for (const std::string& note : notes) result.notes.push_back(file + ": " + note);
+    } catch (const InputError& e) {
+      if (source.named) throw;
+      result.not_imported.push_back(e.what());
     }
+  }
+  // A folder of which nothing could be read is bad input, not an empty mailbox.
+  if (contacts.empty() && mails.empty() && !result.not_imported.empty()) {
+    std::string why;
+    for (const std::string& f : result.not_imported) why += "\n  " + f;
+    throw InputError(paths.front(), 0, "", "nothing could be imported:" + why);
   }
   if (skipped > 0) {
     result.notes.push_back(std::to_string(skipped) +
-                           " recipient entries without an address (groups, local names) left out");
+                           " recipient entries without an address (empty groups) left out");
   }
 
   PersonSpec me;
@@ -105,6 +186,7 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
                            "> (use --user to say otherwise)");
   }
 
+  std::vector<PersonSpec> directory = Directory(mails, me);
   FolderSpec inbox{"Inbox", kOlMailItem, {}, {}};
   FolderSpec sent{"Sent Items", kOlMailItem, {}, {}};
   FolderSpec contact_folder{"Contacts", kOlContactItem, {}, {}};
@@ -130,6 +212,7 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
                   std::to_string(result.received) + " received and " + std::to_string(result.sent) +
                   " sent mails.";
   s.profile.user = me;
+  s.profile.directory = std::move(directory);
   StoreSpec mailbox;
   mailbox.kind = StoreKind::kMailbox;
   mailbox.folders = {std::move(inbox), std::move(sent), std::move(contact_folder)};

@@ -1,12 +1,16 @@
 // Importer: turns exported contacts and mail into a scenario profile, so a user can
 // dry-run the add-in's settings over a real mailbox. vCard files become contacts in
 // the mailbox's Contacts folder; mail sent by the user goes to Sent Items, the rest
-// to the Inbox, in date order. A folder given is read for its .vcf, .vcard, .eml and
-// .mbox files (sorted by name). The user is the one given, else the address that
+// to the Inbox, in date order. A folder given is read file by file (sorted by name),
+// each known by its content or extension: vCard, .eml, mbox (with or without an
+// extension), Outlook's .msg items and .pst/.ost data files. Exchange people whose SMTP address an
+// item gives make the profile's directory. The user is the one given, else the address that
 // receives the most of the imported mail.
 //
-// Every file is read before anything is returned: the first bad file throws
-// InputError (file, line, what was expected) and nothing is produced.
+// A file named on the command line that cannot be read throws InputError (file, line,
+// what was expected) and nothing is produced; a file found in a folder that cannot be
+// read (or is of no known kind) is named in `not_imported` with why, and the rest goes on;
+// when nothing at all could be read, InputError lists them.
 #pragma once
 
 #include <optional>
@@ -22,7 +26,8 @@ struct ImportResult {
   int contacts = 0;
   int received = 0;
   int sent = 0;
-  std::vector<std::string> notes;  // things the user should know (addresses left out)
+  std::vector<std::string> notes;         // things the user should know, per file
+  std::vector<std::string> not_imported;  // "file: why" for files of a folder left out
 };
 
 ImportResult Import(const std::vector<std::string>& paths, const std::optional<PersonSpec>& user);

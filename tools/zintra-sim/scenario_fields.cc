@@ -20,8 +20,9 @@ PersonSpec ReadPerson(const JsonNode& n) {
   n.OnlyKeys({"name", "smtp", "exchange"});
   PersonSpec p{n.String("name"), n.String("smtp"), n.String("exchange")};
   if (p.smtp.empty() && p.exchange.empty()) n.Fail("a person needs \"smtp\" or \"exchange\"");
-  if (!p.smtp.empty() && p.smtp.find('@') == std::string::npos) {
-    n.Need("smtp").Fail("expected an SMTP address (user@domain)");
+  // Old mail's local addresses ("abel") are kept as the mail gave them.
+  if (!p.smtp.empty() && p.smtp.find_first_of(" <>") != std::string::npos) {
+    n.Need("smtp").Fail("expected an SMTP address (user@domain, or a local name)");
   }
   if (!p.exchange.empty() && !text::StartsWith(text::LCase(p.exchange), "/o=")) {
     n.Need("exchange").Fail("expected an Exchange address starting \"/O=\"");

@@ -8,8 +8,8 @@ ordered_json PersonJson(const PersonSpec& p) {
   // The short form when it reads back the same.
   if (p.smtp.empty() != p.exchange.empty()) {
     std::string address = PersonText(p);
-    if (p.name == address) return address;
-    if (p.name.find_first_of("<>\"") == std::string::npos) return p.name + " <" + address + ">";
+    std::string text = p.name == address ? address : p.name + " <" + address + ">";
+    if (ParsePersonText(text) == p) return text;
   }
   ordered_json j;
   j["name"] = p.name;

@@ -1,12 +1,11 @@
 #include "tools/zintra-sim/vcard_reader.h"
 
-#include <glib.h>
-
 #include <algorithm>
 #include <cctype>
 
 #include "src/core/text.h"
 #include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/text_decoding.h"
 
 namespace zintra::simtool {
 
@@ -46,6 +45,10 @@ std::vector<LogicalLine> Unfold(const std::string& text) {
     ++number;
     pos = end + 1;
     if (line.empty()) {
+      // A soft line break before a blank line ends the value there.
+      if (!out.empty() && IsQuotedPrintable(out.back().text) && out.back().text.back() == '=') {
+        out.back().text.pop_back();
+      }
       base64 = false;
       if (end == text.size()) break;
       continue;
@@ -106,7 +109,7 @@ struct Property {
   std::string value;                // decoded, still escaped
 };
 
-Property ParseLine(const LogicalLine& l, const std::string& file) {
+Property ParseLine(const LogicalLine& l, const std::string& file, int* fallbacks) {
   size_t colon = std::string::npos;
   bool quoted = false;
   for (size_t i = 0; i < l.text.size(); ++i) {
@@ -136,7 +139,9 @@ Property ParseLine(const LogicalLine& l, const std::string& file) {
   }
   p.value = l.text.substr(colon + 1);
   if (qp) p.value = DecodeQuotedPrintable(p.value);
-  if (!charset.empty()) p.value = ToUtf8(p.value, charset);
+  bool fell_back = false;
+  p.value = DecodeText(p.value, charset, &fell_back);
+  if (fell_back) ++*fallbacks;
   return p;
 }
 
@@ -177,22 +182,10 @@ std::string DecodeQuotedPrintable(const std::string& in) {
   return out;
 }
 
-std::string ToUtf8(const std::string& s, const std::string& charset) {
-  if (charset.empty() || text::EqualsNoCase(charset, "UTF-8") ||
-      text::EqualsNoCase(charset, "us-ascii")) {
-    return s;
-  }
-  gsize written = 0;
-  gchar* converted = g_convert(s.data(), static_cast<gssize>(s.size()), "UTF-8", charset.c_str(),
-                               nullptr, &written, nullptr);
-  if (converted == nullptr) return s;
-  std::string out(converted, written);
-  g_free(converted);
-  return out;
-}
-
-std::vector<ItemSpec> ReadVCards(const std::string& text, const std::string& file) {
+std::vector<ItemSpec> ReadVCards(const std::string& text, const std::string& file,
+                                 std::vector<std::string>* notes) {
   std::vector<ItemSpec> cards;
+  int fallbacks = 0;
   std::vector<LogicalLine> lines = Unfold(text);
   bool in_card = false;
   int begin_line = 0;
@@ -200,7 +193,7 @@ std::vector<ItemSpec> ReadVCards(const std::string& text, const std::string& fil
   std::string version, n_name, org_name;
   std::vector<std::pair<bool, std::string>> emails;  // (preferred, address)
   for (const LogicalLine& l : lines) {
-    Property p = ParseLine(l, file);
+    Property p = ParseLine(l, file, &fallbacks);
     if (!in_card) {
       if (p.name != "BEGIN" || !text::EqualsNoCase(text::Trim(p.value), "VCARD")) {
         throw InputError(file, l.line, "",
@@ -283,6 +276,10 @@ std::vector<ItemSpec> ReadVCards(const std::string& text, const std::string& fil
   }
   if (in_card) {
     throw InputError(file, begin_line, "", "the card begun here is not closed by END:VCARD");
+  }
+  if (fallbacks > 0 && notes != nullptr) {
+    notes->push_back(std::to_string(fallbacks) + (fallbacks == 1 ? " value" : " values") +
+                     " in no declared or fitting charset read as Windows-1252");
   }
   return cards;
 }

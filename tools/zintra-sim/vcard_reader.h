@@ -3,7 +3,8 @@
 // preferred address first), CATEGORIES, ORG (the organisation, not the unit) and
 // CLASS (PRIVATE -> private, CONFIDENTIAL -> confidential sensitivity). Folded lines,
 // quoted-printable values with soft line breaks, 2.1 CHARSET parameters and the
-// backslash escapes of 3.0/4.0 are decoded; binary values (photos) are skipped.
+// backslash escapes of 3.0/4.0 are decoded; text in no charset that is not UTF-8 is read
+// as Windows-1252; binary values (photos) are skipped.
 //
 // Errors throw InputError naming the file and line: a line outside a card, a content
 // line without "name:value", an unknown VERSION, a card not closed by END:VCARD, a
@@ -17,12 +18,12 @@
 
 namespace zintra::simtool {
 
-// Contact items (class contact) in file order; `file` names the source in errors.
-std::vector<ItemSpec> ReadVCards(const std::string& text, const std::string& file);
+// Contact items (class contact) in file order; `file` names the source in errors. What the
+// user should know about the file (values read as Windows-1252) goes to `notes`.
+std::vector<ItemSpec> ReadVCards(const std::string& text, const std::string& file,
+                                 std::vector<std::string>* notes = nullptr);
 
 // Decodes quoted-printable text ("=C3=A9", soft line breaks "=\n").
 std::string DecodeQuotedPrintable(const std::string& text);
-// Converts text in `charset` to UTF-8 (unknown charsets: the text unchanged).
-std::string ToUtf8(const std::string& text, const std::string& charset);
 
 }  // namespace zintra::simtool

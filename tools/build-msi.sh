@@ -51,7 +51,7 @@ for arch in "${archs[@]}"; do
     echo "build-msi: $dll is $actual, not $format" >&2
     exit 1
   fi
-  imports=$("$triple-objdump" -p "$dll" | sed -n 's/.*DLL Name: \(.*\)/\1/p' | tr 'A-Z' 'a-z')
+  imports=$("$triple-objdump" -p "$dll" | sed -n 's/.*DLL Name: \(.*\)/\1/p' | tr '[:upper:]' '[:lower:]')
   [ -n "$imports" ] || { echo "build-msi: no import table in $dll" >&2; exit 1; }
   for name in $imports; do
     if [[ " ${system_dlls[*]} " != *" $name "* ]]; then
@@ -59,7 +59,7 @@ for arch in "${archs[@]}"; do
       exit 1
     fi
   done
-  echo "imports: $(echo $imports)"
+  echo "imports: ${imports//$'\n'/ }"
   # COM finds the entry points by these undecorated names (a 32-bit stdcall name would
   # otherwise be exported as DllGetClassObject@12).
   exports=$("$triple-objdump" -p "$dll" | sed -n '/Ordinal\/Name Pointer/,/^$/s/.*\] //p')

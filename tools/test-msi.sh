@@ -40,8 +40,7 @@ timeout 60 wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >
 timeout 60 wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1024x768 /f >/dev/null
 wine32=0
 [ -e "$WINEPREFIX/drive_c/windows/syswow64/kernel32.dll" ] && wine32=1
-profile=$(cd "$WINEPREFIX/drive_c/users" && ls -d */ | grep -v -x 'Public/' | head -1)
-profile=./users/${profile%/}
+profile=./users/$(id -un)  # Wine names the profile after the Unix user
 
 # The state an install may touch: the Software keys of both hives, read from the prefix's
 # registry files (written when wineserver exits), and every path on drive C. Left out:
@@ -245,7 +244,7 @@ for broken in BrokenMedia:user FailAfterRegistration:machine; do
   fi
   # The failure came where it was meant to: copying the files, or after the registry
   # entries were written (the installer's log names each action and its result).
-  if [ $broken = BrokenMedia ]; then
+  if [ "$broken" = BrokenMedia ]; then
     failing='/InstallFiles\. Return value 0/ { ok = 1 }'
   else
     failing='/WriteRegistryValues\. Return value 1/ { written = 1 }

@@ -15,6 +15,11 @@ for preset in "${presets[@]}"; do
   if [ "$preset" = msi ]; then
     echo "== installer packages =="
     bash tools/build-msi.sh
+    # With 32-bit Wine (ZINTRA_WINE32=1 bash tools/setup-debian.sh) the 32-bit DLL is loaded
+    # by the 32-bit test host too.
+    if dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q "install ok installed"; then
+      cmake --build build/win32-mingw --target com_host_tests -j "$(nproc)"
+    fi
     bash tools/test-msi.sh
     continue
   fi

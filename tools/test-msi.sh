@@ -32,6 +32,33 @@ for broken in BrokenMedia FailAfterRegistration; do
   ZINTRA_MSI_OUT=$work/$broken bash tools/build-msi.sh x64 -- -D $broken=1 >/dev/null
 done
 
+# What Windows decides before installing anything, from the packages' own tables: the
+# platform (a 64-bit package is refused by 32-bit Windows), whether elevation is needed
+# (word count bit 8 set: a per-user install asks for no administrator rights), ALLUSERS
+# (1: per machine), and no self-registration or custom actions.
+step "package properties"
+if command -v msiinfo >/dev/null; then
+  for arch in x64 x86; do
+    for scope in user machine; do
+      msi=$msi_dir/Zintra-$version-$arch-$scope.msi
+      [ -f "$msi" ] || continue
+      template=$(msiinfo suminfo "$msi" | sed -n 's/^Template: //p')
+      word_count=$(msiinfo suminfo "$msi" | sed -n 's/^Source: \([0-9]*\).*/\1/p')
+      all_users=$(msiinfo export "$msi" Property | tr -d '\r' | awk -F '\t' '$1 == "ALLUSERS" { print $2 }')
+      platform=x64 no_elevation=8 expected_all_users=""
+      [ "$arch" = x86 ] && platform=Intel
+      [ "$scope" = machine ] && no_elevation=0 expected_all_users=1
+      [ "$template" = "$platform;1033" ] || fail "$msi: platform $template, not $platform"
+      [ $((word_count & 8)) = $no_elevation ] || fail "$msi: word count $word_count"
+      [ "$all_users" = "$expected_all_users" ] || fail "$msi: ALLUSERS '$all_users'"
+      msiinfo tables "$msi" | grep -q -x SelfReg && fail "$msi: has a SelfReg table"
+      [ "$(msiinfo export "$msi" CustomAction | wc -l)" = 3 ] || fail "$msi: has custom actions"
+    done
+  done
+else
+  echo "(msiinfo is missing: apt-get install msitools)"
+fi
+
 step "a fresh Wine prefix: $WINEPREFIX"
 rm -rf "$WINEPREFIX"
 timeout 120 wineboot -i >/dev/null 2>&1 || true

@@ -1,13 +1,26 @@
 #!/usr/bin/env bash
-# Builds and runs the whole suite under each preset given (default: default, asan and
-# win64-mingw; the last cross-builds the Windows host and runs its tests under Wine).
+# Builds and runs the whole suite under each preset given (default: default, asan,
+# win64-mingw and msi; win64-mingw cross-builds the Windows host and runs its tests under
+# Wine, msi builds the installer packages of both bitnesses and installs and removes them
+# under Wine).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 presets=("$@")
-[ ${#presets[@]} -gt 0 ] || presets=(default asan win64-mingw)
+[ ${#presets[@]} -gt 0 ] || presets=(default asan win64-mingw msi)
 for preset in "${presets[@]}"; do
   if [ "$preset" = win64-mingw ]; then
     bash tools/test-windows.sh
+    continue
+  fi
+  if [ "$preset" = msi ]; then
+    echo "== installer packages =="
+    bash tools/build-msi.sh
+    # With 32-bit Wine (ZINTRA_WINE32=1 bash tools/setup-debian.sh) the 32-bit DLL is loaded
+    # by the 32-bit test host too.
+    if dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q "install ok installed"; then
+      cmake --build build/win32-mingw --target com_host_tests -j "$(nproc)"
+    fi
+    bash tools/test-msi.sh
     continue
   fi
   echo "== preset $preset =="

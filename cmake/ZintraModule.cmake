@@ -29,16 +29,23 @@ endfunction()
 # out with SKIP_UNITY_BUILD_INCLUSION in its folder's CMakeLists.txt.
 option(ZINTRA_UNITY_TESTS "Compile each test program as a unity build" ON)
 
+# Test programs compile as unity builds: a folder's test files share one fixture header
+# and GoogleTest/GoogleMock, which one translation unit then parses and instantiates once
+# instead of once per file. A file whose file-local names clash with a sibling's is left
+# out with SKIP_UNITY_BUILD_INCLUSION in its folder's CMakeLists.txt.
+option(ZINTRA_UNITY_TESTS "Compile each test program as a unity build" ON)
+
 # zintra_test(NAME DEPS...): one GoogleTest program of every .cc in the calling folder.
 function(zintra_test name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cc)
   add_executable(${name} ${sources})
   set_target_properties(${name} PROPERTIES UNITY_BUILD ${ZINTRA_UNITY_TESTS}
     UNITY_BUILD_BATCH_SIZE 0)
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ${ZINTRA_UNITY_TESTS}
+    UNITY_BUILD_BATCH_SIZE 0)
   target_link_libraries(${name} PRIVATE ${ARGN} GTest::gmock GTest::gtest_main)
   zintra_warnings(${name})
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES ENVIRONMENT "ZINTRA_SHARED_DIR=${PROJECT_SOURCE_DIR}/../shared")
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
 endfunction()
 
 # zintra_wine_test(NAME DEPS...): a GoogleTest program for Windows of every .cc in the

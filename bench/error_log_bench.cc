@@ -9,7 +9,7 @@
 #include <random>
 #include <string>
 
-#include "sim/errorlog/sqlite_error_log.h"
+#include "hosts/errorlog/sqlite_error_log.h"
 #include "sim/files/memory_file_system.h"
 #include "sim/platform/sim_platform.h"
 #include "sim/registry/memory_registry.h"
@@ -62,7 +62,7 @@ void LogThroughErrorHandling(benchmark::State& state, uint32_t cap_kb) {
   sim::MemoryRegistry registry;
   sim::MemoryFileSystem files;
   sim::SimPlatform platform;
-  sim::SqliteErrorLogFactory factory(folder);
+  hosts::SqliteErrorLogFactory factory(folder);
   sim::RecordingMsgBox msg_box;
   StringTable strings;
   registry.SetString(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogPath",

@@ -1,5 +1,6 @@
 # zintra_module(NAME DEPS...): a static library of every .cc in the calling folder,
-# compiled with the project's warnings-as-errors set.
+# compiled with the project's warnings-as-errors set. Its users see the repository root
+# and the headers CMake makes (src/core/version.h).
 function(zintra_warnings target)
   if(MSVC)
     target_compile_options(${target} PRIVATE /W4 /WX)
@@ -13,24 +14,31 @@ function(zintra_module name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cc)
   if(sources)
     add_library(${name} STATIC ${sources})
-    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR} ${ZINTRA_GENERATED_DIR})
     target_link_libraries(${name} PUBLIC ${ARGN})
     zintra_warnings(${name})
   else()
     add_library(${name} INTERFACE)
-    target_include_directories(${name} INTERFACE ${PROJECT_SOURCE_DIR})
+    target_include_directories(${name} INTERFACE ${PROJECT_SOURCE_DIR} ${ZINTRA_GENERATED_DIR})
     target_link_libraries(${name} INTERFACE ${ARGN})
   endif()
 endfunction()
+
+# Test programs compile as unity builds: a folder's test files share one fixture header
+# and GoogleTest/GoogleMock, which one translation unit then parses and instantiates once
+# instead of once per file. A file whose file-local names clash with a sibling's is left
+# out with SKIP_UNITY_BUILD_INCLUSION in its folder's CMakeLists.txt.
+option(ZINTRA_UNITY_TESTS "Compile each test program as a unity build" ON)
 
 # zintra_test(NAME DEPS...): one GoogleTest program of every .cc in the calling folder.
 function(zintra_test name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cc)
   add_executable(${name} ${sources})
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ${ZINTRA_UNITY_TESTS}
+    UNITY_BUILD_BATCH_SIZE 0)
   target_link_libraries(${name} PRIVATE ${ARGN} GTest::gmock GTest::gtest_main)
   zintra_warnings(${name})
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES ENVIRONMENT "ZINTRA_SHARED_DIR=${PROJECT_SOURCE_DIR}/../shared")
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
 endfunction()
 
 # zintra_wine_test(NAME DEPS...): a GoogleTest program for Windows of every .cc in the

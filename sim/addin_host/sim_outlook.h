@@ -27,7 +27,7 @@
 
 #include "sim/addin_host/sim_com_add_in.h"
 #include "sim/addin_host/sim_keep_alive.h"
-#include "sim/errorlog/sqlite_error_log.h"
+#include "hosts/errorlog/sqlite_error_log.h"
 #include "sim/files/memory_file_system.h"
 #include "sim/mapi/sim_outlook_host.h"
 #include "sim/outlook/sim_ol_application.h"
@@ -71,7 +71,7 @@ class SimOutlook {
   RecordingShell shell;
   RecordingMsgBox msg_box;
   RecordingDialogViews dialogs;
-  SqliteErrorLogFactory error_logs;
+  hosts::SqliteErrorLogFactory error_logs;
   // The toolbar library and Word, installed with Outlook (Host.toolbar_library, Host.word);
   // an add-in composed without a toolbar part never reaches them.
   SimToolbarLibrary toolbar_library;

@@ -27,6 +27,7 @@
 #include "src/core/value.h"
 #include "src/host/mapi_object.h"
 #include "src/host/window.h"
+#include "src/core/version.h"
 
 namespace zintra {
 
@@ -57,11 +58,6 @@ inline constexpr char kPropSharedCopyStoreIds[] = "Zintra Shared Copy Store IDs"
 
 // The value "Zintra Tag" holds while a job of the system owns the item.
 inline constexpr char kZintraTagProcessing[] = "Processing";
-
-// The add-in's own version numbers (Version() joins them with points).
-inline constexpr int32_t kAddinVersionMajor = 3;
-inline constexpr int32_t kAddinVersionMinor = 0;
-inline constexpr int32_t kAddinVersionRevision = 112;
 
 // What ZintraUtils is connected to at start-up. Null members are allowed: the
 // operations that need them raise 91 (OptionalMsgBox only logs).

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "sim/errorlog/sqlite_error_log.h"
+#include "hosts/errorlog/sqlite_error_log.h"
 #include "sim/files/memory_file_system.h"
 #include "sim/platform/sim_platform.h"
 #include "sim/registry/memory_registry.h"
@@ -36,7 +36,7 @@ class ErrorHandlingTest : public testing::Test {
   void SetLogPath(const std::string& path) {
     registry_.SetString(kHKeyCurrentUser, kLoggingKey, "LogPath", path);
   }
-  std::vector<sim::ErrorLogRow> Rows() {
+  std::vector<hosts::ErrorLogRow> Rows() {
     if (factory_.Created().empty()) return {};
     return factory_.Created().back()->Rows();
   }
@@ -52,7 +52,7 @@ class ErrorHandlingTest : public testing::Test {
   sim::MemoryRegistry registry_;
   sim::MemoryFileSystem files_;
   sim::SimPlatform platform_;
-  sim::SqliteErrorLogFactory factory_{tmp_.path()};
+  hosts::SqliteErrorLogFactory factory_{tmp_.path()};
   sim::RecordingMsgBox msg_box_;
   StringTable strings_;
   ErrorHandling errors_{{factory_, msg_box_, registry_, files_, platform_, strings_}};
@@ -175,7 +175,7 @@ TEST_F(ErrorHandlingTest, MissingComponentOrUnopenableFileMakesWritesDoNothing) 
   EXPECT_TRUE(factory_.Created().empty());
   EXPECT_EQ(errors_.LogFilePath(), "");
 
-  sim::SqliteErrorLogFactory factory(tmp_.path());
+  hosts::SqliteErrorLogFactory factory(tmp_.path());
   ErrorHandling other({factory, msg_box_, registry_, files_, platform_, strings_});
   std::filesystem::create_directories(tmp_.path() / "ZINTRAERRORS.MDB");
   EXPECT_NO_THROW(other.LogWarning("lost"));
@@ -208,7 +208,7 @@ TEST_F(ErrorHandlingTest, ChangedLogPathMovesTheFileAndLevelApplies) {
 
   EXPECT_FALSE(std::filesystem::exists(tmp_.path() / "ZINTRAERRORS.MDB"));
   EXPECT_EQ(errors_.LogFilePath(), tmp_.str() + "\\moved\\ZINTRAERRORS.MDB");
-  auto rows = sim::SqliteErrorLog::ReadRows(tmp_.path() / "moved" / "ZINTRAERRORS.MDB");
+  auto rows = hosts::SqliteErrorLog::ReadRows(tmp_.path() / "moved" / "ZINTRAERRORS.MDB");
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_EQ(rows[0].description, "first");
   EXPECT_EQ(rows[1].kind, "Error");

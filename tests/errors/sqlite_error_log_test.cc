@@ -1,4 +1,4 @@
-#include "sim/errorlog/sqlite_error_log.h"
+#include "hosts/errorlog/sqlite_error_log.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include "src/core/z_error.h"
 #include "tests/errors/temp_folder.h"
 
-namespace zintra::sim {
+namespace zintra::hosts {
 namespace {
 
 using testing_support::TempFolder;
@@ -137,4 +137,4 @@ TEST_F(SqliteErrorLogTest, FailuresRaiseErrors) {
 }
 
 }  // namespace
-}  // namespace zintra::sim
+}  // namespace zintra::hosts

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "sim/errorlog/sqlite_error_log.h"
+#include "hosts/errorlog/sqlite_error_log.h"
 #include "sim/files/memory_file_system.h"
 #include "sim/platform/sim_platform.h"
 #include "sim/registry/memory_registry.h"
@@ -36,7 +36,7 @@ class OptionalMessagesTest : public testing::Test {
   sim::MemoryRegistry registry_;
   sim::MemoryFileSystem files_;
   sim::SimPlatform platform_;
-  sim::SqliteErrorLogFactory factory_;
+  hosts::SqliteErrorLogFactory factory_;
   sim::RecordingMsgBox msg_box_;
   sim::RecordingDialogViews views_;
   StringTable strings_;

@@ -1,6 +1,6 @@
 // The program as a user runs it: bad input of every kind stops it with exit code 2, a
 // message naming the file, the line or field and what was expected, and nothing
-// written; failed expectations exit 1 with each one named; every shared sample file
+// written; failed expectations exit 1 with each one named; every sample file
 // imports, and the imported scenario plays.
 #include <algorithm>
 #include <cstdlib>
@@ -168,8 +168,7 @@ TEST_F(CliTest, QuietPrintsNoStepsAndLogLevelZeroKeepsTheLogEmpty) {
 
 std::vector<std::string> SampleFiles() {
   std::vector<std::string> files;
-  const char* shared = std::getenv("ZINTRA_SHARED_DIR");
-  fs::path root = fs::path(shared ? shared : "/work/shared") / "data" / "mail";
+  fs::path root = fs::path(ZINTRA_TEST_DATA) / "mail";
   for (const char* kind : {"eml", "mbox", "vcf"}) {
     if (!fs::is_directory(root / kind)) continue;
     for (const auto& e : fs::directory_iterator(root / kind)) files.push_back(e.path().string());
@@ -180,7 +179,7 @@ std::vector<std::string> SampleFiles() {
 
 class SampleImportTest : public CliTest, public ::testing::WithParamInterface<std::string> {};
 
-// Every shared sample imports (under the extension of its kind: the .txt samples are
+// Every sample file imports (under the extension of its kind: the .txt samples are
 // messages and mbox files), and the scenario made from it plays.
 TEST_P(SampleImportTest, ImportsAndThePlayedScenarioRuns) {
   fs::path sample = GetParam();

@@ -1,5 +1,5 @@
-// Import of real exported contacts and mail (the shared sample files), and of bad files.
-#include <cstdlib>
+// Import of real exported contacts and mail (the sample files in tests/data/mail), and of
+// bad files.
 #include <filesystem>
 #include <fstream>
 
@@ -20,13 +20,9 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 std::string Samples() {
-  const char* dir = std::getenv("ZINTRA_SHARED_DIR");
-  std::string path = std::string(dir ? dir : "") + "/data/mail";
-  if (!dir || !std::filesystem::is_directory(path)) {
-    ADD_FAILURE() << "The sample mail folder is missing: set ZINTRA_SHARED_DIR to the shared "
-                     "folder holding data/mail (ctest sets it to <repo>/../shared); looked in '"
-                  << path << "'";
-  }
+  std::string path = std::string(ZINTRA_TEST_DATA) + "/mail";
+  if (!std::filesystem::is_directory(path))
+    ADD_FAILURE() << "The sample mail folder is missing: looked in '" << path << "'";
   return path;
 }
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "sim/errorlog/sqlite_error_log.h"
+#include "hosts/errorlog/sqlite_error_log.h"
 #include "win32/com/windows_api.h"
 #include "win32/ports/win32_error_log_factory.h"
 #include "win32/ports/win32_file_system.h"
@@ -31,8 +31,8 @@ class ErrorLogTest : public ::testing::Test {
     RemoveDirectoryA(root_.c_str());
   }
 
-  std::shared_ptr<sim::SqliteErrorLog> Create() {
-    return std::dynamic_pointer_cast<sim::SqliteErrorLog>(Win32ErrorLogFactory().CreateErrorLog());
+  std::shared_ptr<hosts::SqliteErrorLog> Create() {
+    return std::dynamic_pointer_cast<hosts::SqliteErrorLog>(Win32ErrorLogFactory().CreateErrorLog());
   }
 
   std::string root_, folder_;
@@ -59,7 +59,7 @@ TEST_F(ErrorLogTest, EntriesSurviveReopeningAndMoving) {
     log->LogMessage("Zintra", "After the move", false, versions_);
   }
   EXPECT_FALSE(Win32FileSystem().FileExists(path));
-  const auto rows = sim::SqliteErrorLog::ReadRows(Create()->ToNative(moved));
+  const auto rows = hosts::SqliteErrorLog::ReadRows(Create()->ToNative(moved));
   ASSERT_EQ(rows.size(), 3u);
   EXPECT_EQ(rows[0].kind, "Error");
   EXPECT_EQ(rows[0].error_number, 424);

@@ -1,4 +1,4 @@
-#include "sim/errorlog/sqlite_error_log.h"
+#include "hosts/errorlog/sqlite_error_log.h"
 
 #include <sqlite3.h>
 
@@ -7,7 +7,7 @@
 
 #include "src/core/z_error.h"
 
-namespace zintra::sim {
+namespace zintra::hosts {
 namespace {
 
 constexpr int32_t kErrPathFileAccess = 75;
@@ -326,4 +326,4 @@ std::shared_ptr<ErrorLogStore> SqliteErrorLogFactory::CreateErrorLog() {
   return log;
 }
 
-}  // namespace zintra::sim
+}  // namespace zintra::hosts

@@ -20,7 +20,7 @@
 
 struct sqlite3;
 
-namespace zintra::sim {
+namespace zintra::hosts {
 
 // One row of the table, as support reads it.
 struct ErrorLogRow {
@@ -102,4 +102,4 @@ class SqliteErrorLogFactory : public ErrorLogFactory {
   std::vector<std::shared_ptr<SqliteErrorLog>> created_;
 };
 
-}  // namespace zintra::sim
+}  // namespace zintra::hosts

@@ -30,13 +30,17 @@ endfunction()
 # out with SKIP_UNITY_BUILD_INCLUSION in its folder's CMakeLists.txt.
 option(ZINTRA_UNITY_TESTS "Compile each test program as a unity build" ON)
 
+# Every test program fails a test in which the system's handlers caught a programming
+# error (tests/support/programming_error_guard.cc).
+set(ZINTRA_TEST_GUARD ${PROJECT_SOURCE_DIR}/tests/support/programming_error_guard.cc)
+
 # zintra_test(NAME DEPS...): one GoogleTest program of every .cc in the calling folder.
 function(zintra_test name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cc)
-  add_executable(${name} ${sources})
+  add_executable(${name} ${sources} ${ZINTRA_TEST_GUARD})
   set_target_properties(${name} PROPERTIES UNITY_BUILD ${ZINTRA_UNITY_TESTS}
     UNITY_BUILD_BATCH_SIZE 0)
-  target_link_libraries(${name} PRIVATE ${ARGN} GTest::gmock GTest::gtest_main)
+  target_link_libraries(${name} PRIVATE ${ARGN} zintra_errors GTest::gmock GTest::gtest_main)
   zintra_warnings(${name})
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
 endfunction()
@@ -45,7 +49,7 @@ endfunction()
 # calling folder; tools/test-windows.sh runs it under Wine.
 function(zintra_wine_test name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cc)
-  add_executable(${name} ${sources})
-  target_link_libraries(${name} PRIVATE ${ARGN} gmock gtest_main)
+  add_executable(${name} ${sources} ${ZINTRA_TEST_GUARD})
+  target_link_libraries(${name} PRIVATE ${ARGN} zintra_errors gmock gtest_main)
   zintra_warnings(${name})
 endfunction()

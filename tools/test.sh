@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Builds and runs the whole suite under each preset given (default: default, asan and
 # win64-mingw; the last cross-builds the Windows host and runs its tests under Wine).
+# "fuzz" builds the libFuzzer targets and runs each for ZINTRA_FUZZ_SECONDS (default 10);
+# the normal and asan suites already replay every kept fuzz input.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 presets=("$@")
@@ -8,6 +10,10 @@ presets=("$@")
 for preset in "${presets[@]}"; do
   if [ "$preset" = win64-mingw ]; then
     bash tools/test-windows.sh
+    continue
+  fi
+  if [ "$preset" = fuzz ]; then
+    bash tools/fuzz.sh "${ZINTRA_FUZZ_SECONDS:-10}"
     continue
   fi
   echo "== preset $preset =="

@@ -171,16 +171,17 @@ class Parser {
     std::string kind = text::LCase(first.substr(0, colon));
     value->type = kRegBinary;
     if (kind != "hex") {
-      if (kind.size() < 6 || kind.compare(0, 4, "hex(") != 0 || kind.back() != ')' ||
-          kind.find_first_not_of("0123456789abcdef", 4) != kind.size() - 1) {
+      // A value type is a DWORD: at most eight hexadecimal digits.
+      if (kind.size() < 6 || kind.size() > 13 || kind.compare(0, 4, "hex(") != 0 ||
+          kind.back() != ')' || kind.find_first_not_of("0123456789abcdef", 4) != kind.size() - 1) {
         Fail(number, "unknown value type '" + first.substr(0, colon) + "'");
       }
       value->type = static_cast<uint32_t>(std::stoul(kind.substr(4, kind.size() - 5), nullptr, 16));
     }
-    std::string bytes_text = first.substr(colon + 1);
-    // A line that ends in a backslash goes on in the next line.
-    while (!StripBlanks(bytes_text).empty() && StripBlanks(bytes_text).back() == '\\') {
-      bytes_text = StripBlanks(bytes_text);
+    std::string bytes_text = StripBlanks(first.substr(colon + 1));
+    // A line that ends in a backslash goes on in the next line. Only the new line is
+    // stripped, so data continued over many lines is read in linear time.
+    while (!bytes_text.empty() && bytes_text.back() == '\\') {
       bytes_text.pop_back();
       if (++*index >= lines_.size()) Fail(number, "the file ends inside continued hex data");
       std::string next = StripBlanks(lines_[*index].text);

@@ -127,7 +127,34 @@ INSTANTIATE_TEST_SUITE_P(
         BadFile{"\"b\"=hex:01,\\\r\n  02,\\\r\n", 5, "continued hex data"},
         BadFile{"\"b\" dword:1\r\n", 5, "'='"}, BadFile{"\"b\"=42\r\n", 5, "value data"},
         BadFile{"garbage\r\n", 5, "not a key"},
-        BadFile{"[-HKEY_CURRENT_USER\\Software\\Gone]\r\n\"c\"=\"x\"\r\n", 6, "being deleted"}));
+        BadFile{"[-HKEY_CURRENT_USER\\Software\\Gone]\r\n\"c\"=\"x\"\r\n", 6, "being deleted"},
+        // A value type is a DWORD; more digits are no type at all, not a reader fault.
+        BadFile{"\"b\"=hex(100000000):00\r\n", 5, "unknown value type"},
+        BadFile{"\"b\"=hex(ffffffffffffffffffffffff):00\r\n", 5, "unknown value type"}));
+
+// Files far larger than a person writes: a value continued over many lines and a key
+// of many values import in linear time (ctest's time limit stops a quadratic reader).
+TEST(RegFileTest, LargeFilesImport) {
+  const int kLines = 100000;
+  std::string text = "REGEDIT4\r\n[HKEY_CURRENT_USER\\Software\\Big]\r\n\"blob\"=hex:\\\r\n";
+  for (int i = 0; i < kLines; ++i) text += "  00,01,02,03,04,05,06,07,\\\r\n";
+  text += "  ff\r\n";
+  for (int i = 0; i < kLines; ++i) {
+    text += "\"v" + std::to_string(i) + "\"=dword:" + std::to_string(i % 10) + "\r\n";
+  }
+  text += "\"V0\"=dword:00000009\r\n";  // names are case-insensitive: this replaces v0
+  MemoryRegistry reg;
+  RegFile::Import(reg, text, "big.reg");
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "blob")->data.size(), kLines * 8u + 1);
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "v77777")->AsDword(), 7u);
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "v0")->AsDword(), 9u);
+  EXPECT_EQ(reg.Values(kCU, "Software\\Big").size(), kLines + 1u);
+  EXPECT_TRUE(reg.RemoveValue(kCU, "Software\\Big", "V5"));
+  EXPECT_FALSE(reg.GetValue(kCU, "Software\\Big", "v5"));
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "v6")->AsDword(), 6u);
+  // Enumeration keeps the file's order: blob, v0, ..., v4, v6, ...
+  EXPECT_EQ(reg.Values(kCU, "Software\\Big")[6].name, "v6");
+}
 
 TEST(RegFileTest, AFileMustStartWithItsHeader) {
   MemoryRegistry reg;

@@ -1,4 +1,5 @@
 // RegFile::Import: parse everything into operations first, then apply them.
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -132,6 +133,9 @@ class Parser {
     }
     path_ = slash == std::string::npos ? std::string() : name.substr(slash + 1);
     if (path_.empty()) Fail(number, "a hive cannot be created or deleted");
+    if (static_cast<size_t>(std::count(path_.begin(), path_.end(), '\\')) >= kMaxKeyDepth) {
+      Fail(number, "a key more than " + std::to_string(kMaxKeyDepth) + " levels deep");
+    }
     key_ = true;
     operations_.push_back(
         Operation{key_deleted_ ? Operation::kDeleteKey : Operation::kCreateKey, hive_, path_, {}});
@@ -200,7 +204,8 @@ class Parser {
       }
       bytes.push_back(static_cast<char>(std::stoul(part, nullptr, 16)));
     }
-    if (unicode_ && (value->type == kRegExpandSz || value->type == kRegMultiSz)) {
+    if (unicode_ &&
+        (value->type == kRegSz || value->type == kRegExpandSz || value->type == kRegMultiSz)) {
       if (bytes.size() % 2 != 0) Fail(number, "UTF-16 string data with an odd number of bytes");
       bytes = Utf16LeToUtf8(bytes);
     }

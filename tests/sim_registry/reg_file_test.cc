@@ -86,6 +86,25 @@ TEST(RegFileTest, ExportThenImportRebuildsTheSameTree) {
   for (const std::string& line : text::Split(big, "\r\n")) EXPECT_LE(line.size(), 80u);
 }
 
+// Text with a line break cannot stand between quotes on one line; it is written as
+// hex(1) bytes, as regedit writes a string it cannot quote (UTF-16LE in a version 5
+// file, the bytes themselves in REGEDIT4), and reads back the same.
+TEST(RegFileTest, TextWithALineBreakExportsAsBytes) {
+  MemoryRegistry reg;
+  const std::string text = "two\r\nlines";
+  reg.SetString(kCU, "Software\\X", "note", text);
+  std::string exported = RegFile::Export(reg, kCU, "Software\\X", RegEncoding::kUtf8);
+  EXPECT_NE(exported.find("\"note\"=hex(1):74,00,77,00,6f,00,0d,00,0a,00,6c,00"), std::string::npos)
+      << exported;
+  MemoryRegistry copy;
+  RegFile::Import(copy, exported, "x.reg");
+  EXPECT_EQ(copy.GetValue(kCU, "Software\\X", "note")->AsString(), text);
+  RegFile::Import(copy,
+                  "REGEDIT4\r\n[HKEY_CURRENT_USER\\Software\\Y]\r\n\"n\"=hex(1):61,0d,0a,62,00\r\n",
+                  "y.reg");
+  EXPECT_EQ(copy.GetValue(kCU, "Software\\Y", "n")->AsString(), "a\r\nb");
+}
+
 struct BadFile {
   const char* body;
   int line;
@@ -154,6 +173,31 @@ TEST(RegFileTest, LargeFilesImport) {
   EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "v6")->AsDword(), 6u);
   // Enumeration keeps the file's order: blob, v0, ..., v4, v6, ...
   EXPECT_EQ(reg.Values(kCU, "Software\\Big")[6].name, "v6");
+}
+
+// Windows keeps a registry tree at most 512 levels deep; a deeper key in a file is an
+// error in the file (and a tree 100,000 deep would exhaust the stack when freed).
+TEST(RegFileTest, KeysDeeperThanWindowsAllowsAreRefused) {
+  auto path = [](int levels) {
+    std::string p = "k";
+    for (int i = 1; i < levels; ++i) p += "\\k";
+    return p;
+  };
+  auto file = [&](int levels) {
+    return "REGEDIT4\r\n[HKEY_CURRENT_USER\\" + path(levels) + "]\r\n\"v\"=\"x\"\r\n";
+  };
+  MemoryRegistry reg;
+  RegFile::Import(reg, file(512), "deep.reg");
+  EXPECT_TRUE(reg.HasKey(kCU, path(512)));
+  for (int levels : {513, 100000}) {
+    try {
+      RegFile::Import(reg, file(levels), "deep.reg");
+      FAIL() << levels << " levels accepted";
+    } catch (const RegFileError& e) {
+      EXPECT_EQ(e.line(), 2);
+      EXPECT_NE(std::string(e.what()).find("more than 512 levels deep"), std::string::npos);
+    }
+  }
 }
 
 TEST(RegFileTest, AFileMustStartWithItsHeader) {

@@ -204,6 +204,14 @@ TEST_F(UnplayableScenarioTest, AnOutlookVersionMustBeItsVersionText) {
   EXPECT_EQ(ReadError("{\"outlook\": {\"version\": \"16.0.4266.1001\"}, " + profile + "}"), "");
 }
 
+TEST_F(UnplayableScenarioTest, ARegistryKeyDeeperThanWindowsAllowsIsRefused) {
+  std::string key = "HKCU";
+  for (int i = 0; i < 513; ++i) key += "\\\\k";
+  EXPECT_THAT(ReadError(R"({"profile": {"user": "j@contoso.com", "stores": [{"folders": []}]},
+"registry": {"values": [{"key": ")" + key + R"(", "name": "v", "dword": 1}]}})"),
+              HasSubstr("s.json:2: /registry/values/0/key: a key more than 512 levels deep"));
+}
+
 // Mail written in an 8-bit charset without saying which is still mail: it imports, and
 // the scenario written is valid JSON (bytes that are not UTF-8 become U+FFFD at worst).
 TEST_F(UnplayableScenarioTest, EightBitMailImportsIntoValidJson) {

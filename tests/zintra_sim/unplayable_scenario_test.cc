@@ -208,7 +208,8 @@ TEST_F(UnplayableScenarioTest, ARegistryKeyDeeperThanWindowsAllowsIsRefused) {
   std::string key = "HKCU";
   for (int i = 0; i < 513; ++i) key += "\\\\k";
   EXPECT_THAT(ReadError(R"({"profile": {"user": "j@contoso.com", "stores": [{"folders": []}]},
-"registry": {"values": [{"key": ")" + key + R"(", "name": "v", "dword": 1}]}})"),
+"registry": {"values": [{"key": ")" +
+                        key + R"(", "name": "v", "dword": 1}]}})"),
               HasSubstr("s.json:2: /registry/values/0/key: a key more than 512 levels deep"));
 }
 

@@ -6,7 +6,9 @@ packages=(g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev googletest 
   # The Windows host: cross compiler, Wine to run its tests, and what builds SQLite for it.
   g++-mingw-w64-x86-64-posix wine wine64 xvfb xauth tcl curl ca-certificates xz-utils
   # The 32-bit DLL (32-bit Outlook) and the installer packages.
-  g++-mingw-w64-i686-posix wixl msitools)
+  g++-mingw-w64-i686-posix wixl msitools
+  # The fuzz targets (tools/fuzz.sh): clang with libFuzzer and the sanitizers' runtimes.
+  clang libclang-rt-14-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

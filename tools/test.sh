@@ -2,7 +2,8 @@
 # Builds and runs the whole suite under each preset given (default: default, asan,
 # win64-mingw and msi; win64-mingw cross-builds the Windows host and runs its tests under
 # Wine, msi builds the installer packages of both bitnesses and installs and removes them
-# under Wine).
+# under Wine). "fuzz" builds the libFuzzer targets and runs each for ZINTRA_FUZZ_SECONDS
+# (default 10); the normal and asan suites already replay every kept fuzz input.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 presets=("$@")
@@ -21,6 +22,10 @@ for preset in "${presets[@]}"; do
       cmake --build build/win32-mingw --target com_host_tests -j "$(nproc)"
     fi
     bash tools/test-msi.sh
+    continue
+  fi
+  if [ "$preset" = fuzz ]; then
+    bash tools/fuzz.sh "${ZINTRA_FUZZ_SECONDS:-10}"
     continue
   fi
   echo "== preset $preset =="

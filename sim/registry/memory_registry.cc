@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <stdexcept>
+#include <unordered_map>
 
 #include "src/core/text.h"
 
@@ -27,15 +28,28 @@ std::vector<std::string> PathParts(const std::string& path) {
 struct MemoryRegistry::Node {
   std::string name;
   std::map<std::string, std::shared_ptr<Node>> children;  // by lower-case name
-  std::vector<RegistryValue> values;
+  std::vector<RegistryValue> values;  // in the order written, as enumeration gives them
+  // Lower-case name -> position in `values`, so a key of many values is written in
+  // linear time.
+  std::unordered_map<std::string, size_t> value_index;
   KeyAccess access = KeyAccess::kFull;
   bool deleted = false;
 
   RegistryValue* FindValue(const std::string& value_name) {
-    for (RegistryValue& value : values) {
-      if (text::EqualsNoCase(value.name, value_name)) return &value;
-    }
-    return nullptr;
+    auto it = value_index.find(text::LCase(value_name));
+    return it == value_index.end() ? nullptr : &values[it->second];
+  }
+  void AddValue(RegistryValue value) {
+    value_index[text::LCase(value.name)] = values.size();
+    values.push_back(std::move(value));
+  }
+  bool EraseValue(const std::string& value_name) {
+    auto it = value_index.find(text::LCase(value_name));
+    if (it == value_index.end()) return false;
+    values.erase(values.begin() + static_cast<std::ptrdiff_t>(it->second));
+    value_index.clear();
+    for (size_t i = 0; i < values.size(); ++i) value_index[text::LCase(values[i].name)] = i;
+    return true;
   }
   void MarkDeleted() {
     deleted = true;
@@ -225,7 +239,7 @@ int32_t MemoryRegistry::SetValue(HKey key, const std::string& name, uint32_t typ
     value->type = type;
     value->data = std::move(bytes);
   } else {
-    node->values.push_back(RegistryValue{name, type, std::move(bytes)});
+    node->AddValue(RegistryValue{name, type, std::move(bytes)});
   }
   return kRegSuccess;
 }
@@ -235,11 +249,7 @@ int32_t MemoryRegistry::DeleteValue(HKey key, const std::string& name) {
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(key, kKeySetValue, &rc);
   if (!node) return rc;
-  auto it = std::find_if(node->values.begin(), node->values.end(),
-                         [&](const RegistryValue& v) { return text::EqualsNoCase(v.name, name); });
-  if (it == node->values.end()) return kRegFileNotFound;
-  node->values.erase(it);
-  return kRegSuccess;
+  return node->EraseValue(name) ? kRegSuccess : kRegFileNotFound;
 }
 
 int32_t MemoryRegistry::DeleteKey(HKey parent, const std::string& sub_key) {
@@ -348,7 +358,7 @@ void MemoryRegistry::PutValue(HKey hive, const std::string& path, RegistryValue 
     existing->type = value.type;
     existing->data = std::move(value.data);
   } else {
-    node->values.push_back(std::move(value));
+    node->AddValue(std::move(value));
   }
 }
 
@@ -376,11 +386,7 @@ bool MemoryRegistry::RemoveValue(HKey hive, const std::string& path, const std::
   std::shared_ptr<Node> root = Root(hive);
   std::shared_ptr<Node> node = root ? Walk(root, path) : nullptr;
   if (!node) return false;
-  auto it = std::find_if(node->values.begin(), node->values.end(),
-                         [&](const RegistryValue& v) { return text::EqualsNoCase(v.name, name); });
-  if (it == node->values.end()) return false;
-  node->values.erase(it);
-  return true;
+  return node->EraseValue(name);
 }
 
 bool MemoryRegistry::HasKey(HKey hive, const std::string& path) const {

@@ -33,6 +33,9 @@ struct RegistryValue {
   bool operator==(const RegistryValue&) const = default;
 };
 
+// How deep Windows lets a registry tree go; fixtures refuse deeper keys.
+inline constexpr size_t kMaxKeyDepth = 512;
+
 class MemoryRegistry : public Registry {
  public:
   MemoryRegistry();

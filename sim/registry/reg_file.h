@@ -2,8 +2,9 @@
 // is "Windows Registry Editor Version 5.00" (UTF-16LE with a byte-order mark as regedit
 // saves it, or the same text in UTF-8) or "REGEDIT4". Understood: [key] and [-key] lines,
 // "name"= / @= values as "string", dword:XXXXXXXX, hex:.. and hex(n):.. (continued over
-// lines ending in "\"), "name"=- deletions, and ";" comments. Only HKEY_CURRENT_USER and
-// HKEY_LOCAL_MACHINE (or HKCU, HKLM) are known.
+// lines ending in "\"; the strings hex(1), hex(2) and hex(7) are UTF-16LE in a version 5
+// file), "name"=- deletions, and ";" comments. Only HKEY_CURRENT_USER and
+// HKEY_LOCAL_MACHINE (or HKCU, HKLM) are known, and keys at most 512 levels deep.
 //
 // Import checks the whole text before it changes anything: a syntax error throws
 // RegFileError naming the source and line, and the registry is left as it was. Import

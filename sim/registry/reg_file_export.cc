@@ -21,11 +21,12 @@ std::string HiveName(HKey hive) {
   return hive == kHKeyCurrentUser ? "HKEY_CURRENT_USER" : "HKEY_LOCAL_MACHINE";
 }
 
-// A REG_SZ that regedit can write as "text": zero-terminated, no zero inside.
+// A REG_SZ that regedit can write as "text": zero-terminated, no zero inside, and no
+// line break, which would end the line in the middle of the text.
 bool IsPlainString(const RegistryValue& value) {
   if (value.type != kRegSz || value.data.empty() || value.data.back() != 0) return false;
   for (size_t i = 0; i + 1 < value.data.size(); ++i) {
-    if (value.data[i] == 0) return false;
+    if (value.data[i] == 0 || value.data[i] == '\r' || value.data[i] == '\n') return false;
   }
   return true;
 }
@@ -59,7 +60,8 @@ std::string FormatValue(const RegistryValue& value, bool unicode) {
     return line + "dword:" + digits;
   }
   std::string bytes(value.data.begin(), value.data.end());
-  if (unicode && (value.type == kRegExpandSz || value.type == kRegMultiSz)) {
+  if (unicode &&
+      (value.type == kRegSz || value.type == kRegExpandSz || value.type == kRegMultiSz)) {
     bytes = Utf8ToUtf16Le(bytes);
   }
   if (value.type == kRegBinary) return HexData(line + "hex:", bytes);

@@ -1,4 +1,5 @@
 // RegFile::Import: parse everything into operations first, then apply them.
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -132,6 +133,9 @@ class Parser {
     }
     path_ = slash == std::string::npos ? std::string() : name.substr(slash + 1);
     if (path_.empty()) Fail(number, "a hive cannot be created or deleted");
+    if (static_cast<size_t>(std::count(path_.begin(), path_.end(), '\\')) >= kMaxKeyDepth) {
+      Fail(number, "a key more than " + std::to_string(kMaxKeyDepth) + " levels deep");
+    }
     key_ = true;
     operations_.push_back(
         Operation{key_deleted_ ? Operation::kDeleteKey : Operation::kCreateKey, hive_, path_, {}});
@@ -171,16 +175,17 @@ class Parser {
     std::string kind = text::LCase(first.substr(0, colon));
     value->type = kRegBinary;
     if (kind != "hex") {
-      if (kind.size() < 6 || kind.compare(0, 4, "hex(") != 0 || kind.back() != ')' ||
-          kind.find_first_not_of("0123456789abcdef", 4) != kind.size() - 1) {
+      // A value type is a DWORD: at most eight hexadecimal digits.
+      if (kind.size() < 6 || kind.size() > 13 || kind.compare(0, 4, "hex(") != 0 ||
+          kind.back() != ')' || kind.find_first_not_of("0123456789abcdef", 4) != kind.size() - 1) {
         Fail(number, "unknown value type '" + first.substr(0, colon) + "'");
       }
       value->type = static_cast<uint32_t>(std::stoul(kind.substr(4, kind.size() - 5), nullptr, 16));
     }
-    std::string bytes_text = first.substr(colon + 1);
-    // A line that ends in a backslash goes on in the next line.
-    while (!StripBlanks(bytes_text).empty() && StripBlanks(bytes_text).back() == '\\') {
-      bytes_text = StripBlanks(bytes_text);
+    std::string bytes_text = StripBlanks(first.substr(colon + 1));
+    // A line that ends in a backslash goes on in the next line. Only the new line is
+    // stripped, so data continued over many lines is read in linear time.
+    while (!bytes_text.empty() && bytes_text.back() == '\\') {
       bytes_text.pop_back();
       if (++*index >= lines_.size()) Fail(number, "the file ends inside continued hex data");
       std::string next = StripBlanks(lines_[*index].text);
@@ -199,7 +204,8 @@ class Parser {
       }
       bytes.push_back(static_cast<char>(std::stoul(part, nullptr, 16)));
     }
-    if (unicode_ && (value->type == kRegExpandSz || value->type == kRegMultiSz)) {
+    if (unicode_ &&
+        (value->type == kRegSz || value->type == kRegExpandSz || value->type == kRegMultiSz)) {
       if (bytes.size() % 2 != 0) Fail(number, "UTF-16 string data with an odd number of bytes");
       bytes = Utf16LeToUtf8(bytes);
     }

@@ -1,6 +1,7 @@
 #include "src/addin/zintra_addin_app.h"
 
 #include <cctype>
+#include <cstdlib>
 #include <utility>
 
 #include "src/core/z_error.h"
@@ -30,7 +31,9 @@ double LeadingNumber(const std::string& text) {
     }
   }
   if (digits.empty() || digits == ".") return 0.0;
-  return std::stod(digits);
+  // strtod, not stod: a version of hundreds of digits is out of a double's range and
+  // becomes HUGE_VAL instead of throwing.
+  return std::strtod(digits.c_str(), nullptr);
 }
 
 template <typename T>

@@ -86,6 +86,25 @@ TEST(RegFileTest, ExportThenImportRebuildsTheSameTree) {
   for (const std::string& line : text::Split(big, "\r\n")) EXPECT_LE(line.size(), 80u);
 }
 
+// Text with a line break cannot stand between quotes on one line; it is written as
+// hex(1) bytes, as regedit writes a string it cannot quote (UTF-16LE in a version 5
+// file, the bytes themselves in REGEDIT4), and reads back the same.
+TEST(RegFileTest, TextWithALineBreakExportsAsBytes) {
+  MemoryRegistry reg;
+  const std::string text = "two\r\nlines";
+  reg.SetString(kCU, "Software\\X", "note", text);
+  std::string exported = RegFile::Export(reg, kCU, "Software\\X", RegEncoding::kUtf8);
+  EXPECT_NE(exported.find("\"note\"=hex(1):74,00,77,00,6f,00,0d,00,0a,00,6c,00"), std::string::npos)
+      << exported;
+  MemoryRegistry copy;
+  RegFile::Import(copy, exported, "x.reg");
+  EXPECT_EQ(copy.GetValue(kCU, "Software\\X", "note")->AsString(), text);
+  RegFile::Import(copy,
+                  "REGEDIT4\r\n[HKEY_CURRENT_USER\\Software\\Y]\r\n\"n\"=hex(1):61,0d,0a,62,00\r\n",
+                  "y.reg");
+  EXPECT_EQ(copy.GetValue(kCU, "Software\\Y", "n")->AsString(), "a\r\nb");
+}
+
 struct BadFile {
   const char* body;
   int line;
@@ -127,7 +146,59 @@ INSTANTIATE_TEST_SUITE_P(
         BadFile{"\"b\"=hex:01,\\\r\n  02,\\\r\n", 5, "continued hex data"},
         BadFile{"\"b\" dword:1\r\n", 5, "'='"}, BadFile{"\"b\"=42\r\n", 5, "value data"},
         BadFile{"garbage\r\n", 5, "not a key"},
-        BadFile{"[-HKEY_CURRENT_USER\\Software\\Gone]\r\n\"c\"=\"x\"\r\n", 6, "being deleted"}));
+        BadFile{"[-HKEY_CURRENT_USER\\Software\\Gone]\r\n\"c\"=\"x\"\r\n", 6, "being deleted"},
+        // A value type is a DWORD; more digits are no type at all, not a reader fault.
+        BadFile{"\"b\"=hex(100000000):00\r\n", 5, "unknown value type"},
+        BadFile{"\"b\"=hex(ffffffffffffffffffffffff):00\r\n", 5, "unknown value type"}));
+
+// Files far larger than a person writes: a value continued over many lines and a key
+// of many values import in linear time (ctest's time limit stops a quadratic reader).
+TEST(RegFileTest, LargeFilesImport) {
+  const int kLines = 100000;
+  std::string text = "REGEDIT4\r\n[HKEY_CURRENT_USER\\Software\\Big]\r\n\"blob\"=hex:\\\r\n";
+  for (int i = 0; i < kLines; ++i) text += "  00,01,02,03,04,05,06,07,\\\r\n";
+  text += "  ff\r\n";
+  for (int i = 0; i < kLines; ++i) {
+    text += "\"v" + std::to_string(i) + "\"=dword:" + std::to_string(i % 10) + "\r\n";
+  }
+  text += "\"V0\"=dword:00000009\r\n";  // names are case-insensitive: this replaces v0
+  MemoryRegistry reg;
+  RegFile::Import(reg, text, "big.reg");
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "blob")->data.size(), kLines * 8u + 1);
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "v77777")->AsDword(), 7u);
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "v0")->AsDword(), 9u);
+  EXPECT_EQ(reg.Values(kCU, "Software\\Big").size(), kLines + 1u);
+  EXPECT_TRUE(reg.RemoveValue(kCU, "Software\\Big", "V5"));
+  EXPECT_FALSE(reg.GetValue(kCU, "Software\\Big", "v5"));
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "v6")->AsDword(), 6u);
+  // Enumeration keeps the file's order: blob, v0, ..., v4, v6, ...
+  EXPECT_EQ(reg.Values(kCU, "Software\\Big")[6].name, "v6");
+}
+
+// Windows keeps a registry tree at most 512 levels deep; a deeper key in a file is an
+// error in the file (and a tree 100,000 deep would exhaust the stack when freed).
+TEST(RegFileTest, KeysDeeperThanWindowsAllowsAreRefused) {
+  auto path = [](int levels) {
+    std::string p = "k";
+    for (int i = 1; i < levels; ++i) p += "\\k";
+    return p;
+  };
+  auto file = [&](int levels) {
+    return "REGEDIT4\r\n[HKEY_CURRENT_USER\\" + path(levels) + "]\r\n\"v\"=\"x\"\r\n";
+  };
+  MemoryRegistry reg;
+  RegFile::Import(reg, file(512), "deep.reg");
+  EXPECT_TRUE(reg.HasKey(kCU, path(512)));
+  for (int levels : {513, 100000}) {
+    try {
+      RegFile::Import(reg, file(levels), "deep.reg");
+      FAIL() << levels << " levels accepted";
+    } catch (const RegFileError& e) {
+      EXPECT_EQ(e.line(), 2);
+      EXPECT_NE(std::string(e.what()).find("more than 512 levels deep"), std::string::npos);
+    }
+  }
+}
 
 TEST(RegFileTest, AFileMustStartWithItsHeader) {
   MemoryRegistry reg;

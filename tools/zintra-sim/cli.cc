@@ -11,6 +11,7 @@
 #include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/importer.h"
 #include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/json_source.h"
 #include "tools/zintra-sim/output_files.h"
 #include "tools/zintra-sim/results_writer.h"
 #include "tools/zintra-sim/runner.h"
@@ -22,6 +23,22 @@ namespace zintra::simtool {
 
 namespace {
 
+// Reads input with `read`. The readers report bad input as InputError; any other
+// exception a reader lets out (a library's own, on text it could not handle) is still
+// about the input, so it is reported as such rather than as a failed simulation.
+template <typename Read>
+auto ReadingInput(const std::string& file, Read read) -> decltype(read()) {
+  try {
+    return read();
+  } catch (const InputError&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& e) {
+    throw InputError(file, 0, "", std::string("cannot be read: ") + e.what());
+  }
+}
+
 int ImportCommand(const std::vector<std::string>& paths, const std::string& out,
                   const std::string& user_text, bool quiet) {
   std::optional<PersonSpec> user;
@@ -29,9 +46,10 @@ int ImportCommand(const std::vector<std::string>& paths, const std::string& out,
     user = ParsePersonText(user_text);
     if (!user) throw InputError("--user", 0, "", "expected \"Name <user@domain>\"");
   }
-  ImportResult r = Import(paths, user);
+  ImportResult r =
+      ReadingInput(paths.size() == 1 ? paths.front() : "", [&] { return Import(paths, user); });
   nlohmann::ordered_json j = ScenarioJson(r.scenario);
-  std::string text = j.dump(2) + "\n";
+  std::string text = JsonText(j) + "\n";
   if (out.empty() || out == "-") {
     std::cout << text;
   } else {
@@ -61,7 +79,7 @@ struct RunFlags {
 void PrintSummary(const Scenario& s, const RunResult& r, const RunFlags& flags, bool quiet,
                   std::ostream& out) {
   if (flags.json) {
-    out << ReportJson(s, r).dump(2) << "\n";
+    out << JsonText(ReportJson(s, r)) << "\n";
     return;
   }
   int logged = 0, screened = 0, copies = 0, letters = 0, other = 0;
@@ -190,7 +208,7 @@ int Main(int argc, char** argv) {
       return RunCommand(s, run_flags, quiet);
     }
     if (*run) {
-      Scenario s = ReadScenarioFile(scenario_file);
+      Scenario s = ReadingInput(scenario_file, [&] { return ReadScenarioFile(scenario_file); });
       if (run_flags.out.empty()) {
         run_flags.out = DefaultOut(std::filesystem::path(scenario_file).stem().string());
       }

@@ -11,6 +11,8 @@
 #include "src/host/msg_box.h"
 #include "src/toolbars/toolbars.h"
 #include "src/toolbars_part/toolbars_part.h"
+#include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/json_source.h"
 
 namespace zintra::simtool {
 
@@ -19,15 +21,17 @@ namespace {
 constexpr int32_t kCloseDiscard = 1;   // OlInspectorClose olDiscard
 constexpr int32_t kWordDoNotSave = 0;  // WdSaveOptions wdDoNotSaveChanges
 
-[[noreturn]] void Fail(const StepSpec& step, const std::string& what) {
-  throw std::runtime_error("line " + std::to_string(step.source_line) + ": " + what);
+[[noreturn]] void Fail(const std::string& file, const StepSpec& step, const std::string& field,
+                       const std::string& what) {
+  throw InputError(file, step.source_line, step.pointer + field, what);
 }
 
 }  // namespace
 
-void SetItemFields(Item& item, const std::map<std::string, std::string>& fields, int line) {
-  for (const auto& [field, value] : fields) {
-    std::string f = text::LCase(field);
+void SetItemFields(Item& item, const std::map<std::string, std::string>& fields,
+                   const std::string& file, const StepSpec& step, const std::string& field) {
+  for (const auto& [field_name, value] : fields) {
+    std::string f = text::LCase(field_name);
     if (f == "subject") {
       item.SetSubject(value);
     } else if (f == "body") {
@@ -37,15 +41,15 @@ void SetItemFields(Item& item, const std::map<std::string, std::string>& fields,
     } else if (f == "sensitivity") {
       auto s = SensitivityFromName(value);
       if (!s) {
-        throw std::runtime_error("line " + std::to_string(line) +
-                                 ": sensitivity must be normal, personal, private or confidential");
+        Fail(file, step, field + "/" + PointerEscape(field_name),
+             "expected normal, personal, private or confidential");
       }
       item.SetSensitivity(*s);
     } else {
       bool yes_no = text::EqualsNoCase(value, "true") || text::EqualsNoCase(value, "false");
       auto props = item.UserProperties();
-      auto prop = props->Find(field);
-      if (!prop) prop = props->Add(field, yes_no ? kOlYesNo : kOlText, false);
+      auto prop = props->Find(field_name);
+      if (!prop) prop = props->Add(field_name, yes_no ? kOlYesNo : kOlText, false);
       prop->SetValue(yes_no ? Value(text::EqualsNoCase(value, "true")) : Value(value));
     }
   }
@@ -53,13 +57,18 @@ void SetItemFields(Item& item, const std::map<std::string, std::string>& fields,
 
 std::shared_ptr<Item> ClickPlayer::ItemById(const std::string& id, const StepSpec& step) {
   auto record = w_.loader().FindItem(id);
-  if (!record) Fail(step, "the item \"" + id + "\" is no longer in the profile");
+  if (!record) {
+    Fail(w_.scenario().source, step, "",
+         "the item \"" + Excerpt(id) + "\" is no longer in the profile (deleted or moved)");
+  }
   return sim::MakeItem(&w_.profile(), record);
 }
 
 void ClickPlayer::Play(const StepSpec& step) {
   sim::SimOutlook& o = w_.outlook();
-  if (!o.Started() || o.Ended()) Fail(step, "a button is clicked while Outlook is not running");
+  if (!o.Started() || o.Ended()) {
+    Fail(w_.scenario().source, step, "/do", "a button is clicked while Outlook is not running");
+  }
   std::vector<std::shared_ptr<Item>> selection;
   for (const std::string& id : step.selection) selection.push_back(ItemById(id, step));
 
@@ -128,12 +137,14 @@ void ClickPlayer::AnswerItemWindow(const StepSpec& step, size_t inspectors_befor
   }
   std::shared_ptr<sim::SimOlInspector> inspector = inspectors.back();
   std::shared_ptr<Item> item = inspector->CurrentItem();
-  SetItemFields(*item, step.fill, step.source_line);
+  SetItemFields(*item, step.fill, w_.scenario().source, step, "/fill");
   std::string then = step.then;
   if (then.empty()) then = item->Class() == ItemClass::kMail ? "send" : "save";
   if (then == "keep-open") return;
   if (then == "send") {
-    if (item->Class() != ItemClass::kMail) Fail(step, "only a mail can be sent");
+    if (item->Class() != ItemClass::kMail) {
+      Fail(w_.scenario().source, step, "/then", "only a mail can be sent");
+    }
     if (!w_.outlook().app().Send(item)) note_("the send was cancelled");
   } else if (then == "save") {
     item->Save();
@@ -166,7 +177,7 @@ void ClickPlayer::AnswerLetter(const StepSpec& step, size_t documents_before) {
     return;
   }
   std::shared_ptr<ToolbarsPart> part = w_.Toolbars();
-  if (!part) Fail(step, "the letter's macro finds no add-in to file it");
+  if (!part) Fail(w_.scenario().source, step, "", "the letter's macro finds no add-in to file it");
   part->LetterHandler().LogDocument(document);
 }
 

@@ -10,8 +10,8 @@
 //   - the Word letter: "letter" is typed into it, then ("file", the default) the
 //     template's macro files it in Outlook or ("discard") it is closed unsaved.
 // A window without the Zintra button (no toolbar, or an item window without buttons)
-// makes the click do nothing; the note says so. Items the step names that are gone
-// throw std::runtime_error (the simulation cannot go on as written).
+// makes the click do nothing; the note says so. Items the step names that are gone,
+// and a click while Outlook is not running, throw InputError naming the step.
 #pragma once
 
 #include <functional>
@@ -30,8 +30,9 @@ namespace zintra::simtool {
 
 // Sets an item's fields as the user types them: subject, body, categories,
 // sensitivity, else a user property (true/false as yes/no). A bad sensitivity throws
-// std::runtime_error naming `line`.
-void SetItemFields(Item& item, const std::map<std::string, std::string>& fields, int line);
+// InputError naming `file`, the step's line and `field` (the step's "set" or "fill").
+void SetItemFields(Item& item, const std::map<std::string, std::string>& fields,
+                   const std::string& file, const StepSpec& step, const std::string& field);
 
 class ClickPlayer {
  public:

@@ -10,6 +10,8 @@ namespace {
 
 using nlohmann::json;
 
+constexpr size_t kMaxJsonDepth = 64;
+
 // Reads the text character by character for the SAX pass, counting the lines passed.
 struct LineState {
   int line = 1;
@@ -60,7 +62,7 @@ class LineRecorder {
   bool binary(json::binary_t&) { return Scalar(); }
   bool start_object(std::size_t) {
     frames_.push_back({Begin(state_.line), false, 0});
-    return true;
+    return frames_.size() <= kMaxJsonDepth;
   }
   bool key(std::string& k) {
     key_ = k;
@@ -72,8 +74,10 @@ class LineRecorder {
   }
   bool start_array(std::size_t) {
     frames_.push_back({Begin(state_.line), true, 0});
-    return true;
+    return frames_.size() <= kMaxJsonDepth;
   }
+  // The line of the value nested too deep, 0 when none is.
+  int too_deep_line() const { return frames_.size() > kMaxJsonDepth ? state_.line : 0; }
   bool end_array() {
     frames_.pop_back();
     return true;
@@ -122,11 +126,11 @@ std::string TypeName(const json& v) {
     case json::value_t::array:
       return "an array";
     case json::value_t::string:
-      return "the text \"" + v.get<std::string>() + "\"";
+      return "the text \"" + Excerpt(v.get<std::string>()) + "\"";
     case json::value_t::boolean:
       return v.get<bool>() ? "true" : "false";
     default:
-      return "the number " + v.dump();
+      return "the number " + Excerpt(v.dump());
   }
 }
 
@@ -164,6 +168,11 @@ JsonSource::JsonSource(const std::string& text, std::string file) : file_(std::m
   LineRecorder recorder(state, lines_);
   json::sax_parse(CountingIterator(text.data(), &state),
                   CountingIterator(text.data() + text.size(), &state), &recorder);
+  // The readers walk the document recursively; no scenario nests anywhere near this.
+  if (int line = recorder.too_deep_line()) {
+    throw InputError(file_, line, "",
+                     "values nested more than " + std::to_string(kMaxJsonDepth) + " deep");
+  }
 }
 
 int JsonSource::LineOf(const std::string& pointer) const {

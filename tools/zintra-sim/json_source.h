@@ -78,4 +78,12 @@ class JsonNode {
 // The JSON pointer escape of one key ("~" -> "~0", "/" -> "~1").
 std::string PointerEscape(const std::string& key);
 
+// A document as written to a file (indented by two). Text that is not UTF-8 (a mail
+// header in an 8-bit charset that named none) is written with U+FFFD in place of the
+// bytes instead of failing the whole output.
+template <typename Json>
+std::string JsonText(const Json& j) {
+  return j.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
 }  // namespace zintra::simtool

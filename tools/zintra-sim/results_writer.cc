@@ -4,6 +4,7 @@
 #include "src/host/mapi_object.h"
 #include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/item_view.h"
+#include "tools/zintra-sim/json_source.h"
 #include "tools/zintra-sim/output_files.h"
 #include "tools/zintra-sim/profile_facts.h"
 #include "tools/zintra-sim/why_report.h"
@@ -149,10 +150,10 @@ void WriteResults(const std::filesystem::path& dir, const Scenario& scenario,
     }
   }
   OutputFiles files;
-  files.Add((dir / "profile.json").string(), ResultProfileJson(profile, loader).dump(2) + "\n");
-  files.Add((dir / "log.json").string(), log.dump(2) + "\n");
+  files.Add((dir / "profile.json").string(), JsonText(ResultProfileJson(profile, loader)) + "\n");
+  files.Add((dir / "log.json").string(), JsonText(log) + "\n");
   files.Add((dir / "log.txt").string(), text);
-  files.Add((dir / "report.json").string(), ReportJson(scenario, result).dump(2) + "\n");
+  files.Add((dir / "report.json").string(), JsonText(ReportJson(scenario, result)) + "\n");
   files.Commit();
 }
 

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <random>
 #include <stdexcept>
 
@@ -12,6 +13,7 @@
 #include "sim/outlook/sim_namespace.h"
 #include "src/addin/zintra_addin_app.h"
 #include "src/core/text.h"
+#include "src/core/z_error.h"
 #include "src/host/mapi_object.h"
 #include "src/jobs/job_queue.h"
 #include "tools/zintra-sim/click_player.h"
@@ -22,6 +24,7 @@
 #include "tools/zintra-sim/progress.h"
 #include "tools/zintra-sim/results_writer.h"
 #include "tools/zintra-sim/scenario_reader.h"
+#include "tools/zintra-sim/timeline_check.h"
 #include "tools/zintra-sim/why_report.h"
 #include "tools/zintra-sim/world.h"
 
@@ -42,6 +45,18 @@ class TimelinePlayer {
 
   void Play(const StepSpec& step) {
     sim::SimOutlook& o = w_.outlook();
+    const bool running = o.Started() && !o.Ended() && !o.HeldByKeepAlive();
+    if (step.kind == StepKind::kStart && o.Started()) {
+      Fail(step, "/do", "Outlook is already running; a simulated Outlook starts once");
+    }
+    if ((step.kind == StepKind::kClick || step.kind == StepKind::kOpenInspector ||
+         step.kind == StepKind::kLoadAddin) &&
+        !running) {
+      Fail(step, "/do",
+           std::string("\"") + StepName(step.kind) +
+               "\" needs Outlook running, but it has quit (its last window closed, or a "
+               "\"quit\" step)");
+    }
     switch (step.kind) {
       case StepKind::kStart: {
         sim::StartWindows windows = step.windows == "none"        ? sim::StartWindows::kNone
@@ -72,7 +87,13 @@ class TimelinePlayer {
         break;
       }
       case StepKind::kSettings:
-        w_.ReplaceSettings(step.registry, step.multi_user);
+        try {
+          w_.ReplaceSettings(step.registry, step.multi_user);
+        } catch (const ZError& e) {
+          // The options page keeps a 16-bit setting in range; a file can hold anything.
+          if (e.Number() != kErrOverflow) throw;
+          Fail(step, "/registry", e.Description());
+        }
         break;
       case StepKind::kClick:
         ClickPlayer(w_, [this](const std::string& note) { progress_.Note(note); }).Play(step);
@@ -103,10 +124,12 @@ class TimelinePlayer {
     }
   }
 
-  // Virtual time passes in one-second slices so that progress can be shown.
+  // Virtual time passes in one-second slices so that progress can be shown. The
+  // timeline's length was bounded when it was read.
   void Wait(double seconds) {
     sim::SimOutlook& o = w_.outlook();
-    int64_t left = static_cast<int64_t>(seconds * 1e6);
+    const double days = std::clamp(seconds / 86400.0, 0.0, kMaxTimelineDays);
+    int64_t left = static_cast<int64_t>(days * 86400.0 * 1e6);
     do {
       int64_t slice = std::min<int64_t>(left, 1000000);
       o.loop.AdvanceBy(slice);
@@ -116,11 +139,16 @@ class TimelinePlayer {
   }
 
  private:
+  [[noreturn]] void Fail(const StepSpec& step, const std::string& field,
+                         const std::string& problem) {
+    throw InputError(w_.scenario().source, step.source_line, step.pointer + field, problem);
+  }
+
   std::shared_ptr<sim::MessageRecord> Record(const std::string& id, const StepSpec& step) {
     auto r = w_.loader().FindItem(id);
     if (!r) {
-      throw std::runtime_error("line " + std::to_string(step.source_line) + ": the item \"" + id +
-                               "\" is no longer in the profile");
+      Fail(step, "/target",
+           "the item \"" + Excerpt(id) + "\" is no longer in the profile (deleted or moved)");
     }
     return r;
   }
@@ -135,10 +163,8 @@ class TimelinePlayer {
     std::shared_ptr<sim::FolderRecord> folder;
     if (!step.folder.empty()) {
       folder = w_.loader().FindFolder(step.folder);
-      if (!folder) {
-        throw std::runtime_error("line " + std::to_string(step.source_line) + ": no folder \"" +
-                                 step.folder + "\" in the profile");
-      }
+      if (!folder)
+        Fail(step, "/folder", "no folder \"" + Excerpt(step.folder) + "\" in the profile");
     } else {
       folder = p.DefaultFolder(step.kind == StepKind::kSend ? kOlFolderSentMail : kOlFolderInbox);
     }
@@ -161,7 +187,7 @@ class TimelinePlayer {
   void Change(const StepSpec& step) {
     auto record = Record(step.target, step);
     auto item = sim::MakeItem(&w_.profile(), record);
-    SetItemFields(*item, step.changes, step.source_line);
+    SetItemFields(*item, step.changes, w_.scenario().source, step, "/set");
     item->Save();
   }
 
@@ -180,29 +206,65 @@ class TimelinePlayer {
   Progress& progress_;
 };
 
+// Every folder a step stores into exists once the profile is built; checked before the
+// timeline plays, so such a scenario stops before anything happens.
+void CheckStepFolders(const Scenario& scenario, ProfileLoader& loader) {
+  for (const StepSpec& step : scenario.timeline) {
+    if (!step.folder.empty() && !loader.FindFolder(step.folder)) {
+      throw InputError(scenario.source, step.source_line, step.pointer + "/folder",
+                       "no folder \"" + Excerpt(step.folder) + "\" in the profile");
+    }
+  }
+}
+
+// The error log is made while the timeline plays, in a folder of its own; it joins the
+// results only when the run ends without an error, so bad input found while playing
+// leaves the output folder as it was.
+class ScratchFolder {
+ public:
+  ScratchFolder()
+      : path_(fs::temp_directory_path() /
+              ("zintra-sim-" + std::to_string(std::random_device{}()))) {}
+  ~ScratchFolder() {
+    std::error_code ec;
+    fs::remove_all(path_, ec);
+  }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+// Replaces `target` (the error log folder of earlier runs) with `made`.
+void MoveFolder(const fs::path& made, const fs::path& target) {
+  fs::remove_all(target);
+  if (!fs::exists(made)) return;
+  fs::create_directories(target.parent_path());
+  std::error_code ec;
+  fs::rename(made, target, ec);
+  if (ec) {  // another file system
+    fs::copy(made, target, fs::copy_options::recursive);
+  }
+}
+
 }  // namespace
 
 RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::ostream& out) {
   RunResult result;
-  fs::path out_dir =
-      options.out_dir.empty()
-          ? fs::temp_directory_path() / ("zintra-sim-" + std::to_string(std::random_device{}()))
-          : fs::path(options.out_dir);
-  fs::path log_root = out_dir / "errorlog";
-  {
-    // A run's error log holds that run only, not those of earlier runs into the folder.
-    std::error_code ec;
-    fs::remove_all(log_root, ec);
-  }
+  ScratchFolder scratch;
+  const fs::path log_root = scratch.path() / "errorlog";
   auto t0 = Clock_::now();
-  World world(scenario, options, log_root);
-  world.Build();
+  auto world = std::make_unique<World>(scenario, options, log_root);
+  world->Build();
+  CheckStepFolders(scenario, world->loader());
   result.sim_seconds += Seconds(t0);
 
   Progress progress(out, options.quiet, options.live);
   if (!options.quiet) {
-    out << "Scenario: " << scenario.name << " (" << world.loaded_items() << " items in "
-        << world.profile().Stores().size() << " stores)\n";
+    out << "Scenario: " << scenario.name << " (" << world->loaded_items() << " items in "
+        << world->profile().Stores().size() << " stores)\n";
   }
   std::vector<StepSpec> timeline = scenario.timeline;
   if (timeline.empty()) {
@@ -214,37 +276,39 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
     timeline = {start, wait, quit};
   }
   auto t1 = Clock_::now();
-  TimelinePlayer player(world, progress);
+  TimelinePlayer player(*world, progress);
   for (const StepSpec& step : timeline) {
-    progress.Step(step, world.outlook().clock.Now());
+    progress.Step(step, world->outlook().clock.Now());
     player.Play(step);
   }
-  if (world.outlook().Started() && !world.outlook().Ended()) {
+  if (world->outlook().Started() && !world->outlook().Ended()) {
     player.Wait(0);
-    world.outlook().EndProcess();
+    world->outlook().EndProcess();
   }
   progress.Done();
   result.addin_seconds = Seconds(t1);
 
   auto t2 = Clock_::now();
-  result.log_lines = world.LogLines();
-  for (const auto& log : world.outlook().error_logs.Created()) {
-    result.error_log_path = log->NativePath().string();
-  }
+  result.log_lines = world->LogLines();
+  fs::path made_log;
+  for (const auto& log : world->outlook().error_logs.Created()) made_log = log->NativePath();
   result.why =
-      BuildWhyReport(world.profile(), world.loader(), scenario.foldersets, result.log_lines);
+      BuildWhyReport(world->profile(), world->loader(), scenario.foldersets, result.log_lines);
   for (const WhyRow& row : result.why) result.items_logged += row.outcome == "logged";
   result.expectations =
-      CheckExpectations(scenario.expect, world.outlook().registry, world.loader(), result);
+      CheckExpectations(scenario.expect, world->outlook().registry, world->loader(), result);
   for (const auto& e : result.expectations) {
     if (!e.met) result.exit_code = 1;
   }
   if (!options.out_dir.empty()) {
-    WriteResults(out_dir, scenario, world.profile(), world.loader(), world.outlook(), result);
-  } else {
-    std::error_code ec;
-    fs::remove_all(out_dir, ec);
-    result.error_log_path.clear();
+    const fs::path out_dir = options.out_dir;
+    if (!made_log.empty()) {
+      result.error_log_path =
+          (out_dir / "errorlog" / fs::relative(made_log, log_root)).lexically_normal().string();
+    }
+    WriteResults(out_dir, scenario, world->profile(), world->loader(), world->outlook(), result);
+    world.reset();  // the add-in's process ends and lets go of its error log
+    MoveFolder(log_root, out_dir / "errorlog");
   }
   result.sim_seconds += Seconds(t2);
   return result;

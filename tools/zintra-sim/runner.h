@@ -1,5 +1,5 @@
 // Runner: plays a scenario. It builds the simulated Outlook process (SimOutlook over
-// the scenario's profile and registry, the MAPI library, the error log in the output
+// the scenario's profile and registry, the MAPI library, the error log in a scratch
 // folder), registers the add-in with Outlook's loader, then plays the timeline on
 // virtual time: every step happens at the virtual moment it names and waits let the
 // add-in's timer-driven queue run. At the end Outlook ends, the expectations are
@@ -7,7 +7,10 @@
 //   profile.json  every store, folder and item with the add-in's marks
 //   log.json, log.txt  the add-in's log lines and error records
 //   report.json  what happened to every item the run touched, and the expectations
-// Errors of the simulation itself throw std::runtime_error (exit 3).
+//   errorlog/  the add-in's error log, moved in from the scratch folder
+// A step the scenario cannot play as written (Outlook not running, an item gone, a
+// folder missing, a setting out of its range) throws InputError naming the step, and
+// nothing is written. Errors of the simulation itself throw std::runtime_error (exit 3).
 #pragma once
 
 #include <iosfwd>

@@ -130,6 +130,7 @@ enum class StepKind {
 struct StepSpec {
   StepKind kind = StepKind::kWait;
   int source_line = 0;
+  std::string pointer;  // JSON pointer of the step in its file ("/timeline/3"), for errors
   std::string windows = "explorer";
   bool addin = true;
   std::string folder;  // folder path for deliver/add ("" = the kind's default)
@@ -174,6 +175,9 @@ struct ExpectSpec {
   // kRegistry: a value after the run ("HKLM\\...", name); `value` "" means absent.
   std::string reg_key, reg_name, reg_value;
 };
+
+// When a scenario that gives no "start" begins: 5 January 2026 09:00.
+inline constexpr double kDefaultStartTime = 46027.375;
 
 struct Scenario {
   std::string name;

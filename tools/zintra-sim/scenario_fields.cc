@@ -1,7 +1,9 @@
 #include "tools/zintra-sim/scenario_fields.h"
 
+#include <algorithm>
 #include <filesystem>
 
+#include "sim/registry/memory_registry.h"
 #include "src/core/text.h"
 #include "tools/zintra-sim/input_error.h"
 
@@ -187,6 +189,10 @@ RegistrySpec ReadRegistry(const JsonNode& n, const std::string& base_dir) {
       if (hive != "HKCU" && hive != "HKLM" && hive != "HKEY_CURRENT_USER" &&
           hive != "HKEY_LOCAL_MACHINE") {
         v.Need("key").Fail("expected a key under HKCU\\ or HKLM\\");
+      }
+      if (static_cast<size_t>(std::count(value.key.begin(), value.key.end(), '\\')) >
+          sim::kMaxKeyDepth) {
+        v.Need("key").Fail("a key more than " + std::to_string(sim::kMaxKeyDepth) + " levels deep");
       }
       value.name = v.String("name");
       int kinds = v.Has("dword") + v.Has("string") + v.Has("multi");

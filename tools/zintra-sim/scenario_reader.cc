@@ -1,5 +1,8 @@
 #include "tools/zintra-sim/scenario_reader.h"
 
+#include <algorithm>
+#include <cctype>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -9,10 +12,20 @@
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/json_source.h"
 #include "tools/zintra-sim/scenario_fields.h"
+#include "tools/zintra-sim/timeline_check.h"
 
 namespace zintra::simtool {
 
 namespace {
+
+// A sensitivity typed into an item must be one Outlook has.
+void CheckSensitivity(const JsonNode& n, const std::map<std::string, std::string>& fields) {
+  for (const auto& [field, value] : fields) {
+    if (text::EqualsNoCase(field, "sensitivity") && !SensitivityFromName(value)) {
+      n.Need(field).Fail("expected normal, personal, private or confidential");
+    }
+  }
+}
 
 // A click and the answers to what its button shows; an answer the button never asks
 // for is a mistake in the file, not something to ignore.
@@ -43,6 +56,7 @@ void ReadClick(const JsonNode& n, StepSpec& step) {
   if (auto f = n.Get("fill")) {
     if (!window) f->Fail("the " + b + " button opens no item window to fill");
     step.fill = ReadTextMap(*f);
+    CheckSensitivity(*f, step.fill);
   }
   if (auto t = n.Get("then")) {
     step.then = t->AsString();
@@ -74,6 +88,7 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
               "fill", "then", "link_items", "letter", "multi_user", "note"});
   StepSpec step;
   step.source_line = n.Line();
+  step.pointer = n.Pointer();
   JsonNode what = n.Need("do");
   auto kind = StepFromName(what.AsString());
   if (!kind) {
@@ -104,6 +119,7 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
     case StepKind::kChange:
       step.target = need("target").AsString();
       step.changes = ReadTextMap(need("set"));
+      CheckSensitivity(need("set"), step.changes);
       break;
     case StepKind::kDelete:
     case StepKind::kOpenInspector:
@@ -115,7 +131,8 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
       std::optional<double> d = f.Value().is_number()
                                     ? std::optional<double>(f.Value().get<double>())
                                     : ParseDuration(f.AsString());
-      if (!d || *d < 0) f.Fail("expected a duration: seconds, or \"90s\", \"10m\", \"2h\", \"1d\"");
+      if (!d || !std::isfinite(*d) || *d < 0)
+        f.Fail("expected a duration: seconds, or \"90s\", \"10m\", \"2h\", \"1d\"");
       step.seconds = *d;
       break;
     }
@@ -187,7 +204,7 @@ void CollectIds(const FolderSpec& f, std::set<std::string>& ids, const JsonSourc
   for (const ItemSpec& item : f.items) {
     if (!item.id.empty() && !ids.insert(item.id).second) {
       throw InputError(src.File(), item.source_line, "id",
-                       "the item id \"" + item.id + "\" is used twice");
+                       "the item id \"" + Excerpt(item.id) + "\" is used twice");
     }
   }
   for (const FolderSpec& sub : f.folders) CollectIds(sub, ids, src);
@@ -198,7 +215,7 @@ void CheckLinks(const FolderSpec& f, const std::set<std::string>& ids, const Jso
     for (const std::string& link : item.links) {
       if (!ids.count(link)) {
         throw InputError(src.File(), item.source_line, "links",
-                         "no item has the id \"" + link + "\"");
+                         "no item has the id \"" + Excerpt(link) + "\"");
       }
     }
   }
@@ -235,8 +252,13 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
   if (auto o = root.Get("outlook")) {
     o->OnlyKeys({"version"});
     s.outlook_version = o->String("version", s.outlook_version);
-    int major = std::atoi(s.outlook_version.c_str());
-    if (major < 8 || s.outlook_version.find('.') == std::string::npos) {
+    const std::string& v = s.outlook_version;
+    // Numbers and dots, as Outlook's Version property gives them.
+    const bool form =
+        !v.empty() && v.size() <= 32 && std::isdigit(static_cast<unsigned char>(v[0])) &&
+        v.find('.') != std::string::npos && v.find_first_not_of("0123456789.") == std::string::npos;
+    const int major = form ? std::atoi(v.substr(0, std::min<size_t>(v.find('.'), 3)).c_str()) : 0;
+    if (major < 8) {
       o->Need("version").Fail("expected Outlook's version text, as \"11.0.0.8312\"");
     }
   }
@@ -277,6 +299,7 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
         StepSpec wait;
         wait.kind = StepKind::kWait;
         wait.source_line = step.source_line;
+        wait.pointer = at->Pointer();
         wait.until = ReadTime(*at);
         s.timeline.push_back(wait);
       }
@@ -294,7 +317,7 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
   for (const StepSpec& step : s.timeline) {
     if (step.item && !step.item->id.empty() && !ids.insert(step.item->id).second) {
       throw InputError(file, step.source_line, "item/id",
-                       "the item id \"" + step.item->id + "\" is used twice");
+                       "the item id \"" + Excerpt(step.item->id) + "\" is used twice");
     }
   }
   for (const StoreSpec& store : s.profile.stores) {
@@ -302,7 +325,7 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
   }
   auto known = [&](const std::string& id, int line, const char* field) {
     if (!id.empty() && !ids.count(id)) {
-      throw InputError(file, line, field, "no item has the id \"" + id + "\"");
+      throw InputError(file, line, field, "no item has the id \"" + Excerpt(id) + "\"");
     }
   };
   for (const StepSpec& step : s.timeline) {
@@ -314,6 +337,7 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
     }
   }
   for (const ExpectSpec& x : s.expect) known(x.target, x.source_line, "item");
+  CheckTimeline(s);
   return s;
 }
 

@@ -18,7 +18,6 @@ namespace zintra::simtool {
 
 namespace {
 
-constexpr double kDefaultStart = 46027.375;  // 5 January 2026 09:00
 constexpr char kLoggingKey[] = "Software\\Brellow\\Zintra\\Logging";
 constexpr char kLetterText[] = "Dear {name},\r\n\r\n";
 
@@ -46,6 +45,9 @@ void ApplyRegistry(sim::MemoryRegistry& registry, const RegistrySpec& desc) {
       size_t colon = what.find(": ", file.size());
       throw InputError(file, e.line(), "",
                        colon == std::string::npos ? what : what.substr(colon + 2));
+    } catch (const std::exception& e) {
+      // A fault of the reader on some text is still this file's problem to report.
+      throw InputError(file, 0, "", std::string("cannot be read as a .reg file: ") + e.what());
     }
   }
   for (const RegValueSpec& v : desc.values) {
@@ -71,7 +73,7 @@ void ApplyRegistry(sim::MemoryRegistry& registry, const RegistrySpec& desc) {
 World::World(const Scenario& s, const RunOptions& o, const std::filesystem::path& log_root)
     : scenario_(s),
       options_(o),
-      outlook_(log_root, s.start_time != 0 ? s.start_time : kDefaultStart),
+      outlook_(log_root, s.start_time != 0 ? s.start_time : kDefaultStartTime),
       profile_(outlook_.profile()),
       loader_(profile_),
       errors_(ErrorHandlingHost{outlook_.error_logs, outlook_.msg_box, outlook_.registry,

@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# Builds the libFuzzer targets (preset fuzz: clang with ASan and UBSan) and runs each
+# for a bounded time, starting from its seed corpus and the kept regression inputs.
+#   tools/fuzz.sh [SECONDS] [TARGET...]      each target for SECONDS (default 20)
+#   FUZZ_RUNS=N tools/fuzz.sh 0 TARGET       TARGET for N executions instead
+# FUZZ_MAX_LEN bounds the size of the inputs tried (default 8192 bytes).
+# New interesting inputs go to build/fuzz/corpus/<target>/ (not into the repository);
+# a crash, leak, hang (over 10 s) or unexpected exception is written to
+# build/fuzz/findings/<target>/ and makes the script fail: keep the input in
+# fuzz/regressions/<target>/ with the fix, so every build replays it.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+seconds="${1:-20}"
+shift || true
+targets=("$@")
+[ ${#targets[@]} -gt 0 ] || targets=(scenario reg_file settings_file vcard mime)
+
+cmake --preset fuzz >/dev/null
+cmake --build --preset fuzz -j "$(nproc)" --target "${targets[@]/%/_fuzz}"
+
+status=0
+for t in "${targets[@]}"; do
+  work="build/fuzz/corpus/$t"
+  findings="build/fuzz/findings/$t"
+  mkdir -p "$work" "$findings"
+  seeds=("fuzz/corpus/$t")
+  [ -d "fuzz/regressions/$t" ] && seeds+=("fuzz/regressions/$t")
+  limit=(-max_total_time="$seconds")
+  bound="$seconds s"
+  if [ -n "${FUZZ_RUNS:-}" ]; then
+    limit=(-runs="$FUZZ_RUNS")
+    bound="$FUZZ_RUNS runs"
+  fi
+  echo "== fuzz $t ($bound) =="
+  log="build/fuzz/$t.log"
+  if "build/fuzz/fuzz/${t}_fuzz" "${limit[@]}" -timeout=10 -rss_limit_mb=2048 -max_len="${FUZZ_MAX_LEN:-8192}" \
+      -print_final_stats=1 -artifact_prefix="$findings/" "$work" "${seeds[@]}" >"$log" 2>&1; then
+    grep -E '^(#[0-9]+.*DONE|stat::number_of_executed_units|stat::average_exec_per_sec)' "$log" || true
+  else
+    status=1
+    echo "fuzz $t: a finding; input in $findings/, log in $log" >&2
+    grep -E 'ERROR|fuzz finding|SUMMARY|Test unit written' "$log" >&2 || tail -20 "$log" >&2
+  fi
+done
+exit $status

@@ -231,8 +231,7 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
   for (const auto& log : world.outlook().error_logs.Created()) {
     result.error_log_path = log->NativePath().string();
   }
-  result.why =
-      BuildWhyReport(world.profile(), world.loader(), scenario.foldersets, result.log_lines);
+  result.why = BuildWhyReport(world.profile(), world.loader(), world.Decisions());
   for (const WhyRow& row : result.why) result.items_logged += row.outcome == "logged";
   result.expectations =
       CheckExpectations(scenario.expect, world.outlook().registry, world.loader(), result);

@@ -162,6 +162,9 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   set.journal = "Journal";
   s.foldersets.push_back(set);
   s.timeline = DryRunTimeline(std::move(sent_mails));
+  // The report of a run does not depend on the log: it keeps errors only, as a
+  // production mailbox would, unless `run --log-level` asks for more.
+  s.log_level = 1;
   return result;
 }
 

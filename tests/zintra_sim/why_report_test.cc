@@ -146,6 +146,26 @@ TEST(WhyReportTest, ReasonsNameNoTrackedAddressAsUntrackedWhateverTheLogKeeps) {
   EXPECT_EQ(Lines(none), Lines(full));
 }
 
+// Outlook quits while the start-up scan of the Inbox is under way: the items it did not
+// reach say so.
+TEST(WhyReportTest, ItemsTheScanDidNotReachSayWhy) {
+  RunResult r = Play(ReadScenarioText(R"js({"profile": {"user": "Jane Doe <jane@contoso.com>",
+    "stores": [{"folders": [
+      {"name": "Inbox", "items": [
+        {"subject": "One", "from": "ann@fabrikam.com", "to": "jane@contoso.com"},
+        {"subject": "Two", "from": "ann@fabrikam.com", "to": "jane@contoso.com"}]},
+      {"name": "Clients", "type": "contact", "items": [
+        {"full_name": "Ann Lee", "emails": ["ann@fabrikam.com"]}]}]}]},
+    "foldersets": [{"contacts": "Clients", "journal": "Journal"}],
+    "timeline": [{"do": "start"}, {"do": "wait", "for": 0.02}, {"do": "quit"}]})js",
+                                      "t.json", "."));
+  for (const char* subject : {"One", "Two"}) {
+    const WhyRow& row = Row(r, "Inbox", subject);
+    EXPECT_EQ(row.outcome, "not reached");
+    EXPECT_EQ(row.reason, "the scan of 'Inbox' ended before reaching it: Outlook was closing");
+  }
+}
+
 // An imported mailbox whose user is also one of the contacts: the user's own mail is
 // sent by the user once Outlook runs, so the add-in processes it in Sent Items and logs
 // it to its recipients; nothing is left unreached. The timeline survives the scenario

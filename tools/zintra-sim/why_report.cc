@@ -199,8 +199,11 @@ std::string NotReached(const sim::FolderRecord& folder, const std::string& folde
     return "the scan of " + name + " stopped at '" + f->scan_end->subject +
            "', an item already processed, before reaching it";
   }
-  return "the scan of " + name + " ended (" + f->scan_end->reason +
-         ") without reaching it, and no new-item event for it reached the add-in";
+  if (f->scan_end->reason == "it reached the end of the folder") {
+    return "the scan of " + name + " reached the end of the folder without meeting it, and no "
+           "new-item event for it reached the add-in";
+  }
+  return "the scan of " + name + " ended before reaching it: " + f->scan_end->reason;
 }
 
 void Walk(const sim::FolderRecord& folder, const sim::Profile& profile, const ProfileLoader& loader,

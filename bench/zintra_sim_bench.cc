@@ -3,14 +3,20 @@
 // per second, the share of wall time spent building and reading back the simulated
 // profile against the time inside the timeline (the add-in at work), and the peak
 // resident memory. The baseline in the same run is building the same profile alone.
+// BM_ImportAndRun times `import` and `run` over the same mailbox as exported files;
+// run it alone (--benchmark_filter) for its own peak memory.
 #include <sys/resource.h>
 
 #include <benchmark/benchmark.h>
 
+#include <chrono>
+#include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 
 #include "sim/addin_host/sim_outlook.h"
+#include "tools/zintra-sim/importer.h"
 #include "tools/zintra-sim/profile_loader.h"
 #include "tools/zintra-sim/runner.h"
 
@@ -113,12 +119,81 @@ void BM_RunScenario(benchmark::State& state) {
       static_cast<double>(logged) / static_cast<double>(state.iterations());
 }
 
+// The same mailbox as exported files (one mbox, one vCard file), imported and played
+// as `zintra-sim import` then `run` do: received mail scanned at start-up, the user's
+// own mail sent by the user.
+std::filesystem::path ExportedMailbox(int mails, int contacts) {
+  namespace fs = std::filesystem;
+  fs::path dir = fs::temp_directory_path() / ("zintra-sim-bench-import-" + std::to_string(mails) +
+                                              "-" + std::to_string(contacts));
+  fs::remove_all(dir);
+  fs::create_directories(dir);
+  std::ofstream cards(dir / "contacts.vcf", std::ios::binary);
+  for (int i = 0; i < contacts; ++i) {
+    cards << "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Contact " << i << "\r\nEMAIL:contact" << i
+          << "@company" << i % 400 << ".com\r\nEND:VCARD\r\n";
+  }
+  std::ofstream mbox(dir / "mail.mbox", std::ios::binary);
+  for (int i = 0; i < mails; ++i) {
+    int who = i * 7 % (contacts * 3 / 2);
+    std::string other = (who < contacts ? "contact" : "stranger") + std::to_string(who) +
+                        "@company" + std::to_string(who % 400) + ".com";
+    std::string me = "jane.doe@contoso.com";
+    bool sent = i % 4 == 0;
+    int minute = i % 1440, day = 1 + i / 1440 % 28;
+    char date[64];
+    std::snprintf(date, sizeof date, "%02d Jan 2026 %02d:%02d:00 +0000", day, minute / 60,
+                  minute % 60);
+    mbox << "From " << (sent ? me : other) << " Mon Jan  5 08:00:00 2026\n"
+         << "From: "
+         << (sent ? "Jane Doe <" + me + ">" : "Person " + std::to_string(who) + " <" + other + ">")
+         << "\nTo: " << (sent ? other : me) << "\nSubject: Message " << i << "\nDate: " << date
+         << "\nMessage-ID: <m" << i << "@bench>\n\nBody of message " << i << "\n\n";
+  }
+  return dir;
+}
+
+void BM_ImportAndRun(benchmark::State& state) {
+  std::filesystem::path dir = ExportedMailbox(Mails(state), Contacts(state));
+  RunOptions options;
+  options.quiet = true;
+  std::ostringstream out;
+  double import = 0, run = 0;
+  int64_t logged = 0, reached = 0;
+  for (auto _ : state) {
+    auto t0 = std::chrono::steady_clock::now();
+    ImportResult imported =
+        Import({dir.string()}, PersonSpec{"Jane Doe", "jane.doe@contoso.com", ""});
+    auto t1 = std::chrono::steady_clock::now();
+    RunResult r = RunScenario(imported.scenario, options, out);
+    auto t2 = std::chrono::steady_clock::now();
+    import += std::chrono::duration<double>(t1 - t0).count();
+    run += std::chrono::duration<double>(t2 - t1).count();
+    logged += r.items_logged;
+    for (const WhyRow& row : r.why) reached += row.outcome != "not reached";
+  }
+  std::filesystem::remove_all(dir);
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto n = static_cast<double>(state.iterations());
+  state.counters["import_s"] = import / n;
+  state.counters["run_s"] = run / n;
+  state.counters["items_logged"] = static_cast<double>(logged) / n;
+  state.counters["items_reached"] = static_cast<double>(reached) / n;
+  state.counters["peak_rss_MB"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
+}
+
 BENCHMARK(BM_BuildProfileOnly)
     ->Args({2000, 500})
     ->Args({20000, 5000})
     ->Unit(benchmark::kMillisecond)
     ->Iterations(1);
 BENCHMARK(BM_RunScenario)
+    ->Args({2000, 500})
+    ->Args({20000, 5000})
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
+BENCHMARK(BM_ImportAndRun)
     ->Args({2000, 500})
     ->Args({20000, 5000})
     ->Unit(benchmark::kMillisecond)

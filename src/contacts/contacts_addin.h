@@ -12,6 +12,7 @@
 #include <string>
 
 #include "src/host/automation_object.h"
+#include "src/host/decision_log.h"
 
 namespace zintra {
 
@@ -58,6 +59,8 @@ class ContactsAddin {
   virtual JobEngineLog& Log() = 0;
   // VB's Now, as a date serial.
   virtual double Now() = 0;
+  // Where the add-in states its decisions about items (nowhere unless a host connects one).
+  virtual DecisionLog& Decisions() { return NoDecisionLog(); }
 };
 
 }  // namespace zintra

@@ -64,6 +64,10 @@ class AddinView : public Base {
     return *log_;
   }
   double Now() override { return App().Host().clock.Now(); }
+  DecisionLog& Decisions() override {
+    std::shared_ptr<ZintraAddinApp> app = app_.lock();
+    return app && app->Host().decisions ? *app->Host().decisions : NoDecisionLog();
+  }
 
  protected:
   void Bind(const std::shared_ptr<ZintraAddinApp>& app) {

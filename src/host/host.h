@@ -6,6 +6,7 @@
 #pragma once
 
 #include "src/host/clock.h"
+#include "src/host/decision_log.h"
 #include "src/host/dialog_views.h"
 #include "src/host/error_log_store.h"
 #include "src/host/file_system.h"
@@ -42,6 +43,9 @@ struct Host {
   // no toolbar, and no letters).
   ToolbarLibrary* toolbar_library = nullptr;
   Word* word = nullptr;
+  // Where the add-in states its decisions about items; nullptr: nowhere (the records
+  // serve a dry run, not the add-in).
+  DecisionLog* decisions = nullptr;
 };
 
 }  // namespace zintra

@@ -129,6 +129,7 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
     if (app->Settings().MakeWorkingCopy) MakeWorkingCopy(item);
     addin_kill_ = app->KillBroadcast().Connect([this] { Kill(); });
     LogLine("JobProcess queuing " + subject_);
+    Decide(item, {.kind = DecisionKind::kQueued});
     queue->Queue(shared_from_this(), false);
     return true;
   } catch (...) {
@@ -218,6 +219,7 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
   if (skip) {
     screen_reason_ = reason;
     LogLine("Item '" + subject_ + "' skipped because " + reason);
+    Decide(item, {.kind = DecisionKind::kSkipped, .reason = reason});
     return false;
   }
 
@@ -252,6 +254,7 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
 bool JobProcess::MarkNotLogged(const std::shared_ptr<Item>& item, const std::string& reason) {
   screen_reason_ = reason;
   LogLine("Item '" + subject_ + "' being marked not-logged and aborted because " + reason);
+  Decide(item, {.kind = DecisionKind::kMarkedNotLogged, .reason = reason});
   ZintraUtils& utils = Utils();
   utils.SetUserProperty(item->UserProperties(), kPropZintraLogged, kOlYesNo, Value(false), true);
   utils.SaveItem(item);
@@ -310,6 +313,7 @@ void JobProcess::Activate() {
         LogErrorLine(
             "Item '" + subject_ + "' " + item_description_ + " was deleted by another process.",
             "IJob_Activate");
+        Decide(nullptr, {.kind = DecisionKind::kEnded, .reason = "deleted by another process"});
         // The job ends: Kill finds the item again if it can and clears its mark.
         Kill();
         return;
@@ -325,6 +329,8 @@ void JobProcess::Activate() {
 
 void JobProcess::Abort() {
   LogLine("Aborted processing item: '" + subject_ + "'");
+  Decide(nullptr, {.kind = DecisionKind::kEnded,
+                   .reason = "the queue aborted it: Outlook quit, or the user stopped the work"});
   Kill();
 }
 

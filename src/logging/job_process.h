@@ -33,6 +33,7 @@
 #include "src/addin/i_check_linger.h"
 #include "src/core/event.h"
 #include "src/core/keyed_collection.h"
+#include "src/host/decision_log.h"
 #include "src/jobs/i_job.h"
 
 namespace zintra {
@@ -157,6 +158,14 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   void ClearTag(const std::shared_ptr<Item>& item);
   void QueueSelf();
   bool SameFolder(const std::shared_ptr<Folder>& a, const std::shared_ptr<Folder>& b);
+
+  // Decisions stated to the host's decision log (job_process_decisions.cc); never throw.
+  // The item is `item` while screening, the job's own afterwards (nullptr).
+  void Decide(const std::shared_ptr<Item>& item, Decision decision);
+  void DecideContact(DecisionKind kind, const std::shared_ptr<Item>& contact, std::string address,
+                     std::string reason, const std::shared_ptr<TrackedContactFolder>& folderset);
+  void DecideMatches(const ContactSearch& search);
+  void DecideCopy(CopyKind kind, const std::shared_ptr<Item>& copy);
 
   // Logging helpers.
   void LogLine(const std::string& text);

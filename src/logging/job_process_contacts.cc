@@ -52,6 +52,7 @@ void JobProcess::Step1_SearchLinks() {
             FullMAPIPathName(folder) + "' is tracked");
     std::shared_ptr<TrackedContactFolder> folderset =
         tracked ? tracked->FoldersetFor(folder) : nullptr;
+    if (folderset) DecideContact(DecisionKind::kLinkedContact, contact, "", "", folderset);
     if (folderset) FoundLinkedContact(contact, folderset);
   }
   if (!killed_) Step2_SearchEmails();
@@ -60,6 +61,9 @@ void JobProcess::Step1_SearchLinks() {
 void JobProcess::Step2_SearchEmails() {
   const RegSettings& settings = Settings();
   if (!settings.SearchEmailAddresses || (settings.OnlySearchIfNoLinks && has_links_)) {
+    Decide(nullptr,
+           {.kind = DecisionKind::kNoAddressSearch,
+            .reason = settings.SearchEmailAddresses ? "it has links" : "it is switched off"});
     RunStage();
     return;
   }
@@ -97,6 +101,8 @@ void JobProcess::Step2_SearchEmails() {
   if (!AmIncomingFold_ && !AmOutgoingFold_) {
     LogLine("Item '" + subject_ + "' is in a folder which has AmIncomingFold and " +
             "AmOutgoingFold both set as false; email addresses were NOT searched.");
+    Decide(nullptr, {.kind = DecisionKind::kNoAddressSearch,
+                     .reason = "its folder is neither an incoming nor an outgoing folder"});
     RunStage();
     return;
   }
@@ -108,6 +114,9 @@ void JobProcess::Step2_SearchEmails() {
     }
   }
   searched_addresses_ = addresses;
+  for (const std::string& a : addresses) {
+    Decide(nullptr, {.kind = DecisionKind::kAddressSearched, .address = a});
+  }
   std::shared_ptr<TrackedContacts> tracked = app->Tracked();
   if (addresses.empty() || !tracked) {
     RunStage();
@@ -151,6 +160,7 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
   try {
     if (aborted) {
       LogLine("Email search aborted for item '" + subject_ + "'");
+      Decide(nullptr, {.kind = DecisionKind::kEnded, .reason = "its e-mail search was aborted"});
       Kill();
       return;
     }
@@ -160,6 +170,7 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
     }
     LogLine("Email search complete for item '" + subject_ + "'");
     LogLine("Results: " + std::to_string(search->AllResults().size()));
+    DecideMatches(*search);
     for (const std::shared_ptr<ContactGroup>& group : search->GroupedResults().Values()) {
       for (const std::shared_ptr<Item>& contact : group->contacts) {
         if (killed_) return;
@@ -190,13 +201,16 @@ void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
   if (!tracked || !tracked->ShouldTrack(contact)) {
     LogLine("FoundLinkedContact: '" + name + "', but " +
             "filters or sensitivity specify this contact should not be tracked.");
+    DecideContact(DecisionKind::kContactRefused, contact, "", "filters or sensitivity", nullptr);
     return;
   }
   if (!folderset || folderset->Killed()) {
     LogLine("FoundLinkedContact: '" + name + "', but " + "containing folderset was killed.");
+    DecideContact(DecisionKind::kContactRefused, contact, "", "its folder set was killed", nullptr);
     return;
   }
   LogLine("FoundLinkedContact: '" + name + "'");
+  DecideContact(DecisionKind::kContactAccepted, contact, "", "", folderset);
   if (!found_contacts_.Contains(folderset->key())) {
     found_contacts_.Add(std::make_shared<KeyedCollection<std::shared_ptr<Item>>>(),
                         folderset->key());

@@ -87,6 +87,7 @@ void JobProcess::CopyJobEnded(CopyKind kind, const std::string& key, bool aborte
 }
 
 void JobProcess::AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy) {
+  DecideCopy(kind, copy);
   if (kind == CopyKind::kLogged) {
     logged_copies_.push_back(copy);
     logged_ = true;
@@ -105,6 +106,7 @@ void JobProcess::FinalPostProcessing() {
     LogErrorLine("Unable to find original item '" + subject_ + "' " + item_description_ +
                      " to mark it as logged",
                  "FinalPostProcessing");
+    Decide(nullptr, {.kind = DecisionKind::kEnded, .reason = "the item could not be found again"});
     Kill();
     return;
   }
@@ -113,6 +115,7 @@ void JobProcess::FinalPostProcessing() {
   ZintraUtils& utils = Utils();
   utils.SetUserProperty(item->UserProperties(), kPropZintraLogged, kOlYesNo, Value(logged_), true);
   utils.SetUserProperty(item->UserProperties(), kPropZintraShared, kOlYesNo, Value(shared_), true);
+  Decide(nullptr, {.kind = DecisionKind::kFinished, .logged = logged_, .shared = shared_});
   Kill();
 }
 

@@ -213,6 +213,7 @@ void JobProcess::LogCurrentException(const char* proc) {
 
 void JobProcess::Fail(const char* proc) {
   LogCurrentException(proc);
+  Decide(nullptr, {.kind = DecisionKind::kEnded, .reason = std::string("an error in ") + proc});
   failed_ = true;
   if (!killed_) Kill();
 }

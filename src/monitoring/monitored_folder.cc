@@ -131,6 +131,7 @@ bool MonitoredFolder::Initialize(const std::shared_ptr<zintra::Folder>& folder,
     ignore_changes_ = inbox || sent || IsDefaultFolder(kOlFolderDeletedItems);
 
     LogLine("Successfully initialized monitoring of folder " + name);
+    Decide(DecisionKind::kFolderMonitored, "");
     return true;
   } catch (...) {
     LogCurrentException("Initialize");
@@ -209,9 +210,13 @@ void MonitoredFolder::Items_ItemAdd(const std::shared_ptr<Item>& item) {
         item->CreationTime() > current_creation_time_) {
       ++bump_count_;
     }
-    if (!ItemIsLoggedType(folder_setting_, *item)) return;
+    if (!ItemIsLoggedType(folder_setting_, *item)) {
+      Decide(DecisionKind::kNotProcessed, "its kind is not logged in this folder", item);
+      return;
+    }
     std::shared_ptr<Monitoring> monitoring = monitoring_.lock();
     if (monitoring && monitoring->ProcessingDelay() >= 1) {
+      Decide(DecisionKind::kNotProcessed, "it was left to the delayed scan of its folder", item);
       monitoring->QueueDelayedScan(folder_);
       return;
     }
@@ -270,6 +275,8 @@ void MonitoredFolder::Scan(bool StopWhenFound) {
     std::shared_ptr<JobQueue> queue = app->GetJobQueue();
     if (!queue) throw ZError(kErrObjectNotSet, "The job queue is gone", kModName);
     task_id_ = queue->TaskListAdd(description_, kScanTaskIcon, static_cast<float>(count), false);
+    Decide(DecisionKind::kScanStarted,
+           StopWhenFound ? "up to the first item already processed" : "to the end of the folder");
     QueueSelf();
   } catch (...) {
     LogCurrentException("Scan");
@@ -298,6 +305,7 @@ void MonitoredFolder::Activate() {
   try {
     // Outlook is closing: the rest of the folder waits for the next start.
     if (app->Quitting()) {
+      Decide(DecisionKind::kScanEnded, "Outlook was closing");
       Abort();
       return;
     }
@@ -320,6 +328,7 @@ void MonitoredFolder::Activate() {
               "IJob_Activate");
         }
         LogLine("Completing scan for folder '" + FolderName() + "'; reached end of messages.");
+        Decide(DecisionKind::kScanEnded, "it reached the end of the folder");
         Abort();
         return;
       }
@@ -347,6 +356,7 @@ void MonitoredFolder::Activate() {
                 "'; reached "
                 "a message that's already been processed: '" +
                 candidate->Subject() + "'");
+        Decide(DecisionKind::kScanEnded, "it reached an item already processed", candidate);
         Abort();
         return;
       }
@@ -360,6 +370,7 @@ void MonitoredFolder::Activate() {
     QueueSelf();
   } catch (...) {
     LogCurrentException("IJob_Activate");
+    Decide(DecisionKind::kScanEnded, "an error (see the error log)");
     // A step that failed would fail again: end the scan, so the manager can rescan.
     Abort();
   }

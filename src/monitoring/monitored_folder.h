@@ -24,6 +24,7 @@
 
 #include "src/core/date.h"
 #include "src/core/event.h"
+#include "src/host/decision_log.h"
 #include "src/jobs/i_job.h"
 #include "src/settings/folder_setting.h"
 
@@ -97,6 +98,11 @@ class MonitoredFolder : public IJob, public std::enable_shared_from_this<Monitor
   // under the position by an insertion the bump count does not cover.
   bool AlreadyPassed(Item& candidate) const;
   void NoteHandled(Item& candidate);
+  // Decisions stated to the host's decision log (monitored_folder_decisions.cc): about
+  // the folder, or about `item` (a new item handed to no job, the item a scan stopped
+  // at). Never throw.
+  void Decide(DecisionKind kind, const std::string& reason,
+              const std::shared_ptr<Item>& item = nullptr);
   void LogLine(const std::string& text);
   void LogErrorLine(const std::string& text, const char* proc);
   void LogCurrentException(const char* proc);

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tools/zintra-sim/demo_scenario.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/scenario_reader.h"
 #include "tools/zintra-sim/scenario_writer.h"
@@ -76,6 +77,40 @@ TEST(ScenarioReaderTest, WrittenScenarioReadsBackTheSame) {
   EXPECT_EQ(a.properties, b.properties);
   EXPECT_EQ(again.foldersets[0].contacts, "Clients");
   EXPECT_EQ(again.registry.values[0].name, "ScanInbox");
+  ASSERT_EQ(again.timeline.size(), s.timeline.size());
+  for (size_t i = 0; i < s.timeline.size(); ++i) {
+    EXPECT_EQ(again.timeline[i].kind, s.timeline[i].kind) << i;
+    EXPECT_EQ(again.timeline[i].seconds, s.timeline[i].seconds) << i;
+    EXPECT_EQ(again.timeline[i].until, s.timeline[i].until) << i;
+    EXPECT_EQ(again.timeline[i].target, s.timeline[i].target) << i;
+    EXPECT_EQ(again.timeline[i].changes, s.timeline[i].changes) << i;
+  }
+}
+
+// Every kind of step the demo plays, written and read back.
+TEST(ScenarioReaderTest, WrittenDemoTimelineReadsBackTheSame) {
+  Scenario s = ReadScenarioText(kDemoScenario, "demo", ".");
+  Scenario again = ReadScenarioText(ScenarioJson(s).dump(2), "again.json", ".");
+  ASSERT_EQ(again.timeline.size(), s.timeline.size());
+  for (size_t i = 0; i < s.timeline.size(); ++i) {
+    const StepSpec& a = s.timeline[i];
+    const StepSpec& b = again.timeline[i];
+    EXPECT_EQ(b.kind, a.kind) << i;
+    EXPECT_EQ(b.until, a.until) << i;
+    EXPECT_EQ(b.seconds, a.seconds) << i;
+    EXPECT_EQ(b.folder, a.folder) << i;
+    EXPECT_EQ(b.item.has_value(), a.item.has_value()) << i;
+    if (a.item && b.item) {
+      EXPECT_EQ(b.item->subject, a.item->subject) << i;
+    }
+    EXPECT_EQ(b.button, a.button) << i;
+    EXPECT_EQ(b.selection, a.selection) << i;
+    EXPECT_EQ(b.fill, a.fill) << i;
+    EXPECT_EQ(b.then, a.then) << i;
+    EXPECT_EQ(b.letter, a.letter) << i;
+    EXPECT_EQ(b.confirm, a.confirm) << i;
+    EXPECT_EQ(b.registry.values.size(), a.registry.values.size()) << i;
+  }
 }
 
 struct BadCase {

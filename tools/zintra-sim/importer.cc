@@ -98,6 +98,27 @@ std::vector<PersonSpec> Directory(const std::vector<ItemSpec>& mails, const Pers
   return people;
 }
 
+// Outlook starts (the add-in scans the Inbox), the user sends each of their own mails
+// in date order, so the add-in sees it filed in Sent Items as Outlook files it, the
+// add-in is given time to finish, and Outlook quits.
+std::vector<StepSpec> DryRunTimeline(std::vector<ItemSpec> sent_mails) {
+  std::vector<StepSpec> steps(1);
+  steps[0].kind = StepKind::kStart;
+  for (ItemSpec& m : sent_mails) {
+    StepSpec send;
+    send.kind = StepKind::kSend;
+    send.item = std::move(m);
+    steps.push_back(std::move(send));
+  }
+  StepSpec wait, quit;
+  wait.kind = StepKind::kWait;
+  wait.seconds = kDryRunWaitSeconds;
+  quit.kind = StepKind::kQuit;
+  steps.push_back(wait);
+  steps.push_back(quit);
+  return steps;
+}
+
 }  // namespace
 
 ImportResult Import(const std::vector<std::string>& paths, const std::optional<PersonSpec>& user) {
@@ -192,10 +213,11 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   FolderSpec contact_folder{"Contacts", kOlContactItem, {}, {}};
   std::stable_sort(mails.begin(), mails.end(),
                    [](const ItemSpec& a, const ItemSpec& b) { return a.time < b.time; });
+  std::vector<ItemSpec> sent_mails;
   for (ItemSpec& m : mails) {
     m.source_line = 0;
     bool mine = m.from && Key(*m.from) == Key(me);
-    (mine ? sent : inbox).items.push_back(std::move(m));
+    (mine ? sent_mails : inbox.items).push_back(std::move(m));
   }
   for (ItemSpec& c : contacts) {
     c.source_line = 0;
@@ -203,7 +225,7 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   }
   result.contacts = static_cast<int>(contact_folder.items.size());
   result.received = static_cast<int>(inbox.items.size());
-  result.sent = static_cast<int>(sent.items.size());
+  result.sent = static_cast<int>(sent_mails.size());
 
   Scenario& s = result.scenario;
   s.name = "imported mailbox";
@@ -222,6 +244,10 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   set.contacts = "Contacts";
   set.journal = "Journal";
   s.foldersets.push_back(set);
+  s.timeline = DryRunTimeline(std::move(sent_mails));
+  // The report of a run does not depend on the log: it keeps errors only, as a
+  // production mailbox would, unless `run --log-level` asks for more.
+  s.log_level = 1;
   return result;
 }
 

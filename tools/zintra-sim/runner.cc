@@ -292,8 +292,7 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
   result.log_lines = world->LogLines();
   fs::path made_log;
   for (const auto& log : world->outlook().error_logs.Created()) made_log = log->NativePath();
-  result.why =
-      BuildWhyReport(world->profile(), world->loader(), scenario.foldersets, result.log_lines);
+  result.why = BuildWhyReport(world->profile(), world->loader(), world->Decisions());
   for (const WhyRow& row : result.why) result.items_logged += row.outcome == "logged";
   result.expectations =
       CheckExpectations(scenario.expect, world->outlook().registry, world->loader(), result);

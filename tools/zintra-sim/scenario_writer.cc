@@ -93,6 +93,79 @@ ordered_json ProfileJson(const ProfileSpec& profile) {
   return j;
 }
 
+ordered_json RegistryJson(const RegistrySpec& registry) {
+  ordered_json r;
+  if (!registry.reg_files.empty()) r["files"] = registry.reg_files;
+  r["values"] = ordered_json::array();
+  for (const RegValueSpec& v : registry.values) {
+    ordered_json vj;
+    vj["key"] = v.key;
+    vj["name"] = v.name;
+    if (v.type == RegType::kDword) {
+      vj["dword"] = v.dword;
+    } else if (v.type == RegType::kString) {
+      vj["string"] = v.text;
+    } else {
+      vj["multi"] = v.texts;
+    }
+    r["values"].push_back(vj);
+  }
+  return r;
+}
+
+ordered_json StepJson(const StepSpec& step) {
+  ordered_json j;
+  j["do"] = StepName(step.kind);
+  switch (step.kind) {
+    case StepKind::kStart:
+      if (step.windows != "explorer") j["windows"] = step.windows;
+      if (!step.addin) j["addin"] = false;
+      if (!step.target.empty()) j["target"] = step.target;
+      break;
+    case StepKind::kDeliver:
+    case StepKind::kSend:
+    case StepKind::kAdd:
+      if (!step.folder.empty()) j["folder"] = step.folder;
+      if (step.item) j["item"] = ItemJson(*step.item);
+      break;
+    case StepKind::kChange:
+      j["target"] = step.target;
+      j["set"] = step.changes;
+      break;
+    case StepKind::kDelete:
+    case StepKind::kOpenInspector:
+    case StepKind::kCloseInspector:
+      j["target"] = step.target;
+      break;
+    case StepKind::kWait:
+      // A last wait until a moment reads back as that moment, then no further wait.
+      if (step.until != 0) j["at"] = FormatIsoTime(step.until);
+      j["for"] = step.until != 0 ? 0.0 : step.seconds;
+      break;
+    case StepKind::kSettings:
+      if (!step.registry.values.empty() || !step.registry.reg_files.empty()) {
+        j["registry"] = RegistryJson(step.registry);
+      }
+      if (step.multi_user) j["multi_user"] = *step.multi_user;
+      break;
+    case StepKind::kClick:
+      j["button"] = step.button;
+      if (!step.selection.empty()) j["selection"] = step.selection;
+      if (step.in != "explorer") j["in"] = step.in;
+      if (step.confirm) j["confirm"] = *step.confirm;
+      if (!step.fill.empty()) j["fill"] = step.fill;
+      if (!step.then.empty()) j["then"] = step.then;
+      if (!step.link_items.empty()) j["link_items"] = step.link_items;
+      if (step.button == "letter") j["letter"] = step.letter;
+      break;
+    case StepKind::kLoadAddin:
+    case StepKind::kUnloadAddin:
+    case StepKind::kQuit:
+      break;
+  }
+  return j;
+}
+
 ordered_json ScenarioJson(const Scenario& s) {
   ordered_json j;
   j["name"] = s.name;
@@ -125,23 +198,21 @@ ordered_json ScenarioJson(const Scenario& s) {
     }
   }
   if (!s.registry.values.empty() || !s.registry.reg_files.empty()) {
-    ordered_json r;
-    if (!s.registry.reg_files.empty()) r["files"] = s.registry.reg_files;
-    r["values"] = ordered_json::array();
-    for (const RegValueSpec& v : s.registry.values) {
-      ordered_json vj;
-      vj["key"] = v.key;
-      vj["name"] = v.name;
-      if (v.type == RegType::kDword) {
-        vj["dword"] = v.dword;
-      } else if (v.type == RegType::kString) {
-        vj["string"] = v.text;
+    j["registry"] = RegistryJson(s.registry);
+  }
+  if (!s.timeline.empty()) {
+    j["timeline"] = ordered_json::array();
+    const std::vector<StepSpec>& t = s.timeline;
+    for (size_t i = 0; i < t.size(); ++i) {
+      // A wait until a moment is the "at" of the step after it, as it was read.
+      if (t[i].kind == StepKind::kWait && t[i].until != 0 && i + 1 < t.size()) {
+        ordered_json step = StepJson(t[++i]);
+        step["at"] = FormatIsoTime(t[i - 1].until);
+        j["timeline"].push_back(step);
       } else {
-        vj["multi"] = v.texts;
+        j["timeline"].push_back(StepJson(t[i]));
       }
-      r["values"].push_back(vj);
     }
-    j["registry"] = r;
   }
   return j;
 }

@@ -11,8 +11,10 @@ namespace zintra::simtool {
 nlohmann::ordered_json PersonJson(const PersonSpec& p);
 nlohmann::ordered_json ItemJson(const ItemSpec& item);
 nlohmann::ordered_json ProfileJson(const ProfileSpec& profile);
-// The profile, Outlook's version, the start time and the registry values; the
-// timeline and expectations are the caller's to add.
+nlohmann::ordered_json RegistryJson(const RegistrySpec& registry);
+nlohmann::ordered_json StepJson(const StepSpec& step);
+// The profile, Outlook's version, the start time, the registry values and the
+// timeline; expectations are the caller's to add.
 nlohmann::ordered_json ScenarioJson(const Scenario& scenario);
 
 }  // namespace zintra::simtool

@@ -5,18 +5,12 @@
 #include <ostream>
 #include <unordered_map>
 
-#include "sim/outlook/message_props.h"
-#include "src/core/text.h"
-#include "src/host/mapi_object.h"
 #include "src/toolbars/word_letter_handler.h"
 #include "tools/zintra-sim/item_view.h"
-#include "tools/zintra-sim/profile_facts.h"
 
 namespace zintra::simtool {
 
 namespace {
-
-using sim::MessageProps;
 
 std::string Join(const std::vector<std::string>& parts) {
   std::string out;
@@ -24,33 +18,11 @@ std::string Join(const std::vector<std::string>& parts) {
   return out;
 }
 
+void AddOnce(std::vector<std::string>& list, const std::string& s) {
+  if (std::find(list.begin(), list.end(), s) == list.end()) list.push_back(s);
+}
+
 bool Tracked(ItemClass c) { return c != ItemClass::kContact && c != ItemClass::kDistList; }
-
-std::string Quoted(const std::string& line, size_t from) {
-  size_t a = line.find('\'', from);
-  size_t b = a == std::string::npos ? a : line.find('\'', a + 1);
-  return b == std::string::npos ? "" : line.substr(a + 1, b - a - 1);
-}
-
-// How `contact` matched `item`: its own link, or the contact's address the item was
-// from or to ("*@domain" for any address at the domain); "" when neither shows.
-std::string HowMatched(const sim::MessageRecord& contact, const sim::MessageRecord& item,
-                       const ProfileFacts& facts) {
-  for (const sim::MessageRecord* linked : facts.Linked(item)) {
-    if (linked == &contact) return "link";
-  }
-  std::vector<std::string> addresses = facts.Addresses(item);
-  for (const std::string& mine : ProfileFacts::ContactAddresses(contact)) {
-    for (const std::string& a : addresses) {
-      if (a == mine) return a;
-      if (mine.rfind("*@", 0) == 0 && a.size() > mine.size() - 1 &&
-          a.compare(a.size() - (mine.size() - 1), std::string::npos, mine.substr(1)) == 0) {
-        return mine;
-      }
-    }
-  }
-  return "";
-}
 
 // A letter the add-in filed: the journal entry carries the letter's saved copy.
 bool IsFiledLetter(const sim::MessageRecord& m) {
@@ -61,148 +33,244 @@ bool IsFiledLetter(const sim::MessageRecord& m) {
   return false;
 }
 
-std::string ContactName(const sim::MessageRecord& contact) {
-  std::string name = MessageProps::Text(contact, kPrDisplayName);
-  return name.empty() ? SubjectOf(contact) : name;
-}
-
-bool Private(const sim::MessageRecord& contact) {
-  Value v = MessageProps::Get(contact, kPrSensitivity);
-  return !v.IsEmpty() && v.ToLong() == kOlPrivate;
-}
-
-// The tracked contacts of one contact folder by address ("*@domain" for blanket ones);
-// private contacts are not tracked.
-using ContactIndex = std::unordered_map<std::string, std::vector<const sim::MessageRecord*>>;
-
-ContactIndex IndexContacts(const sim::FolderRecord& folder) {
-  ContactIndex index;
-  for (const auto& c : folder.messages) {
-    if (c->deleted || c->item_class != ItemClass::kContact || Private(*c)) continue;
-    for (const std::string& a : ProfileFacts::ContactAddresses(*c)) index[a].push_back(c.get());
-  }
-  return index;
-}
-
-// Log folders (journal, e-mail and shared folders of a folder set) and the contacts of
-// each set they serve.
-struct SetFolders {
-  std::vector<std::unique_ptr<ContactIndex>> indexes;
-  std::unordered_map<const sim::FolderRecord*, std::vector<const ContactIndex*>> by_log_folder;
+// One processing job's decisions about an item, from its queuing to its end.
+struct Job {
+  std::vector<const Decision*> decisions;
+  const Decision* end = nullptr;  // kFinished or kEnded; nullptr: it never ended
 };
 
-SetFolders LogFolders(const std::vector<FoldersetSpec>& sets, const ProfileLoader& loader) {
-  SetFolders out;
-  for (const FoldersetSpec& set : sets) {
-    auto contacts = loader.FindFolder(set.contacts);
-    if (!contacts) continue;
-    out.indexes.push_back(std::make_unique<ContactIndex>(IndexContacts(*contacts)));
-    for (const std::string* path :
-         {&set.journal, &set.email, &set.shared_journal, &set.shared_calendar, &set.shared_tasks}) {
-      if (auto f = path->empty() ? nullptr : loader.FindFolder(*path)) {
-        out.by_log_folder[f.get()].push_back(out.indexes.back().get());
+// The decisions about one item, in order, cut into its screenings and jobs.
+struct ItemStory {
+  const Decision* marked = nullptr;   // the last kMarkedNotLogged
+  const Decision* skipped = nullptr;  // the last kSkipped
+  const Decision* not_processed = nullptr;
+  std::vector<Job> jobs;
+};
+
+// How the monitors dealt with one folder.
+struct FolderStory {
+  bool monitored = false;
+  int scans = 0;
+  const Decision* scan_end = nullptr;  // how the last scan ended; nullptr while it runs
+};
+
+struct Copy {
+  const Decision* made = nullptr;
+  const Job* job = nullptr;
+};
+
+class Decisions {
+ public:
+  explicit Decisions(const std::vector<Decision>& all) {
+    for (const Decision& d : all) {
+      switch (d.kind) {
+        case DecisionKind::kFolderMonitored:
+          folders_[d.folder_id].monitored = true;
+          break;
+        case DecisionKind::kScanStarted:
+          ++folders_[d.folder_id].scans;
+          folders_[d.folder_id].scan_end = nullptr;
+          break;
+        case DecisionKind::kScanEnded:
+          folders_[d.folder_id].scan_end = &d;
+          break;
+        default:
+          Add(d);
       }
     }
-  }
-  return out;
-}
-
-// The contacts the item was logged to: those its copies or the item itself are linked
-// to, and the contacts of the set whose folder holds a copy that the item was from or
-// to (by address or blanket domain; private contacts are not tracked), each once.
-std::vector<std::string> LoggedContacts(const sim::MessageRecord& m, const ProfileFacts& facts,
-                                        const SetFolders& sets) {
-  std::vector<const sim::MessageRecord*> contacts;
-  auto take = [&](const sim::MessageRecord* c) {
-    if (c->item_class == ItemClass::kContact &&
-        std::find(contacts.begin(), contacts.end(), c) == contacts.end()) {
-      contacts.push_back(c);
-    }
-  };
-  auto add = [&](const sim::MessageRecord& holder) {
-    for (const sim::MessageRecord* c : facts.Linked(holder)) take(c);
-  };
-  std::vector<std::string> addresses;
-  for (const std::string& a : facts.Addresses(m)) {
-    addresses.push_back(a);
-    size_t at = a.find('@');
-    if (at != std::string::npos) addresses.push_back("*" + a.substr(at));
-  }
-  for (bool shared : {false, true}) {
-    for (const sim::MessageRecord* copy : facts.Copies(m, shared)) {
-      add(*copy);
-      auto folder = copy->folder.lock();
-      auto set = folder ? sets.by_log_folder.find(folder.get()) : sets.by_log_folder.end();
-      if (set == sets.by_log_folder.end()) continue;
-      for (const ContactIndex* index : set->second) {
-        for (const std::string& a : addresses) {
-          auto found = index->find(a);
-          if (found == index->end()) continue;
-          for (const sim::MessageRecord* c : found->second) take(c);
+    for (auto& [id, story] : items_) {
+      for (const Job& job : story.jobs) {
+        for (const Decision* d : job.decisions) {
+          if (d->kind == DecisionKind::kCopyMade) copies_[d->copy_id] = {d, &job};
         }
       }
     }
   }
-  add(m);
+
+  const ItemStory* Item(const std::string& entry_id) const {
+    auto it = items_.find(entry_id);
+    return it == items_.end() ? nullptr : &it->second;
+  }
+  const FolderStory* Folder(const std::string& folder_id) const {
+    auto it = folders_.find(folder_id);
+    return it == folders_.end() ? nullptr : &it->second;
+  }
+  const Copy* CopyMade(const std::string& entry_id) const {
+    auto it = copies_.find(entry_id);
+    return it == copies_.end() ? nullptr : &it->second;
+  }
+  const Job* LastJob(const ItemStory& story, bool ended) const {
+    for (auto it = story.jobs.rbegin(); it != story.jobs.rend(); ++it) {
+      if ((it->end != nullptr) == ended) return &*it;
+    }
+    return nullptr;
+  }
+  bool AnyMonitored() const {
+    for (const auto& [id, f] : folders_) {
+      if (f.monitored) return true;
+    }
+    return false;
+  }
+
+ private:
+  void Add(const Decision& d) {
+    ItemStory& story = items_[d.entry_id];
+    switch (d.kind) {
+      case DecisionKind::kNotProcessed:
+        story.not_processed = &d;
+        return;
+      case DecisionKind::kSkipped:
+        story.skipped = &d;
+        return;
+      case DecisionKind::kMarkedNotLogged:
+        story.marked = &d;
+        return;
+      case DecisionKind::kQueued:
+        story.jobs.emplace_back();
+        break;
+      default:
+        if (story.jobs.empty()) story.jobs.emplace_back();  // a job not seen queuing
+        break;
+    }
+    Job& job = story.jobs.back();
+    job.decisions.push_back(&d);
+    if (d.kind == DecisionKind::kFinished || d.kind == DecisionKind::kEnded) job.end = &d;
+  }
+
+  std::unordered_map<std::string, ItemStory> items_;
+  std::unordered_map<std::string, FolderStory> folders_;
+  std::unordered_map<std::string, Copy> copies_;
+};
+
+// The contacts a job took, each with how it was found: "Ann Lee (link)", "Ann Lee
+// (ann@fabrikam.com)", "Wingtip Toys (*@wingtiptoys.com)".
+std::vector<std::string> JobContacts(const Job& job, bool with_how) {
+  std::vector<std::string> ids, names;
+  std::unordered_map<std::string, std::vector<std::string>> how;
+  for (const Decision* d : job.decisions) {
+    if (d->kind == DecisionKind::kLinkedContact) AddOnce(how[d->contact_id], "link");
+    if (d->kind == DecisionKind::kAddressMatched) AddOnce(how[d->contact_id], d->address);
+    if (d->kind == DecisionKind::kContactAccepted &&
+        std::find(ids.begin(), ids.end(), d->contact_id) == ids.end()) {
+      ids.push_back(d->contact_id);
+      names.push_back(d->contact);
+    }
+  }
   std::vector<std::string> out;
-  for (const sim::MessageRecord* c : contacts) {
-    std::string how = HowMatched(*c, m, facts);
-    out.push_back(ContactName(*c) + (how.empty() ? "" : " (" + how + ")"));
+  for (size_t i = 0; i < ids.size(); ++i) {
+    const std::vector<std::string>& h = how[ids[i]];
+    out.push_back(names[i] + (with_how && !h.empty() ? " (" + Join(h) + ")" : ""));
   }
   return out;
 }
 
-void Walk(const sim::FolderRecord& folder, const ProfileLoader& loader, const ProfileFacts& facts,
-          const SetFolders& sets, const ScreeningReasons& reasons, std::vector<WhyRow>& rows) {
+// Why a job that ended without a copy logged nothing.
+std::string NothingFound(const Job& job) {
+  std::vector<std::string> searched, refused;
+  std::string no_search;
+  for (const Decision* d : job.decisions) {
+    if (d->kind == DecisionKind::kAddressSearched) AddOnce(searched, d->address);
+    if (d->kind == DecisionKind::kNoAddressSearch) no_search = d->reason;
+    if (d->kind == DecisionKind::kContactRefused) AddOnce(refused, d->contact + ": " + d->reason);
+  }
+  std::string why = !refused.empty()     ? "contacts found but not tracked (" + Join(refused) + ")"
+                    : !searched.empty()  ? "no tracked contact for " + Join(searched)
+                    : !no_search.empty() ? "no tracked contact among its links; addresses not "
+                                           "searched: " +
+                                               no_search
+                                         : "no tracked contact among its links";
+  return why;
+}
+
+// Why an item the add-in took no decision about was not reached.
+std::string NotReached(const sim::FolderRecord& folder, const std::string& folder_id,
+                       const Decisions& decisions) {
+  const std::string name = "'" + folder.name + "'";
+  const FolderStory* f = decisions.Folder(folder_id);
+  if (!decisions.AnyMonitored()) return "the add-in monitored no folder";
+  if (!f || !f->monitored) return "the folder " + name + " is not monitored";
+  if (f->scans == 0) {
+    return name +
+           " is monitored for new items only and was not scanned, so items already in "
+           "it are not looked at";
+  }
+  if (!f->scan_end) return "the scan of " + name + " had not reached it when Outlook quit";
+  if (f->scan_end->kind == DecisionKind::kScanEnded && !f->scan_end->subject.empty()) {
+    return "the scan of " + name + " stopped at '" + f->scan_end->subject +
+           "', an item already processed, before reaching it";
+  }
+  if (f->scan_end->reason == "it reached the end of the folder") {
+    return "the scan of " + name + " reached the end of the folder without meeting it, and no "
+           "new-item event for it reached the add-in";
+  }
+  return "the scan of " + name + " ended before reaching it: " + f->scan_end->reason;
+}
+
+void Walk(const sim::FolderRecord& folder, const sim::Profile& profile, const ProfileLoader& loader,
+          const Decisions& decisions, std::vector<WhyRow>& rows) {
   std::string path = ProfileLoader::PathOf(folder);
   for (const auto& m : folder.messages) {
     if (m->deleted || !Tracked(m->item_class)) continue;
-    ItemMarks marks = ReadMarks(*m);
     WhyRow row;
     row.folder = path;
     row.subject = SubjectOf(*m);
     row.id = loader.IdOf(*m);
-    CopyOf copy = facts.CopyInfo(*m);
-    for (bool shared : {false, true}) {
-      for (const sim::MessageRecord* c : facts.Copies(*m, shared)) {
-        row.copies.push_back(ProfileFacts::FolderOf(*c));
+    const std::string entry_id = profile.EntryIdOf(*m);
+    const ItemStory* story = decisions.Item(entry_id);
+    const Copy* copy = decisions.CopyMade(entry_id);
+    const Job* logged_job = nullptr;
+    if (story) {
+      for (const Job& job : story->jobs) {
+        if (job.end && job.end->kind == DecisionKind::kFinished && job.end->logged) {
+          logged_job = &job;
+        }
       }
     }
-    row.logged_copies = marks.logged_copies;
-    row.shared_copies = marks.shared_copies;
-    if (copy.original) {
+    if (copy) {
       row.outcome = "copy";
-      row.contacts = marks.links;
-      row.reason = std::string(copy.shared ? "shared" : "logged") + " copy of '" +
-                   SubjectOf(*copy.original) + "' in " + ProfileFacts::FolderOf(*copy.original);
-    } else if (marks.logged && text::EqualsNoCase(*marks.logged, "True")) {
+      row.contacts = JobContacts(*copy->job, false);
+      row.reason = std::string(copy->made->shared ? "shared" : "logged") + " copy of '" +
+                   copy->made->subject + "' in " + copy->made->folder_name;
+    } else if (logged_job) {
       row.outcome = "logged";
-      row.contacts = LoggedContacts(*m, facts, sets);
-    } else if (marks.logged) {
-      row.outcome = "screened";
-      row.reason = reasons.For(row.subject, folder.name);
-      if (row.reason.empty()) {
-        std::vector<std::string> addresses = facts.Addresses(*m);
-        row.reason = "no tracked contact" + (addresses.empty() ? std::string(" among its links")
-                                                               : " for " + Join(addresses));
+      row.contacts = JobContacts(*logged_job, true);
+      for (const Decision* d : logged_job->decisions) {
+        if (d->kind != DecisionKind::kCopyMade) continue;
+        row.copies.push_back(d->copy_folder);
+        ++(d->shared ? row.shared_copies : row.logged_copies);
       }
+    } else if (const Job* job = story ? decisions.LastJob(*story, true) : nullptr;
+               job && job->end->kind == DecisionKind::kFinished) {
+      row.outcome = "screened";
+      row.reason = NothingFound(*job);
+    } else if (story && story->marked) {
+      row.outcome = "screened";
+      row.reason = story->marked->reason;
+    } else if (job) {
+      row.outcome = "not finished";
+      row.reason = "its job ended early: " + job->end->reason;
+    } else if (story && decisions.LastJob(*story, false)) {
+      row.outcome = "in progress";
+      row.reason = "Outlook quit before its job finished";
+    } else if (story && story->skipped) {
+      row.outcome = "skipped";
+      row.reason = story->skipped->reason;
+    } else if (story && story->not_processed) {
+      row.outcome = "not reached";
+      row.reason = story->not_processed->reason;
     } else if (IsFiledLetter(*m)) {
       row.outcome = "letter";
-      row.contacts = marks.links;
+      row.contacts = ReadMarks(*m).links;
       row.reason = std::string("a Word letter filed by the add-in, attached as '") +
                    kLetterTempFileName + "'";
-    } else if (marks.tag && !marks.tag->empty()) {
-      row.outcome = "in progress";
-      row.reason = "Zintra Tag is '" + *marks.tag + "'";
     } else {
-      std::string reason = reasons.For(row.subject, folder.name);
-      row.outcome = reason.empty() ? "not reached" : "skipped";
-      row.reason = reason.empty() ? "no mark: not in a monitored folder, or not scanned" : reason;
+      row.outcome = "not reached";
+      row.reason = NotReached(folder, profile.EntryIdOf(folder), decisions);
     }
     rows.push_back(std::move(row));
   }
   for (const auto& child : folder.children) {
-    if (!child->deleted) Walk(*child, loader, facts, sets, reasons, rows);
+    if (!child->deleted) Walk(*child, profile, loader, decisions, rows);
   }
 }
 
@@ -220,46 +288,11 @@ std::string Cell(std::string s, size_t width) {
 
 }  // namespace
 
-ScreeningReasons::ScreeningReasons(const std::vector<std::string>& log_lines) {
-  // "Screening new MailItem 'S' in 'Inbox' [...]" names the item the reasons that
-  // follow it are about; an item screened more than once keeps its last reason.
-  const std::string screening = "Screening new ";
-  std::string subject, folder;
-  for (const std::string& line : log_lines) {
-    size_t at = line.find(screening);
-    if (at != std::string::npos) {
-      subject = Quoted(line, at);
-      size_t in = line.find("' in '", at);
-      folder = in == std::string::npos ? "" : Quoted(line, in + 5);
-      continue;
-    }
-    if (subject.empty() || line.find("Item '" + subject + "' ") == std::string::npos) continue;
-    size_t because = line.find(" because ");
-    if (because == std::string::npos) continue;
-    by_folder_[folder + '\n' + subject] = line.substr(because + 9);
-    by_subject_[subject] = line.substr(because + 9);
-  }
-}
-
-std::string ScreeningReasons::For(const std::string& subject, const std::string& folder) const {
-  const auto& map = folder.empty() ? by_subject_ : by_folder_;
-  auto it = map.find(folder.empty() ? subject : folder + '\n' + subject);
-  return it == map.end() ? "" : it->second;
-}
-
-std::string ScreeningReason(const std::string& subject, const std::string& folder,
-                            const std::vector<std::string>& log_lines) {
-  return ScreeningReasons(log_lines).For(subject, folder);
-}
-
 std::vector<WhyRow> BuildWhyReport(const sim::Profile& profile, const ProfileLoader& loader,
-                                   const std::vector<FoldersetSpec>& foldersets,
-                                   const std::vector<std::string>& log_lines) {
-  ProfileFacts facts(profile);
-  SetFolders sets = LogFolders(foldersets, loader);
-  ScreeningReasons reasons(log_lines);
+                                   const std::vector<Decision>& decisions) {
+  Decisions told(decisions);
   std::vector<WhyRow> rows;
-  for (const auto& store : profile.Stores()) Walk(*store->root, loader, facts, sets, reasons, rows);
+  for (const auto& store : profile.Stores()) Walk(*store->root, profile, loader, told, rows);
   return rows;
 }
 

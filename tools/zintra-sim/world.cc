@@ -116,7 +116,9 @@ void World::Build() {
   if (!outlook_.files.Contents(letter_template))
     outlook_.files.AddFile(letter_template, kLetterText);
   outlook_.SetAddin([this](const Host& host) {
-    return std::make_shared<Connect>(host, errors_, strings_,
+    Host recorded = host;
+    recorded.decisions = &decisions_;
+    return std::make_shared<Connect>(recorded, errors_, strings_,
                                      MakeAddinParts([this] { return Addin(); }));
   });
 }

@@ -21,6 +21,7 @@
 #include "sim/subclass/sim_subclasser.h"
 #include "src/errors/error_handling.h"
 #include "src/resources/string_table.h"
+#include "tools/zintra-sim/decision_recorder.h"
 #include "tools/zintra-sim/profile_loader.h"
 #include "tools/zintra-sim/runner.h"
 #include "tools/zintra-sim/scenario.h"
@@ -48,6 +49,8 @@ class World {
   ProfileLoader& loader() { return loader_; }
   sim::SimOutlook& outlook() { return outlook_; }
   size_t loaded_items() const { return loaded_items_; }
+  // What the add-in decided about items and folders, in order.
+  const std::vector<Decision>& Decisions() const { return decisions_.Decisions(); }
   const Scenario& scenario() const { return scenario_; }
 
   // The loaded add-in and its toolbar part; nullptr when not loaded.
@@ -74,6 +77,8 @@ class World {
 
   const Scenario& scenario_;
   const RunOptions& options_;
+  // Before the process: the add-in records into it until the process ends.
+  DecisionRecorder decisions_;
   // The process first: it owns the profile (driven by its clock) and its class
   // registry carries the library; the add-in inside it is ended by the destructor
   // before anything below goes.

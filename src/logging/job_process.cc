@@ -103,6 +103,7 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
     if (!pPreScreen(caller, item, AmIncomingFold, AmOutgoingFold, reason)) return false;
   } catch (...) {
     LogCurrentException("Initialize");
+    Decide(item, {.kind = DecisionKind::kEnded, .reason = "an error while screening it"});
     return false;
   }
   screened_ = true;
@@ -134,6 +135,7 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
     return true;
   } catch (...) {
     LogCurrentException("Initialize");
+    Decide(item, {.kind = DecisionKind::kEnded, .reason = "an error while marking it"});
     // Nothing has been decided about the item yet: it is left as it was, so that a
     // later event or scan can try again.
     UndoMark(item);

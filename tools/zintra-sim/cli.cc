@@ -82,7 +82,7 @@ void PrintSummary(const Scenario& s, const RunResult& r, const RunFlags& flags, 
     out << JsonText(ReportJson(s, r)) << "\n";
     return;
   }
-  int logged = 0, screened = 0, copies = 0, letters = 0, other = 0;
+  int logged = 0, screened = 0, copies = 0, letters = 0, unfinished = 0, other = 0;
   for (const WhyRow& row : r.why) {
     if (row.outcome == "logged") {
       ++logged;
@@ -92,6 +92,8 @@ void PrintSummary(const Scenario& s, const RunResult& r, const RunFlags& flags, 
       ++copies;
     } else if (row.outcome == "letter") {
       ++letters;
+    } else if (row.outcome == "in progress" || row.outcome == "not finished") {
+      ++unfinished;
     } else {
       ++other;
     }
@@ -119,7 +121,8 @@ void PrintSummary(const Scenario& s, const RunResult& r, const RunFlags& flags, 
   out << "\n"
       << r.why.size() << " items: " << logged << " logged, " << screened << " screened out, "
       << copies << " copies made, " << (letters ? std::to_string(letters) + " letters filed, " : "")
-      << other << " not reached; " << r.log_lines.size() << " log lines";
+      << (unfinished ? std::to_string(unfinished) + " not finished, " : "") << other
+      << " not reached; " << r.log_lines.size() << " log lines";
   if (!r.expectations.empty()) {
     out << "; expectations " << met << "/" << r.expectations.size() << " met";
   }

@@ -200,7 +200,8 @@ std::string NotReached(const sim::FolderRecord& folder, const std::string& folde
            "', an item already processed, before reaching it";
   }
   if (f->scan_end->reason == "it reached the end of the folder") {
-    return "the scan of " + name + " reached the end of the folder without meeting it, and no "
+    return "the scan of " + name +
+           " reached the end of the folder without meeting it, and no "
            "new-item event for it reached the add-in";
   }
   return "the scan of " + name + " ended before reaching it: " + f->scan_end->reason;

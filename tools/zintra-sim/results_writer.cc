@@ -2,7 +2,9 @@
 
 #include "sim/outlook/message_props.h"
 #include "src/host/mapi_object.h"
+#include "src/logging/zintra_utils.h"
 #include "tools/zintra-sim/expectations.h"
+#include "tools/zintra-sim/item_marks.h"
 #include "tools/zintra-sim/item_view.h"
 #include "tools/zintra-sim/output_files.h"
 #include "tools/zintra-sim/profile_facts.h"
@@ -50,6 +52,13 @@ ordered_json ItemResult(const sim::MessageRecord& m, const ProfileLoader& loader
   if (marks.shared) mj["Zintra Shared"] = *marks.shared;
   if (marks.logged_copies) mj["logged_copies"] = marks.logged_copies;
   if (marks.shared_copies) mj["shared_copies"] = marks.shared_copies;
+  // The named marks and kind fields, by the names expectations use.
+  for (const char* f : {kPropZintraLastAudited, "logged_copy_folders", "logged_store_ids",
+                        "shared_copy_folders", "shared_store_ids", "journal_type", "owner",
+                        "ownership", "attachments"}) {
+    std::string v = MarkText(m, f, loader).value_or("");
+    if (!v.empty()) mj[f] = v;
+  }
   j["marks"] = mj;
   if (!marks.links.empty()) j["links"] = marks.links;
   CopyOf copy = facts.CopyInfo(m);
@@ -153,6 +162,8 @@ void WriteResults(const std::filesystem::path& dir, const Scenario& scenario,
   files.Add((dir / "log.json").string(), log.dump(2) + "\n");
   files.Add((dir / "log.txt").string(), text);
   files.Add((dir / "report.json").string(), ReportJson(scenario, result).dump(2) + "\n");
+  files.Add((dir / "messages.json").string(), MessagesJson(result.host).dump(2) + "\n");
+  files.Add((dir / "errors.json").string(), ErrorsJson(result.host).dump(2) + "\n");
   files.Commit();
 }
 

@@ -7,6 +7,7 @@
 
 #include "src/core/text.h"
 #include "src/host/msg_box.h"
+#include "sim/outlook/sim_item.h"
 #include "tools/zintra-sim/world.h"
 
 namespace zintra::simtool {
@@ -171,7 +172,7 @@ void PlayFault(World& w, const StepSpec& step) {
 
 bool IsHostStep(StepKind kind) {
   return kind == StepKind::kFail || kind == StepKind::kHeal || kind == StepKind::kRemoveFolder ||
-         kind == StepKind::kAnswer;
+         kind == StepKind::kAnswer || kind == StepKind::kWindowMessage;
 }
 
 void ReadHostStep(const JsonNode& n, StepSpec& step) {
@@ -188,6 +189,12 @@ void ReadHostStep(const JsonNode& n, StepSpec& step) {
       break;
     case StepKind::kAnswer:
       ReadAnswers(n, step.answers);
+      break;
+    case StepKind::kWindowMessage:
+      n.OnlyKeys({"do", "at", "note", "target", "message", "wparam"});
+      step.target = n.Need("target").AsString();
+      step.message = static_cast<int32_t>(n.Need("message").AsInt(0, 0xFFFF));
+      step.wparam = static_cast<int32_t>(n.Int("wparam", 0, INT32_MIN, INT32_MAX));
       break;
     default:
       break;
@@ -220,6 +227,18 @@ void PlayHostStep(World& w, const StepSpec& step) {
         w.outlook().dialogs.Script(action);
       }
       break;
+    case StepKind::kWindowMessage: {
+      // The message goes to the window showing the item, as Windows would post it.
+      auto record = w.loader().FindItem(step.target);
+      if (!record) throw RunError(step, "the item \"" + step.target + "\" is no longer in the profile");
+      for (const auto& insp : w.outlook().app().OpenInspectors()) {
+        if (sim::RecordOf(insp->CurrentItem()) == record) {
+          w.outlook().app().WindowMessage.Raise(insp->Hwnd(), step.message, step.wparam);
+          return;
+        }
+      }
+      throw RunError(step, "no window shows the item \"" + step.target + "\"");
+    }
     default:
       break;
   }

@@ -122,6 +122,7 @@ class TimelinePlayer {
       case StepKind::kHeal:
       case StepKind::kRemoveFolder:
       case StepKind::kAnswer:
+      case StepKind::kWindowMessage:
         PlayHostStep(w_, step);
         break;
       case StepKind::kCheck:

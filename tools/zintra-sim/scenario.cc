@@ -67,6 +67,7 @@ constexpr std::pair<StepKind, const char*> kSteps[] = {
     {StepKind::kRemoveFolder, "remove-folder"},
     {StepKind::kAnswer, "answer"},
     {StepKind::kCheck, "check"},
+    {StepKind::kWindowMessage, "window-message"},
 };
 
 bool ReadInt(const std::string& s, size_t& pos, size_t digits, int& out) {

@@ -187,6 +187,7 @@ enum class StepKind {
   kRemoveFolder,  // folder: the folder vanishes (deleted by another client)
   kAnswer,        // answers: how the user answers the next message boxes
   kCheck,         // expect: expectations checked at this point of the timeline
+  kWindowMessage,  // target, message, wparam: the item's window gets a window message
 };
 
 // A member of the simulated host that fails: "Item.Save", "Folder.*", "MapiTable.GetRows"
@@ -244,6 +245,7 @@ struct StepSpec {
   std::string letter;
   FaultSpec fault;     // kFail, kRemoveFolder
   AnswerSpec answers;  // kAnswer
+  int32_t message = 0, wparam = 0;  // kWindowMessage
   std::vector<ExpectSpec> checks;  // kCheck
   // Played while a job is in an activation and pumps messages ("during": "job"), the
   // job's description starting with `during_job` ("" any job).

@@ -82,7 +82,7 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
     what.Fail(
         "expected one of: start, deliver, send, add, change, delete, wait, settings, "
         "click, open-inspector, close-inspector, load-addin, unload-addin, quit, fail, heal, "
-        "remove-folder, answer, check");
+        "remove-folder, answer, check, window-message");
   }
   step.kind = *kind;
   if (IsHostStep(step.kind)) {

@@ -6,7 +6,7 @@
 //                               order, joined with "; " ("?" for a copy that is gone)
 //   logged_entry_ids, logged_store_ids, shared_entry_ids, shared_store_ids
 //                               how many identifiers each list holds ("" when absent)
-//   journal_type                a journal entry's Type ("Phone call", "E-mail Message")
+//   journal_type                a journal entry's Type ("Phone Call", "E-mail Message")
 //   owner, ownership            a task's owner and Ownership (new, delegated, assigned)
 //   attachments                 "name (size, by value)" or "name (link)", joined with "; "
 #pragma once

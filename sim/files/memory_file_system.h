@@ -37,6 +37,7 @@ class MemoryFileSystem : public FileSystem {
   // Makes member `member` ("ReadAll", "WriteAll", ...) throw ZError `error` after `skip`
   // more successful calls, `times` times (-1: always).
   void FailCall(const std::string& member, int32_t error, int skip = 0, int times = 1);
+  void ClearFaults() { faults_.clear(); }
 
  private:
   struct File {

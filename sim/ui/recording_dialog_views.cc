@@ -1,5 +1,7 @@
 #include "sim/ui/recording_dialog_views.h"
 
+#include "sim/ui/recording_msg_box.h"
+
 #include <algorithm>
 
 namespace zintra::sim {
@@ -43,7 +45,7 @@ class SimOptionalMsgBoxView : public OptionalMsgBoxView {
     }
     // A form that ignored OK would stay up; the sim records that and lets go.
     visible_ = false;
-    owner_.optional_shown_.push_back({content_, owner, front_, check_, by_ok});
+    owner_.optional_shown_.push_back({content_, owner, front_, check_, by_ok, NextShowingOrder()});
   }
   void Hide() override { visible_ = false; }
   int32_t chkDontShowValue() const override { return check_; }
@@ -68,7 +70,7 @@ class SimMessageFormView : public MessageFormView {
   void ShowModal(WindowHandle owner) override {
     visible_ = true;
     cmdOk_Click.Raise();
-    owner_.messages_shown_.push_back({layout_, owner, !visible_});
+    owner_.messages_shown_.push_back({layout_, owner, !visible_, NextShowingOrder()});
     visible_ = false;
   }
   void Hide() override { visible_ = false; }

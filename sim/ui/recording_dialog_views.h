@@ -27,12 +27,14 @@ struct ShownOptionalMsgBox {
   bool brought_to_front = false;
   int32_t final_chkDontShow = 0;
   bool hidden_by_ok = false;  // the form hid itself in answer to OK
+  int64_t order = 0;          // NextShowingOrder at the showing
 };
 
 struct ShownMessageForm {
   MessageFormLayout layout;
   WindowHandle owner = 0;
   bool hidden_by_ok = false;
+  int64_t order = 0;  // NextShowingOrder at the showing
 };
 
 class RecordingDialogViews : public DialogViewFactory {

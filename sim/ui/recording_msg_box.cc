@@ -2,6 +2,11 @@
 
 namespace zintra::sim {
 
+int64_t NextShowingOrder() {
+  static int64_t next = 0;
+  return ++next;
+}
+
 int32_t RecordingMsgBox::DefaultAnswer(int32_t buttons) {
   // The button set is in the low nibble, the default button in bits 8-9.
   int32_t set = buttons & 0xF;
@@ -25,7 +30,7 @@ int32_t RecordingMsgBox::Show(const std::string& prompt, int32_t buttons,
     answer = answers_.front();
     answers_.pop_front();
   }
-  shown_.push_back({prompt, buttons, title, answer});
+  shown_.push_back({prompt, buttons, title, answer, NextShowingOrder()});
   return answer;
 }
 

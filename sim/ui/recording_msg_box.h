@@ -12,11 +12,16 @@
 
 namespace zintra::sim {
 
+// The order of every showing of a message box or form, across the recorders, so that
+// a test can tell which came first.
+int64_t NextShowingOrder();
+
 struct ShownMsgBox {
   std::string prompt;
   int32_t buttons = 0;
   std::string title;
   int32_t answer = 0;
+  int64_t order = 0;  // NextShowingOrder at the showing
 };
 
 class RecordingMsgBox : public MsgBox {

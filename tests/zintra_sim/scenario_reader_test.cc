@@ -113,6 +113,49 @@ TEST(ScenarioReaderTest, WrittenDemoTimelineReadsBackTheSame) {
   }
 }
 
+TEST(ScenarioReaderTest, ReadsHostStepsMarksFilesAndHostExpectations) {
+  Scenario s = ReadScenarioText(R"({
+    "profile": {"user": "j@c.com", "stores": [{"folders": [
+      {"name": "Tasks", "items": [{"id": "t", "subject": "Plan",
+                                   "marks": {"owner": "Tom", "ownership": "delegated",
+                                             "logged_copies": ["t"], "store_ids": false}}]}]}]},
+    "files": [{"path": "C:\\P\\z.txt", "text": "x", "read_only": true}, {"folder": "D:\\Logs"}],
+    "timeline": [
+      {"do": "fail", "member": "MapiTable.GetRows", "error": "0x80040115", "after": 2},
+      {"do": "answer", "message_box": ["yes", "no"], "optional": "tick"},
+      {"do": "add", "folder": "Contacts", "item": {"full_name": "Ann", "emails": ["a@b.com"]}},
+      {"do": "delete", "target": "t", "hard": true},
+      {"do": "quit", "during": "job", "job": "Process"},
+      {"do": "check", "expect": [{"message": 3000, "icon": "critical"}]}],
+    "expect": [{"error_record": {"number": 5, "trail": "-->"}, "count": 2},
+               {"log_order": ["a", "b"]}, {"file": "C:\\P\\z.txt", "exists": false}]
+  })", "good.json", ".");
+  const ItemSpec& task = s.profile.stores[0].folders[0].items[0];
+  EXPECT_EQ(task.item_class, ItemClass::kTask);  // the Tasks folder's kind without a type
+  ASSERT_TRUE(task.marks);
+  EXPECT_EQ(task.marks->ownership, 1);
+  EXPECT_FALSE(task.marks->store_ids);
+  ASSERT_EQ(s.files.size(), 2u);
+  EXPECT_TRUE(s.files[0].read_only);
+  EXPECT_TRUE(s.files[1].folder);
+  ASSERT_EQ(s.timeline.size(), 6u);
+  EXPECT_EQ(s.timeline[0].fault.error, static_cast<int32_t>(0x80040115u));
+  EXPECT_EQ(s.timeline[0].fault.mode, "after");
+  EXPECT_EQ(s.timeline[1].answers.message_box, (std::vector<int32_t>{6, 7}));  // IDYES, IDNO
+  EXPECT_EQ(s.timeline[1].answers.optional, std::vector<std::string>{"tick"});
+  // An added item without a class is settled by its folder when played.
+  EXPECT_FALSE(s.timeline[2].item->class_given);
+  EXPECT_TRUE(s.timeline[3].hard);
+  EXPECT_TRUE(s.timeline[4].during);
+  EXPECT_EQ(s.timeline[4].during_job, "Process");
+  ASSERT_EQ(s.timeline[5].checks.size(), 1u);
+  EXPECT_EQ(s.timeline[5].checks[0].host.fields.at("text"),
+            "You must be running Outlook 2000 or later to use this add-in.");
+  EXPECT_EQ(s.expect[0].host.fields.at("number"), "5");
+  EXPECT_EQ(s.expect[1].kind, ExpectKind::kLogOrder);
+  EXPECT_EQ(s.expect[2].host.fields.at("exists"), "False");
+}
+
 struct BadCase {
   const char* what;
   std::string text;
@@ -182,7 +225,66 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"two expectation kinds",
                 std::string("{") + kUser +
                     "]}]},\n\"expect\": [\n{\"log\": \"a\", \"total\": \"logged\"}]}",
-                3, "/expect/0", "exactly one of"}),
+                3, "/expect/0", "exactly one of"},
+        BadCase{"failing member unknown",
+                std::string("{") + kUser +
+                    "]}]},\n\"timeline\": [{\"do\": \"fail\",\n\"member\": \"Item\", \"error\": 5}]}",
+                3, "/timeline/0/member", "expected a member of the simulated host"},
+        BadCase{"failing on a call and after calls",
+                std::string("{") + kUser +
+                    "]}]},\n\"timeline\": [\n{\"do\": \"fail\", \"member\": \"Item.Save\", "
+                    "\"error\": 5, \"call\": 1, \"after\": 2}]}",
+                3, "/timeline/0", "not both"},
+        BadCase{"registry failure for one item",
+                std::string("{") + kUser +
+                    "]}]},\n\"timeline\": [\n{\"do\": \"fail\", \"member\": \"Registry.OpenKey\", "
+                    "\"error\": 5, \"folder\": \"Inbox\"}]}",
+                3, "/timeline/0", "only members of Outlook"},
+        BadCase{"error number zero",
+                std::string("{") + kUser +
+                    "]}]},\n\"timeline\": [{\"do\": \"fail\", \"member\": \"Item.Save\",\n"
+                    "\"error\": 0}]}",
+                3, "/timeline/0/error", "non-zero error number"},
+        BadCase{"optional answer unknown",
+                std::string("{") + kUser +
+                    "]}]},\n\"timeline\": [{\"do\": \"answer\", \"optional\": [\n\"maybe\"]}]}",
+                3, "/timeline/0/optional/0", "expected ok, tick, untick or close"},
+        BadCase{"message kind unknown",
+                std::string("{") + kUser +
+                    "]}]},\n\"expect\": [{\"message\": \"x\",\n\"kind\": \"popup\"}]}",
+                3, "/expect/0/kind", "expected box, optional, form"},
+        BadCase{"error column unknown",
+                std::string("{") + kUser +
+                    "]}]},\n\"expect\": [{\"error_record\": {\n\"colour\": \"red\"}}]}",
+                3, "/expect/0/error_record/colour", "expected one of the error log's columns"},
+        BadCase{"string number unknown",
+                std::string("{") + kUser + "]}]},\n\"expect\": [{\"messages\": [\n99999999]}]}", 3,
+                "/expect/0/messages/0", "no string has that number"},
+        BadCase{"ownership unknown",
+                std::string("{") + kUser +
+                    "\n{\"name\": \"Tasks\", \"items\": [{\"marks\": {\n\"ownership\": \"mine\"}}]}]}]}}",
+                3, "/profile/stores/0/folders/0/items/0/marks/ownership", "expected new, delegated"},
+        BadCase{"copy list names no item",
+                std::string("{") + kUser +
+                    "\n{\"name\": \"Inbox\", \"items\": [\n{\"marks\": {\"logged_copies\": [\"x\"]}}]}]}]}}",
+                3, "marks", "no item has the id \"x\""},
+        BadCase{"file path relative",
+                std::string("{") + kUser + "]}]},\n\"files\": [{\n\"path\": \"x.txt\"}]}", 3,
+                "/files/0/path", "expected a full Windows path"},
+        BadCase{"file expectation of two kinds",
+                std::string("{") + kUser +
+                    "]}]},\n\"expect\": [\n{\"file\": \"C:\\\\a.txt\", \"content\": \"\", "
+                    "\"exists\": true}]}",
+                3, "/expect/0", "exactly one of \"content\""},
+        BadCase{"a wait inside a job",
+                std::string("{") + kUser +
+                    "]}]},\n\"timeline\": [{\"do\": \"wait\", \"for\": 1,\n\"during\": \"job\"}]}",
+                3, "/timeline/0/during", "cannot happen inside a job"},
+        BadCase{"check with a bad expectation",
+                std::string("{") + kUser +
+                    "]}]},\n\"timeline\": [{\"do\": \"check\", \"expect\": [{\"log\": \"a\",\n"
+                    "\"colour\": 1}]}]}",
+                3, "/timeline/0/expect/0/colour", "unknown field"}),
     [](const auto& param_info) {
       std::string n = param_info.param.what;
       for (char& ch : n) ch = std::isalnum(static_cast<unsigned char>(ch)) ? ch : '_';

@@ -128,7 +128,8 @@ void PrintSummary(const Scenario& s, const RunResult& r, const RunFlags& flags, 
   }
   out << "\n";
   if (!flags.out.empty()) {
-    out << "Results: " << flags.out << "/ (profile.json, log.json, log.txt, report.json)\n";
+    out << "Results: " << flags.out
+        << "/ (profile.json, log.json, log.txt, report.json, messages.json, errors.json)\n";
     if (!r.error_log_path.empty()) out << "Error log: " << r.error_log_path << "\n";
   }
 }

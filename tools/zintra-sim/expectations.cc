@@ -1,6 +1,8 @@
 #include "tools/zintra-sim/expectations.h"
 
 #include "src/core/text.h"
+#include "tools/zintra-sim/host_expectations.h"
+#include "tools/zintra-sim/item_marks.h"
 #include "tools/zintra-sim/item_view.h"
 
 namespace zintra::simtool {
@@ -8,10 +10,12 @@ namespace zintra::simtool {
 namespace {
 
 // "" when every field matches, else the first difference.
-std::string Mismatch(const sim::MessageRecord& m, const std::map<std::string, std::string>& match) {
+std::string Mismatch(const sim::MessageRecord& m, const std::map<std::string, std::string>& match,
+                     const ProfileLoader& loader) {
   for (const auto& [field, expected] : match) {
-    std::string found = FieldText(m, field);
-    if (!text::EqualsNoCase(found, expected)) {
+    std::string found = MarkText(m, field, loader).value_or(FieldText(m, field));
+    bool met = expected == "*" ? !found.empty() : text::EqualsNoCase(found, expected);
+    if (!met) {
       return field + " is '" + found + "', expected '" + expected + "'";
     }
   }
@@ -38,7 +42,7 @@ ExpectationOutcome Check(const ExpectSpec& e, const sim::MemoryRegistry& registr
       std::string last;
       for (const auto& m : folder->messages) {
         if (m->deleted) continue;
-        std::string diff = Mismatch(*m, e.match);
+        std::string diff = Mismatch(*m, e.match, loader);
         n += diff.empty();
         if (!diff.empty()) last = diff;
       }
@@ -55,7 +59,7 @@ ExpectationOutcome Check(const ExpectSpec& e, const sim::MemoryRegistry& registr
         o.detail = "item '" + e.target + "' is no longer in the profile";
         break;
       }
-      std::string diff = Mismatch(*m, e.match);
+      std::string diff = Mismatch(*m, e.match, loader);
       o.met = diff.empty();
       o.detail = "item '" + e.target + "': " + (o.met ? "matches" + MatchText(e.match) : diff);
       break;
@@ -96,6 +100,8 @@ ExpectationOutcome Check(const ExpectSpec& e, const sim::MemoryRegistry& registr
                  (e.reg_value.empty() ? std::string("absent") : "'" + e.reg_value + "'");
       break;
     }
+    default:
+      return CheckHostExpectation(e, r);
   }
   return o;
 }

@@ -1,5 +1,7 @@
 #include "tools/zintra-sim/profile_loader.h"
 
+#include "tools/zintra-sim/item_marks.h"
+
 #include "sim/outlook/message_props.h"
 #include "src/core/text.h"
 #include "src/host/mapi_object.h"
@@ -62,6 +64,9 @@ void ProfileLoader::Load(const ProfileSpec& desc, const std::string& outlook_ver
     for (const std::string& id : links) Link(item, id);
   }
   links_.clear();
+  // Marks name other items, so they go on once every item exists.
+  for (const auto& [item, marks] : marks_) ApplyPresetMarks(*item, marks, *this);
+  marks_.clear();
 }
 
 void ProfileLoader::LoadFolder(const FolderSpec& desc,
@@ -116,6 +121,8 @@ void ProfileLoader::Fill(sim::MessageRecord& m, const ItemSpec& desc) {
     sim::AttachmentRecord r;
     r.display_name = a.name;
     r.file_name = a.name;
+    r.type = a.link ? kOlByReference : kOlByValue;
+    if (!a.link) r.data.assign(static_cast<size_t>(a.size), '\0');
     m.attachments.push_back(std::move(r));
   }
   for (const auto& [name, value] : desc.properties) {
@@ -141,6 +148,7 @@ std::shared_ptr<sim::MessageRecord> ProfileLoader::AddItem(
   auto m = NewItem(desc, folder);
   profile_.SaveMessage(m);
   if (!desc.links.empty()) links_.emplace_back(m, desc.links);
+  if (desc.marks) marks_.emplace_back(m, *desc.marks);
   return m;
 }
 

@@ -52,11 +52,17 @@ class ProfileLoader {
   sim::Person PersonOf(const PersonSpec& p) const;
 
   sim::Profile& profile_;
+
+ public:
+  const sim::Profile& profile() const { return profile_; }
+
+ private:
   sim::ProfileBuilder builder_;
   std::map<std::string, std::weak_ptr<sim::MessageRecord>> ids_;
   std::map<const sim::MessageRecord*, std::string> names_;
   std::set<const sim::MessageRecord*> made_;
   std::vector<std::pair<std::shared_ptr<sim::MessageRecord>, std::vector<std::string>>> links_;
+  std::vector<std::pair<std::shared_ptr<sim::MessageRecord>, PresetMarks>> marks_;
 };
 
 }  // namespace zintra::simtool

@@ -2,7 +2,9 @@
 
 #include "sim/outlook/message_props.h"
 #include "src/host/mapi_object.h"
+#include "src/logging/zintra_utils.h"
 #include "tools/zintra-sim/expectations.h"
+#include "tools/zintra-sim/item_marks.h"
 #include "tools/zintra-sim/item_view.h"
 #include "tools/zintra-sim/json_source.h"
 #include "tools/zintra-sim/output_files.h"
@@ -51,6 +53,13 @@ ordered_json ItemResult(const sim::MessageRecord& m, const ProfileLoader& loader
   if (marks.shared) mj["Zintra Shared"] = *marks.shared;
   if (marks.logged_copies) mj["logged_copies"] = marks.logged_copies;
   if (marks.shared_copies) mj["shared_copies"] = marks.shared_copies;
+  // The named marks and kind fields, by the names expectations use.
+  for (const char* f : {kPropZintraLastAudited, "logged_copy_folders", "logged_store_ids",
+                        "shared_copy_folders", "shared_store_ids", "journal_type", "owner",
+                        "ownership", "attachments"}) {
+    std::string v = MarkText(m, f, loader).value_or("");
+    if (!v.empty()) mj[f] = v;
+  }
   j["marks"] = mj;
   if (!marks.links.empty()) j["links"] = marks.links;
   CopyOf copy = facts.CopyInfo(m);
@@ -154,6 +163,8 @@ void WriteResults(const std::filesystem::path& dir, const Scenario& scenario,
   files.Add((dir / "log.json").string(), JsonText(log) + "\n");
   files.Add((dir / "log.txt").string(), text);
   files.Add((dir / "report.json").string(), JsonText(ReportJson(scenario, result)) + "\n");
+  files.Add((dir / "messages.json").string(), JsonText(MessagesJson(result.host)) + "\n");
+  files.Add((dir / "errors.json").string(), JsonText(ErrorsJson(result.host)) + "\n");
   files.Commit();
 }
 

@@ -16,9 +16,14 @@
 #include "src/core/z_error.h"
 #include "src/host/mapi_object.h"
 #include "src/jobs/job_queue.h"
+#include "tools/zintra-sim/check_step.h"
 #include "tools/zintra-sim/click_player.h"
+#include "tools/zintra-sim/disk_files.h"
 #include "tools/zintra-sim/expectations.h"
+#include "tools/zintra-sim/host_steps.h"
 #include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/item_marks.h"
+#include "tools/zintra-sim/job_moment.h"
 #include "tools/zintra-sim/item_view.h"
 #include "tools/zintra-sim/profile_loader.h"
 #include "tools/zintra-sim/progress.h"
@@ -41,9 +46,18 @@ double Seconds(Clock_::time_point since) {
 
 class TimelinePlayer {
  public:
-  TimelinePlayer(World& world, Progress& progress) : w_(world), progress_(progress) {}
+  TimelinePlayer(World& world, Progress& progress)
+      : w_(world), progress_(progress), moments_(world) {}
 
   void Play(const StepSpec& step) {
+    if (step.during && !inside_job_) {
+      moments_.PlayDuringJob(step.during_job, step.source_line, [this, step] {
+        inside_job_ = true;
+        Play(step);
+        inside_job_ = false;
+      });
+      return;
+    }
     sim::SimOutlook& o = w_.outlook();
     const bool running = o.Started() && !o.Ended() && !o.HeldByKeepAlive();
     if (step.kind == StepKind::kStart && o.Started()) {
@@ -77,7 +91,11 @@ class TimelinePlayer {
         break;
       case StepKind::kDelete: {
         auto record = Record(step.target, step);
-        w_.profile().DeleteMessage(record);
+        if (step.hard) {
+          w_.profile().DestroyMessage(record);
+        } else {
+          w_.profile().DeleteMessage(record);
+        }
         break;
       }
       case StepKind::kWait: {
@@ -119,7 +137,17 @@ class TimelinePlayer {
         break;
       case StepKind::kQuit:
         o.Quit();
-        Wait(0);
+        if (!inside_job_) Wait(0);  // inside a job the loop is already running
+        break;
+      case StepKind::kFail:
+      case StepKind::kHeal:
+      case StepKind::kRemoveFolder:
+      case StepKind::kAnswer:
+      case StepKind::kWindowMessage:
+        PlayHostStep(w_, step);
+        break;
+      case StepKind::kCheck:
+        for (auto& outcome : CheckNow(w_, step.checks)) checks_.push_back(std::move(outcome));
         break;
     }
   }
@@ -168,11 +196,18 @@ class TimelinePlayer {
     } else {
       folder = p.DefaultFolder(step.kind == StepKind::kSend ? kOlFolderSentMail : kOlFolderInbox);
     }
+    if (!item.class_given) item.item_class = ItemClassForFolderType(folder->default_item_type);
+    if (item.item_class != ItemClass::kContact && !item.emails.empty()) {
+      throw InputError(w_.scenario().source, item.source_line, "item/emails",
+                       "only contacts have e-mail addresses; the folder holds " +
+                           std::string(FolderTypeName(folder->default_item_type)) + " items");
+    }
     if (step.kind == StepKind::kSend && !item.from) {
       const sim::Person& me = p.CurrentUser();
       item.from = PersonSpec{me.name, me.smtp, me.ex_dn};
     }
     auto record = w_.loader().NewItem(item, folder);
+    if (item.marks) ApplyPresetMarks(*record, *item.marks, w_.loader());
     if (step.kind == StepKind::kDeliver && step.folder.empty()) {
       w_.outlook().app().Deliver(sim::MakeItem(&p, record));  // ItemAdd, then NewMail
     } else if (step.kind == StepKind::kSend && step.folder.empty()) {
@@ -204,6 +239,14 @@ class TimelinePlayer {
 
   World& w_;
   Progress& progress_;
+  JobMoments moments_;
+  bool inside_job_ = false;
+
+ public:
+  // Steps that waited for a job that never pumped messages.
+  std::vector<std::string> NeverPlayed() const { return moments_.NeverPlayed(); }
+  // The outcomes of the timeline's check steps, in the order checked.
+  std::vector<ExpectationOutcome> checks_;
 };
 
 // Every folder a step stores into exists once the profile is built; checked before the
@@ -294,8 +337,16 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
   for (const auto& log : world->outlook().error_logs.Created()) made_log = log->NativePath();
   result.why = BuildWhyReport(world->profile(), world->loader(), world->Decisions());
   for (const WhyRow& row : result.why) result.items_logged += row.outcome == "logged";
-  result.expectations =
-      CheckExpectations(scenario.expect, world->outlook().registry, world->loader(), result);
+  result.host = RecordHost(world->outlook());
+  result.host.files = FilesNamed(world->outlook().files, scenario.expect);
+  result.expectations = std::move(player.checks_);
+  for (const std::string& missed : player.NeverPlayed()) {
+    result.expectations.push_back({ExpectSpec{}, false, missed});
+  }
+  for (auto& outcome :
+       CheckExpectations(scenario.expect, world->outlook().registry, world->loader(), result)) {
+    result.expectations.push_back(std::move(outcome));
+  }
   for (const auto& e : result.expectations) {
     if (!e.met) result.exit_code = 1;
   }

@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/zintra-sim/host_record.h"
 #include "tools/zintra-sim/scenario.h"
 
 namespace zintra::simtool {
@@ -58,6 +59,7 @@ struct RunResult {
   double sim_seconds = 0;              // wall time building the profile and reading back
   double addin_seconds = 0;            // wall time inside the timeline
   int items_logged = 0;
+  HostRecord host;  // the messages shown and the error log's rows
 };
 
 RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::ostream& out);

@@ -23,6 +23,9 @@ constexpr ClassName kClassNames[] = {
     {ItemClass::kMeeting, "meeting"},
     {ItemClass::kTask, "task"},
     {ItemClass::kTaskRequest, "task-request"},
+    {ItemClass::kTaskRequestUpdate, "task-request-update"},
+    {ItemClass::kTaskRequestAccept, "task-request-accept"},
+    {ItemClass::kTaskRequestDecline, "task-request-decline"},
     {ItemClass::kNote, "note"},
     {ItemClass::kPost, "post"},
     {ItemClass::kReport, "report"},
@@ -59,6 +62,12 @@ constexpr std::pair<StepKind, const char*> kSteps[] = {
     {StepKind::kLoadAddin, "load-addin"},
     {StepKind::kUnloadAddin, "unload-addin"},
     {StepKind::kQuit, "quit"},
+    {StepKind::kFail, "fail"},
+    {StepKind::kHeal, "heal"},
+    {StepKind::kRemoveFolder, "remove-folder"},
+    {StepKind::kAnswer, "answer"},
+    {StepKind::kCheck, "check"},
+    {StepKind::kWindowMessage, "window-message"},
 };
 
 bool ReadInt(const std::string& s, size_t& pos, size_t digits, int& out) {
@@ -115,6 +124,25 @@ int32_t FolderTypeFor(ItemClass c) {
       return kOlPostItem;
     default:
       return kOlMailItem;
+  }
+}
+
+ItemClass ItemClassForFolderType(int32_t item_type) {
+  switch (item_type) {
+    case kOlContactItem:
+      return ItemClass::kContact;
+    case kOlJournalItem:
+      return ItemClass::kJournal;
+    case kOlAppointmentItem:
+      return ItemClass::kAppointment;
+    case kOlTaskItem:
+      return ItemClass::kTask;
+    case kOlNoteItem:
+      return ItemClass::kNote;
+    case kOlPostItem:
+      return ItemClass::kPost;
+    default:
+      return ItemClass::kMail;
   }
 }
 

@@ -28,13 +28,28 @@ struct AttachmentSpec {
   std::string name;
   std::string content_type;
   int64_t size = 0;  // bytes of the decoded content
+  bool link = false;  // attached by reference (a link to the file), not by value
   bool operator==(const AttachmentSpec&) const = default;
+};
+
+// The marks an item of the profile starts with (item field "marks"):
+//   {"Zintra Last Audited": time, "logged_copies": [ids], "shared_copies": [ids],
+//    "store_ids": false (the entry-ID lists without their store-ID lists),
+//    "journal_type": text, "owner": text, "ownership": "new" | "delegated" | "assigned"}
+struct PresetMarks {
+  std::optional<double> last_audited;
+  std::vector<std::string> logged_copies, shared_copies;  // item ids, in list order
+  bool store_ids = true;
+  std::optional<std::string> journal_type, owner;
+  std::optional<int32_t> ownership;
 };
 
 // One Outlook item. Fields that the kind lacks are left empty.
 struct ItemSpec {
   std::string id;  // the scenario's own name for it (timeline, expectations); may be ""
   ItemClass item_class = ItemClass::kMail;
+  // False: no "class" was given, so the item takes the kind of the folder it lands in.
+  bool class_given = false;
   std::string message_class;  // "" for the kind's default ("IPM.Note")
   std::string subject;
   std::string body;
@@ -52,6 +67,7 @@ struct ItemSpec {
   std::vector<AttachmentSpec> attachments;
   // User properties set as a user or another program would ("Zintra Logged": false).
   std::map<std::string, std::string> properties;
+  std::optional<PresetMarks> marks;  // the add-in's marks and kind fields it starts with
   int source_line = 0;  // where it was declared (0 when made in code)
 };
 
@@ -110,6 +126,47 @@ struct MonitorSpec {
   int source_line = 0;
 };
 
+enum class ExpectKind {
+  kFolder,
+  kItem,
+  kLog,
+  kCount,
+  kRegistry,
+  kMessage,
+  kMessages,
+  kErrorRecord,
+  kErrorLog,
+  kLogOrder,
+  kFile,  // a file on the simulated disk after the run (host.fields: path, content, contains)
+};
+
+// What the user was shown (kMessage, kMessages) or what the error log holds
+// (kErrorRecord); see host_expectations.h.
+struct HostExpectSpec {
+  // kMessage: the fields a showing must have: "text" (contained), "kind" (box,
+  // optional, form), "title", "buttons", "icon", "answer", "ticked". kErrorRecord: the
+  // columns a row must have ("number", "source", "description", "trail", ...).
+  std::map<std::string, std::string> fields;
+  std::vector<std::string> texts;  // kMessages: every showing's text, in order; kLogOrder:
+                                   // texts of log lines that follow one another
+};
+
+// One check made after the timeline. Matching an item: every given field must equal.
+struct ExpectSpec {
+  ExpectKind kind = ExpectKind::kFolder;
+  int source_line = 0;
+  std::string folder;  // path "Mailbox - Jane Doe/Journal" or default name "Journal"
+  std::string target;  // item id
+  std::map<std::string, std::string> match;  // field/mark -> expected text ("" = absent)
+  std::optional<int> count;                  // how many must match (folder: default >=1)
+  std::string log_text;                      // kLog: a substring of a log line
+  bool present = true;
+  std::string what;  // kCount: "logged" | "screened" | "log_lines" | "errors"
+  // kRegistry: a value after the run ("HKLM\\...", name); `value` "" means absent.
+  std::string reg_key, reg_name, reg_value;
+  HostExpectSpec host;
+};
+
 enum class StepKind {
   kStart,           // windows: explorer | inspector | none; addin
   kDeliver,         // item: arrives in the Inbox (or folder)
@@ -125,6 +182,35 @@ enum class StepKind {
   kLoadAddin,
   kUnloadAddin,
   kQuit,
+  kFail,          // fault: a member of the simulated host fails from here on
+  kHeal,          // every fault set so far is lifted
+  kRemoveFolder,  // folder: the folder vanishes (deleted by another client)
+  kAnswer,        // answers: how the user answers the next message boxes
+  kCheck,         // expect: expectations checked at this point of the timeline
+  kWindowMessage,  // target, message, wparam: the item's window gets a window message
+};
+
+// A member of the simulated host that fails: "Item.Save", "Folder.*", "MapiTable.GetRows"
+// (Outlook and the MAPI library), "Registry.QueryValue" (the registry), "Files.ReadAll"
+// (the disk). `mode`: every call ("always"), only the n-th ("call") or every call after
+// the first n ("after"), counted from the step that sets it.
+struct FaultSpec {
+  std::string member;
+  std::string mode = "always";
+  int64_t n = 0;
+  int32_t error = 0;
+  std::string text;    // "" for the error's standard description
+  std::string target;  // an item id: that item only
+  std::string folder;  // a folder path: that folder only (or the vanishing folder)
+};
+
+// The user's answers to the next message boxes, in order: "ok", "cancel", "yes", "no",
+// "abort", "retry", "ignore" for plain boxes; "ok", "tick" (tick "Do not show this
+// message again", then OK), "untick" and "close" (the window's close box) for optional
+// messages.
+struct AnswerSpec {
+  std::vector<int32_t> message_box;
+  std::vector<std::string> optional;
 };
 
 struct StepSpec {
@@ -136,6 +222,7 @@ struct StepSpec {
   std::string folder;  // folder path for deliver/add ("" = the kind's default)
   std::optional<ItemSpec> item;
   std::string target;                          // an item id
+  bool hard = false;                           // kDelete: removed for good (Shift+Delete)
   std::map<std::string, std::string> changes;  // field or user property -> new text
   double seconds = 0;                          // kWait: how long
   double until = 0;  // kWait: until this moment instead (a serial; 0: not given)
@@ -157,23 +244,24 @@ struct StepSpec {
   std::string then;
   std::vector<std::string> link_items;
   std::string letter;
+  FaultSpec fault;     // kFail, kRemoveFolder
+  AnswerSpec answers;  // kAnswer
+  int32_t message = 0, wparam = 0;  // kWindowMessage
+  std::vector<ExpectSpec> checks;  // kCheck
+  // Played while a job is in an activation and pumps messages ("during": "job"), the
+  // job's description starting with `during_job` ("" any job).
+  bool during = false;
+  std::string during_job;
 };
 
-enum class ExpectKind { kFolder, kItem, kLog, kCount, kRegistry };
-
-// One check made after the timeline. Matching an item: every given field must equal.
-struct ExpectSpec {
-  ExpectKind kind = ExpectKind::kFolder;
+// A file or folder on the simulated disk before Outlook starts ("C:\\Policies\\Zintra.txt").
+struct FileSpec {
+  std::string path;
+  bool folder = false;  // a folder (with its parents), no file
+  std::string text;     // the file's content, as bytes
+  bool read_only = false;
+  bool unopenable = false;  // exists but cannot be opened (locked by another program)
   int source_line = 0;
-  std::string folder;  // path "Mailbox - Jane Doe/Journal" or default name "Journal"
-  std::string target;  // item id
-  std::map<std::string, std::string> match;  // field/mark -> expected text ("" = absent)
-  std::optional<int> count;                  // how many must match (folder: default >=1)
-  std::string log_text;                      // kLog: a substring of a log line
-  bool present = true;
-  std::string what;  // kCount: "logged" | "screened" | "log_lines" | "errors"
-  // kRegistry: a value after the run ("HKLM\\...", name); `value` "" means absent.
-  std::string reg_key, reg_name, reg_value;
 };
 
 // When a scenario that gives no "start" begins: 5 January 2026 09:00.
@@ -192,6 +280,7 @@ struct Scenario {
   RegistrySpec registry;
   std::vector<FoldersetSpec> foldersets;
   std::vector<MonitorSpec> monitored_folders;
+  std::vector<FileSpec> files;
   std::vector<StepSpec> timeline;  // empty: start, let the scan run, quit
   std::vector<ExpectSpec> expect;
 };
@@ -203,6 +292,8 @@ const char* SensitivityName(int32_t s);  // "normal", "personal", "private", "co
 std::optional<int32_t> SensitivityFromName(const std::string& name);
 // The OlItemType of the folders that hold the kind (mail folders for mail, ...).
 int32_t FolderTypeFor(ItemClass c);
+// The kind an item saved in a folder of that OlItemType is when none is named.
+ItemClass ItemClassForFolderType(int32_t item_type);
 const char* FolderTypeName(int32_t item_type);  // "mail", "contact", ...
 std::optional<int32_t> FolderTypeFromName(const std::string& name);
 const char* StepName(StepKind k);

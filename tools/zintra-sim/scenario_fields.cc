@@ -6,8 +6,24 @@
 #include "sim/registry/memory_registry.h"
 #include "src/core/text.h"
 #include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/item_marks.h"
 
 namespace zintra::simtool {
+
+namespace {
+
+// The kind of a mailbox's default folder of that name; mail for any other folder.
+int32_t MailboxFolderType(const std::string& name) {
+  constexpr std::pair<const char*, int32_t> kDefaults[] = {
+      {"Calendar", kOlAppointmentItem}, {"Contacts", kOlContactItem}, {"Journal", kOlJournalItem},
+      {"Notes", kOlNoteItem},           {"Tasks", kOlTaskItem}};
+  for (const auto& [folder, type] : kDefaults) {
+    if (text::EqualsNoCase(name, folder)) return type;
+  }
+  return kOlMailItem;
+}
+
+}  // namespace
 
 PersonSpec ReadPerson(const JsonNode& n) {
   if (n.IsString()) {
@@ -55,10 +71,10 @@ std::map<std::string, std::string> ReadTextMap(const JsonNode& n) {
   return out;
 }
 
-ItemSpec ReadItem(const JsonNode& n, ItemClass default_class) {
+ItemSpec ReadItem(const JsonNode& n, ItemClass default_class, bool folder_kind_known) {
   n.OnlyKeys({"id", "class", "message_class", "subject", "body", "from", "to", "cc", "bcc",
               "sensitivity", "time", "categories", "full_name", "emails", "company", "links",
-              "attachments", "properties"});
+              "attachments", "properties", "marks"});
   ItemSpec item;
   item.source_line = n.Line();
   item.id = n.String("id");
@@ -68,9 +84,11 @@ ItemSpec ReadItem(const JsonNode& n, ItemClass default_class) {
     if (!parsed) {
       c->Fail(
           "expected an item class: mail, contact, journal, appointment, meeting, task, "
-          "task-request, note, post, report, remote, document, distribution-list, sharing");
+          "task-request, task-request-update, task-request-accept, task-request-decline, note, "
+          "post, report, remote, document, distribution-list, sharing");
     }
     item.item_class = *parsed;
+    item.class_given = true;
   }
   item.message_class = n.String("message_class");
   item.subject = n.String("subject");
@@ -92,22 +110,25 @@ ItemSpec ReadItem(const JsonNode& n, ItemClass default_class) {
   if (auto l = n.Get("links")) item.links = l->AsStrings();
   if (auto a = n.Get("attachments")) {
     for (const JsonNode& e : a->Elements()) {
-      e.OnlyKeys({"name", "content_type", "size"});
+      e.OnlyKeys({"name", "content_type", "size", "link"});
       item.attachments.push_back({e.Need("name").AsString(), e.String("content_type"),
-                                  e.Int("size", 0, 0, int64_t{1} << 40)});
+                                  e.Int("size", 0, 0, int64_t{1} << 26), e.Bool("link", false)});
     }
   }
   if (auto p = n.Get("properties")) item.properties = ReadTextMap(*p);
+  if (auto m = n.Get("marks")) item.marks = ReadPresetMarks(*m);
   if (item.item_class == ItemClass::kContact && item.full_name.empty()) {
     item.full_name = item.subject;
   }
-  if (item.item_class != ItemClass::kContact && !item.emails.empty()) {
+  // A step's item without a class takes its folder's kind when it is played.
+  if ((item.class_given || folder_kind_known) && item.item_class != ItemClass::kContact &&
+      !item.emails.empty()) {
     n.Need("emails").Fail("only contacts have e-mail addresses; set \"class\": \"contact\"");
   }
   return item;
 }
 
-FolderSpec ReadFolder(const JsonNode& n) {
+FolderSpec ReadFolder(const JsonNode& n, bool top_of_mailbox) {
   n.OnlyKeys({"name", "type", "folders", "items"});
   FolderSpec f;
   f.name = n.Need("name").AsString();
@@ -119,18 +140,14 @@ FolderSpec ReadFolder(const JsonNode& n) {
     auto parsed = FolderTypeFromName(t->AsString());
     if (!parsed) t->Fail("expected mail, appointment, contact, task, journal, note or post");
     f.item_type = *parsed;
+  } else if (top_of_mailbox) {
+    f.item_type = MailboxFolderType(f.name);  // "Contacts" is the default contact folder
   }
   if (auto sub = n.Get("folders")) {
-    for (const JsonNode& e : sub->Elements()) f.folders.push_back(ReadFolder(e));
+    for (const JsonNode& e : sub->Elements()) f.folders.push_back(ReadFolder(e, false));
   }
   if (auto items = n.Get("items")) {
-    ItemClass default_class = f.item_type == kOlContactItem       ? ItemClass::kContact
-                              : f.item_type == kOlJournalItem     ? ItemClass::kJournal
-                              : f.item_type == kOlAppointmentItem ? ItemClass::kAppointment
-                              : f.item_type == kOlTaskItem        ? ItemClass::kTask
-                              : f.item_type == kOlNoteItem        ? ItemClass::kNote
-                              : f.item_type == kOlPostItem        ? ItemClass::kPost
-                                                                  : ItemClass::kMail;
+    ItemClass default_class = ItemClassForFolderType(f.item_type);
     for (const JsonNode& e : items->Elements()) f.items.push_back(ReadItem(e, default_class));
   }
   return f;
@@ -158,7 +175,9 @@ ProfileSpec ReadProfile(const JsonNode& n) {
       store.name = s.String("name");
       if (store.kind == StoreKind::kPersonal && store.name.empty()) store.name = "Personal Folders";
       if (auto folders = s.Get("folders")) {
-        for (const JsonNode& f : folders->Elements()) store.folders.push_back(ReadFolder(f));
+        for (const JsonNode& f : folders->Elements()) {
+          store.folders.push_back(ReadFolder(f, store.kind == StoreKind::kMailbox));
+        }
       }
       p.stores.push_back(std::move(store));
     }

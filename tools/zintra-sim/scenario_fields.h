@@ -20,8 +20,11 @@ std::vector<PersonSpec> ReadPeople(const JsonNode& n);
 double ReadTime(const JsonNode& n);
 // An object of scalars, each as text.
 std::map<std::string, std::string> ReadTextMap(const JsonNode& n);
-ItemSpec ReadItem(const JsonNode& n, ItemClass default_class);
-FolderSpec ReadFolder(const JsonNode& n);
+// `folder_kind_known` false: the item is saved by a step into a folder known only when
+// it is played, so a missing class is settled then (see ItemClassForFolderType).
+ItemSpec ReadItem(const JsonNode& n, ItemClass default_class, bool folder_kind_known = true);
+// A top folder of the mailbox without a "type" named like a default folder has its kind.
+FolderSpec ReadFolder(const JsonNode& n, bool top_of_mailbox);
 ProfileSpec ReadProfile(const JsonNode& n);
 // Values and .reg files; file paths resolve against base_dir and must exist.
 RegistrySpec ReadRegistry(const JsonNode& n, const std::string& base_dir);

@@ -9,6 +9,9 @@
 #include <sstream>
 
 #include "src/core/text.h"
+#include "tools/zintra-sim/disk_files.h"
+#include "tools/zintra-sim/host_expectations.h"
+#include "tools/zintra-sim/host_steps.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/json_source.h"
 #include "tools/zintra-sim/scenario_fields.h"
@@ -26,6 +29,8 @@ void CheckSensitivity(const JsonNode& n, const std::map<std::string, std::string
     }
   }
 }
+
+ExpectSpec ReadExpect(const JsonNode& n);
 
 // A click and the answers to what its button shows; an answer the button never asks
 // for is a mistake in the file, not something to ignore.
@@ -83,9 +88,6 @@ void ReadClick(const JsonNode& n, StepSpec& step) {
 }
 
 StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
-  n.OnlyKeys({"do",   "at",   "windows",    "addin",  "folder",     "item", "target",
-              "set",  "for",  "registry",   "button", "selection",  "in",   "confirm",
-              "fill", "then", "link_items", "letter", "multi_user", "note"});
   StepSpec step;
   step.source_line = n.Line();
   step.pointer = n.Pointer();
@@ -94,9 +96,35 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
   if (!kind) {
     what.Fail(
         "expected one of: start, deliver, send, add, change, delete, wait, settings, "
-        "click, open-inspector, close-inspector, load-addin, unload-addin, quit");
+        "click, open-inspector, close-inspector, load-addin, unload-addin, quit, fail, heal, "
+        "remove-folder, answer, check, window-message");
   }
   step.kind = *kind;
+  if (IsHostStep(step.kind)) {
+    ReadHostStep(n, step);
+    return step;
+  }
+  if (step.kind == StepKind::kCheck) {
+    n.OnlyKeys({"do", "at", "note", "expect"});
+    JsonNode checks = n.Need("expect");
+    for (const JsonNode& x : checks.Elements()) step.checks.push_back(ReadExpect(x));
+    if (step.checks.empty()) checks.Fail("expected one or more expectations");
+    return step;
+  }
+  n.OnlyKeys({"do",   "at",   "windows",    "addin",  "folder",     "item", "target",
+              "set",  "for",  "registry",   "button", "selection",  "in",   "confirm",
+              "fill", "then", "link_items", "letter", "multi_user", "note", "hard",
+              "during", "job"});
+  if (auto d = n.Get("during")) {
+    if (d->AsString() != "job") d->Fail("expected \"job\": the step plays while a job is active");
+    if (step.kind == StepKind::kWait || step.kind == StepKind::kStart) {
+      d->Fail("a wait or a start cannot happen inside a job");
+    }
+    step.during = true;
+    step.during_job = n.String("job");
+  } else if (auto j = n.Get("job")) {
+    j->Fail("\"job\" names the job of a step played \"during\": \"job\"");
+  }
   auto need = [&](const char* key) { return n.Need(key); };
   switch (step.kind) {
     case StepKind::kStart:
@@ -110,7 +138,7 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
     case StepKind::kDeliver:
     case StepKind::kSend:
     case StepKind::kAdd:
-      step.item = ReadItem(need("item"), ItemClass::kMail);
+      step.item = ReadItem(need("item"), ItemClass::kMail, false);
       step.folder = n.String("folder");
       if (step.kind == StepKind::kAdd && step.folder.empty()) {
         n.Fail("\"add\" needs the \"folder\" the item is saved in");
@@ -122,6 +150,9 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
       CheckSensitivity(need("set"), step.changes);
       break;
     case StepKind::kDelete:
+      step.target = need("target").AsString();
+      step.hard = n.Bool("hard", false);
+      break;
     case StepKind::kOpenInspector:
     case StepKind::kCloseInspector:
       step.target = need("target").AsString();
@@ -153,6 +184,7 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
 }
 
 ExpectSpec ReadExpect(const JsonNode& n) {
+  if (IsHostExpectation(n)) return ReadHostExpectation(n);
   n.OnlyKeys({"folder", "item", "match", "count", "log", "present", "total", "equals", "registry",
               "name", "value", "note"});
   ExpectSpec e;
@@ -218,6 +250,16 @@ void CheckLinks(const FolderSpec& f, const std::set<std::string>& ids, const Jso
                          "no item has the id \"" + Excerpt(link) + "\"");
       }
     }
+    if (item.marks) {
+      for (const auto* list : {&item.marks->logged_copies, &item.marks->shared_copies}) {
+        for (const std::string& copy : *list) {
+          if (!ids.count(copy)) {
+            throw InputError(src.File(), item.source_line, "marks",
+                             "no item has the id \"" + copy + "\"");
+          }
+        }
+      }
+    }
   }
   for (const FolderSpec& sub : f.folders) CheckLinks(sub, ids, src);
 }
@@ -243,7 +285,8 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
   JsonSource src(text, file);
   JsonNode root(src, src.Root(), "");
   root.OnlyKeys({"$schema", "name", "description", "outlook", "start", "log_level", "first_run",
-                 "profile", "registry", "foldersets", "monitored_folders", "timeline", "expect"});
+                 "profile", "registry", "foldersets", "monitored_folders", "files", "timeline",
+                 "expect"});
   Scenario s;
   s.source = file;
   s.base_dir = base_dir;
@@ -291,6 +334,7 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
                                      m.Line()});
     }
   }
+  if (auto f = root.Get("files")) s.files = ReadFiles(*f);
   if (auto t = root.Get("timeline")) {
     for (const JsonNode& e : t->Elements()) {
       StepSpec step = ReadStep(e, base_dir);
@@ -330,6 +374,8 @@ Scenario ReadScenarioText(const std::string& text, const std::string& file,
   };
   for (const StepSpec& step : s.timeline) {
     known(step.target, step.source_line, "target");
+    known(step.fault.target, step.source_line, "target");
+    for (const ExpectSpec& x : step.checks) known(x.target, x.source_line, "item");
     for (const std::string& sel : step.selection) known(sel, step.source_line, "selection");
     for (const std::string& l : step.link_items) known(l, step.source_line, "link_items");
     if (step.item) {

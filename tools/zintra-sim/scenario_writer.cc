@@ -1,5 +1,7 @@
 #include "tools/zintra-sim/scenario_writer.h"
 
+#include "tools/zintra-sim/input_error.h"
+
 namespace zintra::simtool {
 
 using nlohmann::ordered_json;
@@ -162,6 +164,16 @@ ordered_json StepJson(const StepSpec& step) {
     case StepKind::kUnloadAddin:
     case StepKind::kQuit:
       break;
+    // Host faults, answers, checks and window messages are written by hand in test
+    // scenarios; the importer and the demo, whose scenarios this writes, make none.
+    case StepKind::kFail:
+    case StepKind::kHeal:
+    case StepKind::kRemoveFolder:
+    case StepKind::kAnswer:
+    case StepKind::kCheck:
+    case StepKind::kWindowMessage:
+      throw InputError("", 0, "timeline",
+                       std::string("a '") + StepName(step.kind) + "' step cannot be written back");
   }
   return j;
 }

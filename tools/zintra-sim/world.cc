@@ -10,6 +10,7 @@
 #include "src/settings/reg_settings.h"
 #include "src/toolbars/toolbars.h"
 #include "src/toolbars_part/toolbars_part.h"
+#include "tools/zintra-sim/disk_files.h"
 #include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/scenario_reader.h"
@@ -110,6 +111,7 @@ void World::Build() {
   std::string temp = outlook_.platform.TempPath();
   if (!temp.empty() && (temp.back() == '\\')) temp.pop_back();
   if (!temp.empty()) outlook_.files.AddFolder(temp);
+  PlaceFiles(outlook_.files, scenario_.files);  // the scenario's own files win
   // The add-in's installation puts the letter template where Word finds templates.
   outlook_.files.AddFolder(kTemplatesFolder);
   std::string letter_template = std::string(kTemplatesFolder) + "\\" + kLetterTemplate;

@@ -67,7 +67,7 @@ CallCounter::Kind CallCounter::KindOf(std::string_view member) {
                    "SetColumns", "GoToFirst", "Sort", "Remove", "GetInspector"}) ||
       OneOf(cls, {"ObjectFactory", "CommandBar", "CommandBars", "CommandBarControl",
                   "CommandBarControls", "Explorer", "Explorers", "Inspector", "Inspectors",
-                  "SafeInspector", "Application"}))
+                  "SafeInspector"}))
     return Kind::kOther;
   if (name.substr(0, 3) == "Set") return Kind::kPropertyWrite;
   return Kind::kPropertyRead;

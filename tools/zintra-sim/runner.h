@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "sim/outlook/call_counter.h"
 #include "tools/zintra-sim/scenario.h"
 
 namespace zintra::simtool {
@@ -24,6 +25,7 @@ struct RunOptions {
   bool quiet = false;   // only failures and the summary
   bool live = false;    // progress redrawn in place (a terminal)
   bool why_table = true;
+  sim::CallCounter* stats = nullptr;  // counts every call the add-in makes into the host
 };
 
 struct ExpectationOutcome {
@@ -55,6 +57,8 @@ struct RunResult {
   double sim_seconds = 0;              // wall time building the profile and reading back
   double addin_seconds = 0;            // wall time inside the timeline
   int items_logged = 0;
+  // With RunOptions::stats: the calls made by the start step and by the end (quit).
+  sim::CallCounter::Tally startup_calls, shutdown_calls;
 };
 
 RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::ostream& out);

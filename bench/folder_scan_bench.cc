@@ -3,7 +3,9 @@
 // walk over the same 1,001 items, measured in the same run.
 //
 // Counters: activations of the scan job, the longest activation and the mean one, the
-// scan's total time and the bare walk's, and the ratio of the two. Each activation
+// scan's total time and the bare walk's, and the ratio of the two; host calls of the
+// scan and of the walk, and the most calls one activation made; the bare sort and
+// first item, which is the host's part of the longest (first) activation. Each activation
 // includes what the scan really does per item: reading its creation time and
 // "Zintra Logged", and creating the item's processing job (screening, marking, saving,
 // queueing); the processing jobs themselves are not run.
@@ -27,7 +29,7 @@ double Micros(std::chrono::steady_clock::duration d) {
 }
 
 void BM_ScanNewest1000Of100000(benchmark::State& state) {
-  double scan_us = 0, walk_us = 0, longest_us = 0;
+  double scan_us = 0, walk_us = 0, longest_us = 0, longest_sort_us = 0;
   int64_t activations = 0, walk_calls = 0, scan_calls = 0, most_calls = 0;
   sim::CallCounter counter;
   for (auto _ : state) {
@@ -64,6 +66,8 @@ void BM_ScanNewest1000Of100000(benchmark::State& state) {
       auto items = folder->Items();
       items->Sort("Created", true);
       auto item = items->GetFirst();
+      // The host's own part of the scan's first step: Outlook sorts the folder.
+      longest_sort_us = std::max(longest_sort_us, Micros(std::chrono::steady_clock::now() - t0));
       for (int i = 0; item && i <= kNewItems; ++i, item = items->GetNext()) {
         benchmark::DoNotOptimize(item->CreationTime());
       }
@@ -107,6 +111,8 @@ void BM_ScanNewest1000Of100000(benchmark::State& state) {
   state.counters["scan_calls_vs_bare"] =
       static_cast<double>(scan_calls) / static_cast<double>(walk_calls);
   state.counters["most_calls_in_one_activation"] = static_cast<double>(most_calls);
+  // The first step sorts the folder; sorting and reaching the first item, bare.
+  state.counters["bare_sort_first_us"] = longest_sort_us;
 }
 BENCHMARK(BM_ScanNewest1000Of100000)->Iterations(3)->Unit(benchmark::kMillisecond);
 

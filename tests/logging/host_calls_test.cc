@@ -51,7 +51,7 @@ TEST_F(HostCallsTest, OneMailFromATrackedContactStaysWithinItsBudget) {
   // asked for again.
   EXPECT_EQ(counter.CallsOf("Item.Class"), 1);
   EXPECT_EQ(counter.CallsOf("SafeItem.Sender"), 1);
-  EXPECT_LE(t.Total(), 93) << t.ToString();
+  EXPECT_LE(t.Total(), 89) << t.ToString();
 }
 
 }  // namespace

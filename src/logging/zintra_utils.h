@@ -195,6 +195,9 @@ class ZintraUtils {
   std::shared_ptr<RdoSession> rdo_session_;
   KeyGenerator keys_;
   bool saving_ = false;  // the saving flag, set between PreSaveItem and PostSaveItem
+  // Outlook's major version once read (-1: not yet); it cannot change while Outlook
+  // runs, and the job queue asks for it on every task-list change.
+  mutable int32_t major_version_ = -1;
 
   // Lingering-reference registrations and the once-only guard.
   std::vector<std::shared_ptr<ICheckLinger>> check_linger_;

@@ -18,6 +18,8 @@
 #include <string_view>
 #include <vector>
 
+#include "sim/outlook/call_counter.h"
+
 namespace zintra::sim {
 
 class FaultInjector {
@@ -44,8 +46,12 @@ class FaultInjector {
   // Calls the rule has matched so far (failed or not); -1 for an unknown id.
   int64_t CallsSeen(int rule_id) const;
 
+  // Every member checked from now on is also counted there (nullptr: none).
+  void SetCounter(CallCounter* counter) { counter_ = counter; }
+
   // Called by every simulated member first; throws ZError when a rule fires.
   void Check(std::string_view member, const void* object = nullptr) {
+    if (counter_ != nullptr) counter_->Count(member);
     if (!rules_.empty()) CheckSlow(member, object);
   }
 
@@ -64,6 +70,7 @@ class FaultInjector {
 
   std::vector<Rule> rules_;
   int next_id_ = 1;
+  CallCounter* counter_ = nullptr;
 };
 
 }  // namespace zintra::sim

@@ -145,6 +145,7 @@ HKey MemoryRegistry::NewHandle(std::shared_ptr<Node> node, uint32_t access) {
 }
 
 int32_t MemoryRegistry::Injected(const std::string& member) {
+  if (observer_) observer_(member);
   auto it = faults_.find(member);
   if (it == faults_.end()) return kRegSuccess;
   Fault& fault = it->second;

@@ -11,10 +11,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "src/host/registry.h"
@@ -86,6 +88,11 @@ class MemoryRegistry : public Registry {
   // `skip` more successful calls, `times` times (-1: from then on, always).
   void FailCall(const std::string& member, int32_t error, int skip = 0, int times = 1);
   void ClearFaults();
+  // Told the name of every port member called ("OpenKey", "QueryValue", ...), before
+  // it does anything; for counting the calls. Empty: none.
+  void SetCallObserver(std::function<void(std::string_view)> observer) {
+    observer_ = std::move(observer);
+  }
 
   // Keys opened through the port and not yet closed.
   size_t OpenHandleCount() const { return handles_.size(); }
@@ -115,6 +122,7 @@ class MemoryRegistry : public Registry {
   std::map<HKey, Handle> handles_;
   HKey next_handle_ = 0x1000;
   std::map<std::string, Fault> faults_;
+  std::function<void(std::string_view)> observer_;
 };
 
 }  // namespace zintra::sim

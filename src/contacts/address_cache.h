@@ -29,8 +29,12 @@ class AddressCache {
   // Forgets one address (a contact that no longer exists); false when unknown.
   bool Remove(std::string_view address);
   void Clear();
-  // Room for `addresses` addresses without rehashing.
-  void Reserve(size_t addresses) { index_.reserve(addresses); }
+  // Room for `contacts` contacts with up to `addresses` addresses between them, so
+  // that no single Add rehashes the whole index or moves every identifier.
+  void Reserve(size_t contacts, size_t addresses) {
+    index_.reserve(addresses);
+    entry_ids_.reserve(contacts);
+  }
 
   int32_t Count() const { return static_cast<int32_t>(index_.size()); }
   // Heap bytes held, estimated from the containers' sizes and capacities.

@@ -85,7 +85,9 @@ void TrackedContactFolder::RefreshCache() {
     table_->GoToFirst();
     row_count_ = table_->RowCount();
     filling_.emplace();
-    filling_->Reserve(static_cast<size_t>(row_count_));  // at least one address a contact
+    // Room for every address a contact can carry: growing the index on the way would
+    // rehash all the addresses read so far inside one activation.
+    filling_->Reserve(static_cast<size_t>(row_count_), 3 * static_cast<size_t>(row_count_));
     task_id_ =
         queue->TaskListAdd(JobDescription(), kFillTaskIcon, static_cast<float>(row_count_), true);
   } catch (const ZError& e) {

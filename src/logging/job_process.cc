@@ -10,6 +10,7 @@
 #include "src/host/outlook_constants.h"
 #include "src/host/outlook_folder.h"
 #include "src/host/outlook_item.h"
+#include "src/host/outlook_item_parts.h"
 #include "src/jobs/job_queue.h"
 #include "src/logging/copy_job.h"
 #include "src/logging/logging_addin.h"
@@ -113,17 +114,18 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
   try {
     LogLine("Begin processing for item '" + subject_ + "'");
     entry_id_ = item->EntryID();
-    std::shared_ptr<Folder> parent = item->Parent();
+    std::shared_ptr<Folder> parent = parent_ ? parent_ : item->Parent();
     store_id_ = parent ? parent->StoreID() : std::string();
     std::shared_ptr<JobQueue> queue = app->GetJobQueue();
     if (!queue) throw ZError(kErrObjectNotSet, "The job queue is gone", kModName);
-    const int32_t offset = TaskPrefixOffset(static_cast<int32_t>(item->Class()));
+    const int32_t offset = TaskPrefixOffset(static_cast<int32_t>(item_class_));
     const std::string prefix =
         offset < 0 ? std::string() : app->Strings().Load(kProcessTaskPrefixBase + offset);
     task_id_ =
-        queue->TaskListAdd(prefix + subject_, TaskIconFor(utils.OLItemType(item)), 1.0f, false);
+        queue->TaskListAdd(prefix + subject_, TaskIconFor(ZintraUtils::OLItemType(item_class_)), 1.0f, false);
     marked_ = true;
-    utils.SetUserProperty(item->UserProperties(), kPropZintraTag, kOlText,
+    std::shared_ptr<UserProperties> props = std::move(screened_props_);
+    utils.SetUserProperty(props ? props : item->UserProperties(), kPropZintraTag, kOlText,
                           Value(std::string(kZintraTagProcessing)), true);
     utils.SaveItem(item);
     item_ = item;
@@ -199,13 +201,18 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
                             bool AmIncomingFold, bool AmOutgoingFold, std::string& reason) {
   ZintraUtils& utils = Utils();
   std::string folder_name;
+  ZintraUtils::ScreenedFacts facts;
   // 1-3: skipped, nothing written.
   bool skip = !utils.GeneralScreening("new", item, AmIncomingFold, AmOutgoingFold, reason, subject_,
-                                      folder_name, item_description_);
+                                      folder_name, item_description_, &facts);
   (void)caller;
   folder_name_ = folder_name;
   if (!skip) {
-    const Value logged = utils.GetUserProperty(item->UserProperties(), kPropZintraLogged);
+    item_class_ = facts.item_class;
+    class_known_ = true;
+    parent_ = facts.parent;
+    screened_props_ = facts.user_properties ? facts.user_properties : item->UserProperties();
+    const Value logged = utils.GetUserProperty(screened_props_, kPropZintraLogged);
     if (!logged.IsEmpty()) {
       reason = "already marked logged";
       skip = true;
@@ -226,7 +233,7 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
   }
 
   // 4-8: marked not-logged for good.
-  if (item->Class() == ItemClass::kTask) {
+  if (item_class_ == ItemClass::kTask) {
     if (InDefaultFolder(item, kOlFolderTasks)) {
       const std::string owner = item->Owner();
       const std::string user = CurrentUserName();
@@ -246,11 +253,15 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
   if (AmIncomingFold && Settings().IgnoreItemsFromInternal && ItemFromInternalUser(item)) {
     return MarkNotLogged(item, "Item has no links or recipients");
   }
-  if (item->Class() == ItemClass::kAppointment && InDefaultFolder(item, kOlFolderCalendar) &&
+  if (item_class_ == ItemClass::kAppointment && InDefaultFolder(item, kOlFolderCalendar) &&
       ItemFromInternalUser(item)) {
     return MarkNotLogged(item, "Item has no links or recipients outside organization");
   }
   return true;
+}
+
+int32_t JobProcess::ItemType(const std::shared_ptr<Item>& item) const {
+  return class_known_ ? ZintraUtils::OLItemType(item_class_) : Utils().OLItemType(item);
 }
 
 bool JobProcess::MarkNotLogged(const std::shared_ptr<Item>& item, const std::string& reason) {
@@ -258,7 +269,9 @@ bool JobProcess::MarkNotLogged(const std::shared_ptr<Item>& item, const std::str
   LogLine("Item '" + subject_ + "' being marked not-logged and aborted because " + reason);
   Decide(item, {.kind = DecisionKind::kMarkedNotLogged, .reason = reason});
   ZintraUtils& utils = Utils();
-  utils.SetUserProperty(item->UserProperties(), kPropZintraLogged, kOlYesNo, Value(false), true);
+  std::shared_ptr<UserProperties> props = std::move(screened_props_);
+  utils.SetUserProperty(props ? props : item->UserProperties(), kPropZintraLogged, kOlYesNo,
+                        Value(false), true);
   utils.SaveItem(item);
   return false;
 }

@@ -34,6 +34,7 @@
 #include "src/core/event.h"
 #include "src/core/keyed_collection.h"
 #include "src/host/decision_log.h"
+#include "src/host/outlook_constants.h"
 #include "src/jobs/i_job.h"
 
 namespace zintra {
@@ -45,6 +46,7 @@ class Item;
 class LoggingAddin;
 class RegSettings;
 class TrackedContactFolder;
+class UserProperties;
 class ZError;
 class ZintraUtils;
 
@@ -178,7 +180,23 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   ZintraUtils& Utils() const;
   const RegSettings& Settings() const;
 
+  // The item's OlItemType, from the class screening read (read afresh for an item the
+  // job did not screen).
+  int32_t ItemType(const std::shared_ptr<Item>& item) const;
+
   std::weak_ptr<LoggingAddin> app_;
+  // What screening read, kept so that no later step asks the host again: the class,
+  // the folder, and the sender's native and SMTP addresses (of `sender_of_`).
+  ItemClass item_class_ = ItemClass::kMail;
+  bool class_known_ = false;
+  std::shared_ptr<Folder> parent_;
+  std::shared_ptr<UserProperties> screened_props_;  // until the item is marked
+  std::weak_ptr<Item> sender_of_;
+  std::string sender_native_, sender_smtp_;
+  // The original as final post-processing found and marked it, for Kill's final marks
+  // in the same activation: it is not looked up again, nor its "Zintra Logged" rewritten.
+  std::shared_ptr<Item> final_item_;
+  std::shared_ptr<UserProperties> final_props_;
   std::shared_ptr<Item> item_;          // the item worked on (the working copy's item)
   std::shared_ptr<Item> working_copy_;  // set when MakeWorkingCopy made one
   bool AmIncomingFold_ = false;

@@ -72,7 +72,7 @@ void JobProcess::Step2_SearchEmails() {
   std::vector<std::string> addresses;
   if (AmOutgoingFold_) {
     auto safe = std::dynamic_pointer_cast<SafeItem>(
-        app->CreateLibraryObject(SafeItemKind(Utils().OLItemType(item_))));
+        app->CreateLibraryObject(SafeItemKind(ItemType(item_))));
     std::shared_ptr<Recipients> recipients;
     if (safe) {
       safe->SetItem(item_);
@@ -223,11 +223,11 @@ void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
 
 void JobProcess::ChooseTargets(const std::shared_ptr<TrackedContactFolder>& folderset) {
   std::shared_ptr<Folder> log_folder =
-      folderset->EmailFolder() && item_->Class() == ItemClass::kMail ? folderset->EmailFolder()
+      folderset->EmailFolder() && item_class_ == ItemClass::kMail ? folderset->EmailFolder()
                                                                      : folderset->JournalFolder();
   if (log_folder) AddCopyJob(CopyKind::kLogged, log_folder);
   std::shared_ptr<Folder> shared_folder;
-  switch (item_->Class()) {
+  switch (item_class_) {
     case ItemClass::kAppointment:
       shared_folder = folderset->SharedCalendar();
       break;

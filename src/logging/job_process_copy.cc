@@ -113,8 +113,11 @@ void JobProcess::FinalPostProcessing() {
   LinkCopies(item, CopyKind::kLogged);
   LinkCopies(item, CopyKind::kShared);
   ZintraUtils& utils = Utils();
-  utils.SetUserProperty(item->UserProperties(), kPropZintraLogged, kOlYesNo, Value(logged_), true);
-  utils.SetUserProperty(item->UserProperties(), kPropZintraShared, kOlYesNo, Value(shared_), true);
+  std::shared_ptr<UserProperties> props = item->UserProperties();
+  utils.SetUserProperty(props, kPropZintraLogged, kOlYesNo, Value(logged_), true);
+  utils.SetUserProperty(props, kPropZintraShared, kOlYesNo, Value(shared_), true);
+  final_item_ = item;
+  final_props_ = props;
   Decide(nullptr, {.kind = DecisionKind::kFinished, .logged = logged_, .shared = shared_});
   Kill();
 }
@@ -131,8 +134,8 @@ void JobProcess::LinkCopies(const std::shared_ptr<Item>& item, CopyKind kind) {
   const char* what =
       kind == CopyKind::kLogged ? "' to logged item in folder '" : "' to shared copy in folder '";
   for (const std::shared_ptr<Item>& copy : copies) {
-    link.LinkToItem(copy);
     std::shared_ptr<Folder> folder = copy->Parent();
+    link.LinkToItem(copy, folder);
     LogLine("Linked '" + subject_ + "' from folder '" + folder_name_ + what +
             (folder ? folder->Name() : std::string()) + "'");
   }
@@ -144,7 +147,7 @@ std::shared_ptr<Item> JobProcess::CopyItemTo(const std::shared_ptr<Folder>& targ
     throw ZError(kMapiObjectDeleted, "The item '" + subject_ + "' can no longer be read",
                  "JobProcess");
   }
-  const int32_t safe_kind = SafeItemKind(Utils().OLItemType(item_));
+  const int32_t safe_kind = SafeItemKind(ItemType(item_));
   if (Settings().UseRedemptionCopy && safe_kind != 0) return CopyThroughLibrary(item_, target);
   return CopyThroughOutlook(item_, target);
 }
@@ -194,7 +197,7 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
   ZintraUtils& utils = Utils();
   std::shared_ptr<LoggingAddin> app = App();
   auto safe = std::dynamic_pointer_cast<SafeItem>(
-      app->CreateLibraryObject(SafeItemKind(utils.OLItemType(item))));
+      app->CreateLibraryObject(SafeItemKind(ItemType(item))));
   if (!safe) throw ZError(kErrTypeMismatch, "Type mismatch", "JobProcess");
   safe->SetItem(item);
   std::shared_ptr<RdoMessage> message = Bracketed(utils, [&] { return safe->CopyTo(target); });

@@ -88,6 +88,10 @@ void JobProcess::Kill() {
   }
   working_copy_.reset();
   item_.reset();
+  final_item_.reset();
+  final_props_.reset();
+  screened_props_.reset();
+  parent_.reset();
   found_contacts_.Clear();
   logged_copies_.clear();
   shared_copies_.clear();
@@ -111,9 +115,11 @@ void JobProcess::WriteFinalMarks() {
   // A failed write is tried once more on the item found afresh: an item left with its
   // "Processing" tag would never be looked at again.
   for (int attempt = 1; attempt <= 2; ++attempt) {
-    std::shared_ptr<Item> item;
+    std::shared_ptr<Item> item = std::move(final_item_);
+    std::shared_ptr<UserProperties> props = std::move(final_props_);
+    const bool logged_written = item != nullptr;
     try {
-      item = FindOriginal();
+      if (!item) item = FindOriginal();
     } catch (...) {
       item = nullptr;
     }
@@ -129,12 +135,13 @@ void JobProcess::WriteFinalMarks() {
     try {
       ZintraUtils& utils = Utils();
       std::shared_ptr<LoggingAddin> app = App();
-      utils.SetUserProperty(item->UserProperties(), kPropZintraLogged, kOlYesNo, Value(logged_),
-                            true);
+      if (!props) props = item->UserProperties();
+      if (!logged_written) {
+        utils.SetUserProperty(props, kPropZintraLogged, kOlYesNo, Value(logged_), true);
+      }
       utils.SetNamedProp(item->MAPIOBJECT(), Value(std::string(kPropZintraLastAudited)),
                          Value::Date(app->Now()), kPtSystime, false);
-      utils.SetUserProperty(item->UserProperties(), kPropZintraTag, kOlText, Value(std::string()),
-                            true);
+      utils.SetUserProperty(props, kPropZintraTag, kOlText, Value(std::string()), true);
       utils.SaveItem(item);
       return;
     } catch (...) {

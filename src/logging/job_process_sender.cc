@@ -40,12 +40,15 @@ std::string Domain(const std::string& upper) {
 std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool WantSmtp) {
   std::shared_ptr<LoggingAddin> app = App();
   if (!app || !item) return {};
+  // A sender read once (screening reads it, the address search asks for both forms)
+  // is not read again.
+  if (sender_of_.lock() == item) return WantSmtp ? sender_smtp_ : sender_native_;
   std::string native, smtp;
   std::shared_ptr<SafeItem> safe;
   std::shared_ptr<AddressEntry> entry;
   try {
     safe = std::dynamic_pointer_cast<SafeItem>(
-        app->CreateLibraryObject(SafeItemKind(Utils().OLItemType(item))));
+        app->CreateLibraryObject(SafeItemKind(ItemType(item))));
     if (safe) {
       safe->SetItem(item);
       entry = safe->Sender();
@@ -65,11 +68,17 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
       const std::string upper = Upper(native);
       if (IsExchangeAddress(upper) && upper.find("/OU=") == std::string::npos) type = "EX";
       if (type == "SMTP" || (type.empty() && native.find('@') != std::string::npos)) smtp = native;
-    } else if (Upper(entry->Type()) == "SMTP") {
-      native = smtp = entry->Address();
     } else {
+      const std::string type = Upper(entry->Type());
       native = entry->Address();
-      if (Upper(entry->Type()) == "EX") smtp = entry->Fields(kPrSmtpAddress).ToString();
+      if (type == "SMTP") {
+        smtp = native;
+      } else if (type == "EX") {
+        smtp = entry->Fields(kPrSmtpAddress).ToString();
+      }
+      sender_of_ = item;
+      sender_native_ = native;
+      sender_smtp_ = smtp;
     }
   } catch (const ZError& e) {
     // A sender that cannot be read is left out of the search.

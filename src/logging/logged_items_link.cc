@@ -55,9 +55,16 @@ bool LoggedItemsLink::Validate() {
 void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy) {
   if (!copy)
     throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.LinkToItem");
+  LinkToItem(copy, copy->Parent());
+}
+
+void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy,
+                                 const std::shared_ptr<Folder>& folder) {
+  if (!copy)
+    throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.LinkToItem");
   Value::StringArray entries, stores;
-  if (HasLinks()) {
-    const Value old_entries = LinkedEntryIDs();
+  const Value old_entries = LinkedEntryIDs();
+  if (!old_entries.IsEmpty()) {
     const Value old_stores = LinkedStoreIDs();
     if (old_entries.Type() == ValueType::kStringArray) entries = old_entries.ToStringArray();
     if (old_stores.Type() == ValueType::kStringArray) stores = old_stores.ToStringArray();
@@ -71,7 +78,6 @@ void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy) {
     stores.resize(1);
   }
   entries.back() = copy->EntryID();
-  std::shared_ptr<Folder> folder = copy->Parent();
   stores.back() = folder ? folder->StoreID() : std::string();
   utils_.SetNamedProp(object_, Value(entry_ids_name_), Value(entries), kPtMvString8, false);
   // The entry-ID list may already be on the item: the store-ID list is written until it

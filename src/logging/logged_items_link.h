@@ -20,6 +20,7 @@
 
 namespace zintra {
 
+class Folder;
 class Item;
 class MapiObject;
 class ZintraUtils;
@@ -45,6 +46,8 @@ class LoggedItemsLink {
   // Appends the copy's EntryID and its folder's StoreID and stores both lists in one
   // save, inside the save bracket.
   void LinkToItem(const std::shared_ptr<Item>& copy);
+  // The same, with the copy's folder already in hand.
+  void LinkToItem(const std::shared_ptr<Item>& copy, const std::shared_ptr<Folder>& folder);
 
   // The (entry ID, store ID) pairs of a valid link list; empty when not Validate().
   std::vector<std::pair<std::string, std::string>> Links();

@@ -46,7 +46,10 @@ ZintraUtils::ZintraUtils(ErrorHandling& errors) : errors_(errors) {}
 
 ZintraUtils::~ZintraUtils() = default;
 
-void ZintraUtils::Connect(ZintraUtilsHost host) { host_ = std::move(host); }
+void ZintraUtils::Connect(ZintraUtilsHost host) {
+  host_ = std::move(host);
+  major_version_ = -1;
+}
 
 void ZintraUtils::SetLibrary(std::shared_ptr<MapiUtils> mapi_utils,
                              std::shared_ptr<RdoSession> session) {
@@ -56,6 +59,7 @@ void ZintraUtils::SetLibrary(std::shared_ptr<MapiUtils> mapi_utils,
 
 void ZintraUtils::Kill() {
   host_ = ZintraUtilsHost{};
+  major_version_ = -1;
   mapi_utils_.reset();
   rdo_session_.reset();
   check_linger_.clear();
@@ -113,6 +117,7 @@ std::string ZintraUtils::Version() const {
 
 int32_t ZintraUtils::OutlookMajorVersion() const {
   if (!host_.application) return 0;
+  if (major_version_ >= 0) return major_version_;
   std::string version;
   try {
     version = host_.application->Version();
@@ -122,10 +127,17 @@ int32_t ZintraUtils::OutlookMajorVersion() const {
   int32_t major = 0;
   for (char c : version) {
     if (c == '.') break;
-    if (!std::isdigit(static_cast<unsigned char>(c))) return 0;
+    if (!std::isdigit(static_cast<unsigned char>(c))) {
+      major = 0;
+      break;
+    }
     major = major * 10 + (c - '0');
-    if (major > 1000) return 0;
+    if (major > 1000) {
+      major = 0;
+      break;
+    }
   }
+  major_version_ = major;
   return major;
 }
 

@@ -26,6 +26,7 @@
 #include "src/core/key_generator.h"
 #include "src/core/value.h"
 #include "src/host/mapi_object.h"
+#include "src/host/outlook_constants.h"
 #include "src/host/window.h"
 #include "src/core/version.h"
 
@@ -34,11 +35,13 @@ namespace zintra {
 class Application;
 class ErrorHandling;
 class ICheckLinger;
+class Folder;
 class Item;
 class Links;
 class MapiUtils;
 class OptionalMessages;
 class RdoSession;
+class UserProperties;
 class RegSettings;
 class UserProperties;
 
@@ -127,14 +130,23 @@ class ZintraUtils {
   // reason of the first test that hit. Subject (full name for a contact), folder
   // name and description out-values are filled once the item has passed the first
   // five tests. Logs one debug line per screened item.
+  // `facts`, when given, receives what the screening read on the way (each one a host
+  // call that a caller going on with the item need not make again).
+  struct ScreenedFacts {
+    ItemClass item_class = ItemClass::kMail;
+    std::shared_ptr<Folder> parent;
+    std::shared_ptr<UserProperties> user_properties;
+  };
   bool GeneralScreening(const std::string& caller, const std::shared_ptr<Item>& item, bool Received,
                         bool Sent, std::string& reason, std::string& subject,
-                        std::string& folder_name, std::string& item_description);
+                        std::string& folder_name, std::string& item_description,
+                        ScreenedFacts* facts = nullptr);
 
   // ---- Item type and versions.
   // OlItemType number for the item's kind (reports count as mail, documents as
   // journal entries); 0 for nullptr or an unknown kind.
   int32_t OLItemType(const std::shared_ptr<Item>& item) const;
+  static int32_t OLItemType(ItemClass item_class);
   // Links `item` (a saved contact), resolved afresh by its EntryID and StoreID, into
   // `links`.
   void AddToLinksCollection(const std::shared_ptr<Links>& links, const std::shared_ptr<Item>& item);
@@ -179,6 +191,9 @@ class ZintraUtils {
   std::shared_ptr<RdoSession> rdo_session_;
   KeyGenerator keys_;
   bool saving_ = false;  // the saving flag, set between PreSaveItem and PostSaveItem
+  // Outlook's major version once read (-1: not yet); it cannot change while Outlook
+  // runs, and the job queue asks for it on every task-list change.
+  mutable int32_t major_version_ = -1;
 
   // Lingering-reference registrations and the once-only guard.
   std::vector<std::shared_ptr<ICheckLinger>> check_linger_;

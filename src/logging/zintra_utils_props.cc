@@ -143,8 +143,11 @@ void ZintraUtils::SetNamedProp(const std::shared_ptr<MapiObject>& object, const 
 }
 
 int32_t ZintraUtils::OLItemType(const std::shared_ptr<Item>& item) const {
-  if (!item) return kOlMailItem;
-  switch (item->Class()) {
+  return item ? OLItemType(item->Class()) : kOlMailItem;
+}
+
+int32_t ZintraUtils::OLItemType(ItemClass item_class) {
+  switch (item_class) {
     case ItemClass::kMail:
     case ItemClass::kReport:
       return kOlMailItem;

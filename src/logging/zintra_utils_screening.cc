@@ -21,7 +21,7 @@ constexpr char kScreeningDateFormat[] = "dd-mmm\\/yy h\\:Nna/p";
 bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_ptr<Item>& item,
                                    bool Received, bool Sent, std::string& reason,
                                    std::string& subject, std::string& folder_name,
-                                   std::string& item_description) {
+                                   std::string& item_description, ScreenedFacts* facts) {
   reason.clear();
   subject.clear();
   folder_name.clear();
@@ -32,6 +32,7 @@ bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_
       return false;
     }
     const ItemClass item_class = item->Class();
+    if (facts) facts->item_class = item_class;
     if (item_class == ItemClass::kRemote) {
       reason = "Item is RemoteItem";
       return false;
@@ -46,6 +47,7 @@ bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_
       return false;
     }
     std::shared_ptr<Folder> parent = item->Parent();
+    if (facts) facts->parent = parent;
     if (!parent) {
       reason = "Item.Parent is nothing";
       return false;
@@ -71,7 +73,9 @@ bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_
                                 folder_name + "' " + item_description,
                             false);
 
-    if (!GetUserProperty(item->UserProperties(), kPropZintraTag).ToString().empty()) {
+    std::shared_ptr<UserProperties> props = item->UserProperties();
+    if (facts) facts->user_properties = props;
+    if (!GetUserProperty(props, kPropZintraTag).ToString().empty()) {
       reason = "ZINTRAPROP_TAG is not empty";
       return false;
     }

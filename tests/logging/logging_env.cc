@@ -4,7 +4,11 @@ namespace zintra::testing_support {
 
 const RegSettings& TestLoggingAddin::Settings() { return env_.settings; }
 std::shared_ptr<JobQueue> TestLoggingAddin::GetJobQueue() { return env_.queue; }
-std::shared_ptr<Namespace> TestLoggingAddin::Session() { return env_.app->Session(); }
+// The add-in holds Outlook's session from start-up on; so does the test add-in.
+std::shared_ptr<Namespace> TestLoggingAddin::Session() {
+  if (!session_) session_ = env_.app->Session();
+  return session_;
+}
 std::shared_ptr<MapiUtils> TestLoggingAddin::LibraryUtils() { return env_.mapi_utils; }
 std::shared_ptr<AutomationObject> TestLoggingAddin::CreateLibraryObject(int32_t kind) {
   return env_.factory.CreateObject(kLibraryProgIdPrefix + LibraryClassName(kind));

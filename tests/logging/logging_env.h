@@ -110,6 +110,7 @@ class TestLoggingAddin : public LoggingAddin, public JobAddin {
 
  private:
   LoggingEnv& env_;
+  std::shared_ptr<Namespace> session_;
 };
 
 class LoggingEnv {

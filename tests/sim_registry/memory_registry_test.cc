@@ -116,5 +116,22 @@ TEST_F(MemoryRegistryTest, FaultsFireOnTheChosenCallsOnly) {
   reg_.CloseKey(Open("Software\\F", kKeyRead));
 }
 
+TEST_F(MemoryRegistryTest, TheObserverHearsEveryPortCallFailedOrNot) {
+  reg_.SetDword(kCU, "Software\\F", "N", 7);  // the fixture side is not a port call
+  std::vector<std::string> heard;
+  reg_.SetCallObserver([&](std::string_view member) { heard.emplace_back(member); });
+  reg_.FailCall("QueryValue", kRegAccessDenied);
+  HKey key = Open("Software\\F", kKeyRead);
+  uint32_t size = 4;
+  uint8_t data[4];
+  EXPECT_EQ(reg_.QueryValue(key, "N", nullptr, data, &size), kRegAccessDenied);
+  EXPECT_EQ(reg_.QueryValue(key, "N", nullptr, data, &size), kRegSuccess);
+  reg_.CloseKey(key);
+  EXPECT_EQ(heard, (std::vector<std::string>{"OpenKey", "QueryValue", "QueryValue", "CloseKey"}));
+  reg_.SetCallObserver(nullptr);
+  reg_.CloseKey(Open("Software\\F", kKeyRead));
+  EXPECT_EQ(heard.size(), 4u);
+}
+
 }  // namespace
 }  // namespace zintra::sim

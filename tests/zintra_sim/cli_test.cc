@@ -166,6 +166,18 @@ TEST_F(CliTest, QuietPrintsNoStepsAndLogLevelZeroKeepsTheLogEmpty) {
   EXPECT_EQ(Run({"run", file, "--out", Out(), "--log-level", "9"}), 2);
 }
 
+TEST_F(CliTest, StatsCountTheHostCallsOfStartUpShutDownAndEachLoggedItem) {
+  std::string file = Write("s.json", std::string(kProfile) + "}");
+  EXPECT_EQ(Run({"run", file, "--out", Out(), "--quiet", "--stats"}), 0) << err_;
+  // Start-up reads the settings from the registry; the item is saved and copied once.
+  EXPECT_THAT(out_, ::testing::ContainsRegex("start-up: .*registry reads [1-9]"));
+  EXPECT_THAT(out_, ::testing::ContainsRegex("per logged item \\(1\\): .*copies/moves 1"));
+  EXPECT_THAT(out_, HasSubstr("shut-down: "));
+  EXPECT_THAT(out_, HasSubstr("most called:"));
+  EXPECT_EQ(Run({"run", file, "--out", Out(), "--quiet"}), 0);
+  EXPECT_THAT(out_, ::testing::Not(HasSubstr("Host calls")));
+}
+
 std::vector<std::string> SampleFiles() {
   std::vector<std::string> files;
   fs::path root = fs::path(ZINTRA_TEST_DATA) / "mail";

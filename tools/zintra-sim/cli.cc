@@ -74,7 +74,37 @@ struct RunFlags {
   int log_level = -1;
   bool json = false;
   bool no_table = false;
+  bool stats = false;
 };
+
+// Calls into Outlook and the MAPI library, by kind: start-up, shut-down, and the rest
+// per item the run logged; then the members called most.
+void PrintStats(const sim::CallCounter& counter, const RunResult& r, std::ostream& out) {
+  const sim::CallCounter::Tally items =
+      counter.Totals() - r.startup_calls - r.shutdown_calls;
+  out << "\nHost calls: " << counter.Totals().Total() << " in all\n"
+      << "  start-up:  " << r.startup_calls.ToString() << "\n"
+      << "  shut-down: " << r.shutdown_calls.ToString() << "\n"
+      << "  the rest:  " << items.ToString() << "\n";
+  if (r.items_logged > 0) {
+    out << "  the rest per logged item (" << r.items_logged << "): ";
+    std::string sep;
+    for (int i = 0; i < sim::CallCounter::kKinds; ++i) {
+      const auto kind = static_cast<sim::CallCounter::Kind>(i);
+      if (items.Of(kind) == 0) continue;
+      out << sep << sim::CallCounter::KindName(kind) << " "
+          << static_cast<double>(items.Of(kind)) / r.items_logged;
+      sep = ", ";
+    }
+    out << "\n";
+  }
+  out << "  most called:\n";
+  int shown = 0;
+  for (const auto& [member, n] : counter.ByMember()) {
+    if (++shown > 15) break;
+    out << "    " << n << " " << member << "\n";
+  }
+}
 
 void PrintSummary(const Scenario& s, const RunResult& r, const RunFlags& flags, bool quiet,
                   std::ostream& out) {
@@ -140,8 +170,11 @@ int RunCommand(const Scenario& scenario, RunFlags flags, bool quiet) {
   options.log_level = flags.log_level;
   options.quiet = quiet || flags.json;
   options.live = isatty(STDOUT_FILENO) != 0;
+  sim::CallCounter counter;
+  if (flags.stats) options.stats = &counter;
   RunResult result = RunScenario(scenario, options, std::cout);
   PrintSummary(scenario, result, flags, quiet, std::cout);
+  if (flags.stats) PrintStats(counter, result, flags.json ? std::cerr : std::cout);
   return result.exit_code;
 }
 
@@ -182,6 +215,8 @@ int Main(int argc, char** argv) {
         ->check(CLI::Range(0, 3));
     cmd->add_flag("--json", run_flags.json, "Print the report as JSON instead of tables");
     cmd->add_flag("--no-table", run_flags.no_table, "Leave out the table of items");
+    cmd->add_flag("--stats", run_flags.stats,
+                  "Count the add-in's calls into Outlook and the MAPI library, by kind");
   };
   auto* run = app.add_subcommand("run", "Play a scenario file and check its expectations");
   std::string scenario_file;

@@ -302,6 +302,11 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
   auto world = std::make_unique<World>(scenario, options, log_root);
   world->Build();
   CheckStepFolders(scenario, world->loader());
+  if (options.stats) {
+    world->profile().Faults().SetCounter(options.stats);
+    world->outlook().registry.SetCallObserver(options.stats->Observer("Registry."));
+  }
+  auto calls = [&] { return options.stats ? options.stats->Totals() : sim::CallCounter::Tally{}; };
   result.sim_seconds += Seconds(t0);
 
   Progress progress(out, options.quiet, options.live);
@@ -322,11 +327,20 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
   TimelinePlayer player(*world, progress);
   for (const StepSpec& step : timeline) {
     progress.Step(step, world->outlook().clock.Now());
+    const sim::CallCounter::Tally before = calls();
     player.Play(step);
+    if (step.kind == StepKind::kStart) result.startup_calls = calls() - before;
+    if (step.kind == StepKind::kQuit) result.shutdown_calls = calls() - before;
   }
   if (world->outlook().Started() && !world->outlook().Ended()) {
     player.Wait(0);
+    const sim::CallCounter::Tally before = calls();
     world->outlook().EndProcess();
+    result.shutdown_calls = calls() - before;
+  }
+  if (options.stats) {
+    world->profile().Faults().SetCounter(nullptr);
+    world->outlook().registry.SetCallObserver(nullptr);
   }
   progress.Done();
   result.addin_seconds = Seconds(t1);

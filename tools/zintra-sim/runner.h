@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "tools/zintra-sim/host_record.h"
+#include "sim/outlook/call_counter.h"
 #include "tools/zintra-sim/scenario.h"
 
 namespace zintra::simtool {
@@ -28,6 +29,7 @@ struct RunOptions {
   bool quiet = false;   // only failures and the summary
   bool live = false;    // progress redrawn in place (a terminal)
   bool why_table = true;
+  sim::CallCounter* stats = nullptr;  // counts every call the add-in makes into the host
 };
 
 struct ExpectationOutcome {
@@ -60,6 +62,8 @@ struct RunResult {
   double addin_seconds = 0;            // wall time inside the timeline
   int items_logged = 0;
   HostRecord host;  // the messages shown and the error log's rows
+  // With RunOptions::stats: the calls made by the start step and by the end (quit).
+  sim::CallCounter::Tally startup_calls, shutdown_calls;
 };
 
 RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::ostream& out);

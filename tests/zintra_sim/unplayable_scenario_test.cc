@@ -204,6 +204,11 @@ TEST_F(UnplayableScenarioTest, AnOutlookVersionMustBeItsVersionText) {
   EXPECT_EQ(ReadError("{\"outlook\": {\"version\": \"16.0.4266.1001\"}, " + profile + "}"), "");
 }
 
+TEST_F(UnplayableScenarioTest, ANumberTooLargeForADoubleIsNotValidJson) {
+  EXPECT_THAT(ReadError("{\"log_level\": 1" + std::string(400, '0') + "}"),
+              HasSubstr("s.json: not valid JSON: number overflow parsing '1000"));
+}
+
 TEST_F(UnplayableScenarioTest, ARegistryKeyDeeperThanWindowsAllowsIsRefused) {
   std::string key = "HKCU";
   for (int i = 0; i < 513; ++i) key += "\\\\k";

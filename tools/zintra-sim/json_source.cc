@@ -163,6 +163,14 @@ JsonSource::JsonSource(const std::string& text, std::string file) : file_(std::m
     throw InputError(
         file_, line, "",
         "not valid JSON: " + (colon == std::string::npos ? what : what.substr(colon + 2)));
+  } catch (const json::exception& e) {
+    // A number too large for a double: "[json.exception.out_of_range.406] number overflow
+    // parsing '1e999'".
+    std::string what = e.what();
+    size_t bracket = what.find("] ");
+    throw InputError(
+        file_, 0, "",
+        "not valid JSON: " + (bracket == std::string::npos ? what : what.substr(bracket + 2)));
   }
   LineState state;
   LineRecorder recorder(state, lines_);

@@ -8,6 +8,7 @@
 #include "src/core/text.h"
 #include "tools/zintra-sim/compound_file.h"
 #include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/mapi_property_ids.h"
 #include "tools/zintra-sim/text_decoding.h"
 
 namespace zintra::simtool {
@@ -17,16 +18,8 @@ namespace {
 // Property types and the tags read (identifier << 16 | type).
 constexpr uint16_t kPtLong = 0x0003, kPtString8 = 0x001E, kPtUnicode = 0x001F, kPtSystime = 0x0040,
                    kPtBinary = 0x0102, kPtMvFlag = 0x1000;
-constexpr uint16_t kMessageClass = 0x001A, kSensitivity = 0x0036, kSubject = 0x0037,
-                   kClientSubmitTime = 0x0039, kSentRepresentingName = 0x0042,
-                   kSentRepresentingAddrType = 0x0064, kSentRepresentingEmail = 0x0065,
-                   kSenderName = 0x0C1A, kSenderAddrType = 0x0C1E, kSenderEmail = 0x0C1F,
-                   kRecipientType = 0x0C15, kDeliveryTime = 0x0E06, kAttachSize = 0x0E20,
-                   kBody = 0x1000, kDisplayName = 0x3001, kAddrType = 0x3002,
-                   kEmailAddress = 0x3003, kAttachData = 0x3701, kAttachFilename = 0x3704,
-                   kAttachMethod = 0x3705, kAttachLongFilename = 0x3707, kAttachMimeTag = 0x370E,
-                   kSmtpAddress = 0x39FE, kCompanyName = 0x3A16, kInternetCodepage = 0x3FDE,
-                   kMessageCodepage = 0x3FFD, kSenderSmtp = 0x5D01, kSentRepresentingSmtp = 0x5D02;
+using namespace mapi_ids;  // NOLINT(google-build-using-namespace): the tags read
+
 constexpr int32_t kAttachEmbeddedMsg = 5;
 
 // Named properties: the property sets by their GUID bytes as stored (little-endian

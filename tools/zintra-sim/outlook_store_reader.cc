@@ -7,6 +7,7 @@
 
 #include "src/core/text.h"
 #include "tools/zintra-sim/input_error.h"
+#include "tools/zintra-sim/mapi_property_ids.h"
 #include "tools/zintra-sim/msg_reader.h"
 
 namespace zintra::simtool {
@@ -15,15 +16,8 @@ namespace {
 
 // MAPI property identifiers read (libpff finds named ones, such as the contact's
 // addresses 0x8083/0x8093/0x80A3, through the file's name-to-id map).
-constexpr uint32_t kMessageClass = 0x001A, kSensitivity = 0x0036, kSubject = 0x0037,
-                   kClientSubmitTime = 0x0039, kSentRepresentingName = 0x0042,
-                   kSentRepresentingAddrType = 0x0064, kSentRepresentingEmail = 0x0065,
-                   kSenderName = 0x0C1A, kSenderAddrType = 0x0C1E, kSenderEmail = 0x0C1F,
-                   kRecipientType = 0x0C15, kDeliveryTime = 0x0E06, kAttachSize = 0x0E20,
-                   kBody = 0x1000, kDisplayName = 0x3001, kAddrType = 0x3002,
-                   kEmailAddress = 0x3003, kAttachFilename = 0x3704, kAttachLongFilename = 0x3707,
-                   kAttachMimeTag = 0x370E, kSmtpAddress = 0x39FE, kCompanyName = 0x3A16,
-                   kSenderSmtp = 0x5D01, kSentRepresentingSmtp = 0x5D02, kPasswordChecksum = 0x67FF;
+using namespace mapi_ids;  // NOLINT(google-build-using-namespace): the tags read
+
 constexpr uint32_t kEmailLids[] = {0x8083, 0x8093, 0x80A3};
 constexpr uint8_t kAnyType = LIBPFF_ENTRY_VALUE_FLAG_MATCH_ANY_VALUE_TYPE;
 

@@ -23,10 +23,12 @@ done
 command -v wixl >/dev/null || { echo "build-msi: wixl is missing (apt-get install wixl)" >&2; exit 1; }
 
 # The add-in's version, from the same numbers as the DLL's version resource.
+# project(VERSION major.minor.patch.tweak) in CMakeLists.txt is the one declaration; the
+# add-in's version is major.minor.tweak.
 version_part() {
-  sed -n "s/.*kAddinVersion$1 = \([0-9]*\);.*/\1/p" src/logging/zintra_utils.h
+  sed -n "s/^project(Zintra VERSION \([0-9]*\)\.\([0-9]*\)\.[0-9]*\.\([0-9]*\).*/\\$1/p" CMakeLists.txt
 }
-version=${ZINTRA_MSI_VERSION:-$(version_part Major).$(version_part Minor).$(version_part Revision)}
+version=${ZINTRA_MSI_VERSION:-$(version_part 1).$(version_part 2).$(version_part 3)}
 out=${ZINTRA_MSI_OUT:-build/msi}
 mkdir -p "$out"
 

@@ -13,8 +13,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 msi_dir=${ZINTRA_MSI_OUT:-build/msi}
-version_part() { sed -n "s/.*kAddinVersion$1 = \([0-9]*\);.*/\1/p" src/logging/zintra_utils.h; }
-major=$(version_part Major) minor=$(version_part Minor) revision=$(version_part Revision)
+# The add-in's version (major.minor.tweak of project(VERSION) in CMakeLists.txt).
+version_part() {
+  sed -n "s/^project(Zintra VERSION \([0-9]*\)\.\([0-9]*\)\.[0-9]*\.\([0-9]*\).*/\\$1/p" CMakeLists.txt
+}
+major=$(version_part 1) minor=$(version_part 2) revision=$(version_part 3)
 version=$major.$minor.$revision
 export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 export WINEPREFIX=$PWD/$msi_dir/wine-prefix

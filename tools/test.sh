@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
-# Builds and runs the whole suite under each preset given (default: default, asan,
-# win64-mingw and msi; win64-mingw cross-builds the Windows host and runs its tests under
-# Wine, msi builds the installer packages of both bitnesses and installs and removes them
-# under Wine). "fuzz" builds the libFuzzer targets and runs each for ZINTRA_FUZZ_SECONDS
-# (default 10); the normal and asan suites already replay every kept fuzz input.
+# Builds and runs the whole suite under each preset given (default: default, asan, fuzz,
+# win64-mingw and msi; fuzz builds the libFuzzer targets and runs each for
+# ZINTRA_FUZZ_SECONDS (default 10) beyond the replay of every kept input that the normal
+# and asan suites do; win64-mingw cross-builds the Windows host and runs its tests under
+# Wine; msi builds the installer packages of both bitnesses and installs and removes them
+# under Wine).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 presets=("$@")
-[ ${#presets[@]} -gt 0 ] || presets=(default asan win64-mingw msi)
+[ ${#presets[@]} -gt 0 ] || presets=(default asan fuzz win64-mingw msi)
 for preset in "${presets[@]}"; do
   if [ "$preset" = win64-mingw ]; then
     bash tools/test-windows.sh

@@ -10,37 +10,10 @@
 #include "tools/zintra-sim/disk_files.h"
 
 namespace zintra::simtool {
-
 namespace {
 
 bool Contains(const std::string& found, const std::string& expected) {
   return found.find(expected) != std::string::npos;
-}
-
-// The message's text: given as text, or as the number of one of the add-in's strings.
-std::string MessageText(const JsonNode& n) {
-  if (!n.Value().is_number()) return n.AsString();
-  int64_t id = n.AsInt(1, 0x7FFFFFFF);
-  if (!StringTable::Contains(static_cast<int32_t>(id))) n.Fail("no string has that number");
-  std::string text = StringTable(Language::kEnglish).Load(static_cast<int32_t>(id));
-  // A text with "|1" markers is filled in when shown: the part before the first is matched.
-  return text.substr(0, text.find('|'));
-}
-
-void Choice(const JsonNode& n, const char* key, std::initializer_list<const char*> allowed,
-            std::map<std::string, std::string>& fields) {
-  auto v = n.Get(key);
-  if (!v) return;
-  std::string t = v->AsString();
-  std::string list;
-  for (const char* a : allowed) {
-    if (t == a) {
-      fields[key] = t;
-      return;
-    }
-    list += std::string(list.empty() ? "" : ", ") + a;
-  }
-  v->Fail("expected " + list);
 }
 
 bool MessageMatches(const ShownMessage& m, const std::map<std::string, std::string>& fields) {
@@ -77,72 +50,6 @@ std::string Expected(const ExpectSpec& e) {
 }
 
 }  // namespace
-
-bool IsHostExpectation(const JsonNode& n) {
-  return n.Has("message") || n.Has("messages") || n.Has("error_record") || n.Has("error_log") ||
-         n.Has("log_order") || n.Has("file");
-}
-
-ExpectSpec ReadHostExpectation(const JsonNode& n) {
-  ExpectSpec e;
-  e.source_line = n.Line();
-  int kinds = n.Has("message") + n.Has("messages") + n.Has("error_record") + n.Has("error_log") +
-              n.Has("log_order") + n.Has("file");
-  if (kinds != 1) {
-    n.Fail("an expectation needs exactly one of \"message\", \"messages\", \"error_record\", "
-           "\"error_log\", \"log_order\", \"file\"");
-  }
-  if (n.Has("file")) return ReadFileExpectation(n);
-  auto& fields = e.host.fields;
-  if (auto m = n.Get("message")) {
-    n.OnlyKeys({"message", "kind", "title", "buttons", "icon", "answer", "ticked", "present",
-                "count", "note"});
-    e.kind = ExpectKind::kMessage;
-    fields["text"] = MessageText(*m);
-    Choice(n, "kind", {"box", "optional", "form"}, fields);
-    if (auto t = n.Get("title")) fields["title"] = t->AsString();
-    Choice(n, "buttons",
-           {"ok", "ok-cancel", "abort-retry-ignore", "yes-no-cancel", "yes-no", "retry-cancel"},
-           fields);
-    Choice(n, "icon", {"critical", "question", "exclamation", "information", ""}, fields);
-    Choice(n, "answer", {"ok", "cancel", "abort", "retry", "ignore", "yes", "no", "close"}, fields);
-    if (auto t = n.Get("ticked")) fields["ticked"] = t->AsBool() ? "True" : "False";
-  } else if (auto list = n.Get("messages")) {
-    n.OnlyKeys({"messages", "note"});
-    e.kind = ExpectKind::kMessages;
-    for (const JsonNode& t : list->Elements()) e.host.texts.push_back(MessageText(t));
-  } else if (auto r = n.Get("error_record")) {
-    n.OnlyKeys({"error_record", "present", "count", "note"});
-    e.kind = ExpectKind::kErrorRecord;
-    const auto& names = ErrorColumnNames();
-    for (const auto& [column, value] : r->Members()) {
-      if (std::find(names.begin(), names.end(), column) == names.end()) {
-        std::string known;
-        for (const std::string& c : names) known += (known.empty() ? "" : ", ") + c;
-        value.Fail("expected one of the error log's columns: " + known);
-      }
-      fields[column] = value.AsScalarText();
-    }
-    if (fields.empty()) r->Fail("name at least one column the row must have");
-  } else if (auto order = n.Get("log_order")) {
-    n.OnlyKeys({"log_order", "note"});
-    e.kind = ExpectKind::kLogOrder;
-    e.host.texts = order->AsStrings();
-    if (e.host.texts.size() < 2) order->Fail("expected two or more texts, in the order written");
-  } else {
-    n.OnlyKeys({"error_log", "note"});
-    e.kind = ExpectKind::kErrorLog;
-    fields["path"] = n.Need("error_log").AsString();
-  }
-  if (e.kind == ExpectKind::kMessage || e.kind == ExpectKind::kErrorRecord) {
-    e.present = n.Bool("present", true);
-    if (auto c = n.Get("count")) {
-      if (!e.present) c->Fail("\"count\" with \"present\": false; give one of them");
-      e.count = static_cast<int>(c->AsInt(0, 1 << 30));
-    }
-  }
-  return e;
-}
 
 ExpectationOutcome CheckHostExpectation(const ExpectSpec& e, const RunResult& result) {
   const HostRecord& r = result.host;

@@ -9,8 +9,8 @@ namespace zintra::simtool {
 namespace {
 
 const char* ButtonsName(int32_t flags) {
-  static constexpr const char* kSets[] = {"ok",     "ok-cancel", "abort-retry-ignore",
-                                          "yes-no-cancel", "yes-no", "retry-cancel"};
+  static constexpr const char* kSets[] = {
+      "ok", "ok-cancel", "abort-retry-ignore", "yes-no-cancel", "yes-no", "retry-cancel"};
   int32_t set = flags & 0xF;
   return set <= 5 ? kSets[set] : "ok";
 }
@@ -31,8 +31,8 @@ const char* IconName(int32_t flags) {
 }
 
 const char* AnswerName(int32_t answer) {
-  static constexpr const char* kNames[] = {"", "ok", "cancel", "abort", "retry", "ignore", "yes",
-                                           "no"};
+  static constexpr const char* kNames[] = {"",      "ok",     "cancel", "abort",
+                                           "retry", "ignore", "yes",    "no"};
   return answer >= 1 && answer <= 7 ? kNames[answer] : "";
 }
 
@@ -70,15 +70,6 @@ std::string MessageField(const ShownMessage& m, const std::string& field) {
   if (field == "answer") return m.answer;
   if (field == "ticked") return m.ticked ? "True" : "False";
   return "";
-}
-
-const std::vector<std::string>& ErrorColumnNames() {
-  static const std::vector<std::string> kNames = {
-      "kind",          "number",           "source",          "description",
-      "module",        "procedure",        "line",            "trail",
-      "app_id",        "last_dll_error",   "addin_version",   "controls_version",
-      "outlook_version", "outlook_product", "library_version", "other_versions"};
-  return kNames;
 }
 
 std::string ErrorColumn(const hosts::ErrorLogRow& row, const std::string& c) {

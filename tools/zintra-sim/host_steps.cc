@@ -5,137 +5,14 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "sim/outlook/sim_item.h"
 #include "src/core/text.h"
 #include "src/host/msg_box.h"
-#include "sim/outlook/sim_item.h"
 #include "tools/zintra-sim/world.h"
 
 namespace zintra::simtool {
 
 namespace {
-
-// The classes whose members the simulated Outlook and MAPI library let fail.
-constexpr const char* kOutlookClasses[] = {
-    "AddressEntry", "AddressList", "AddressLists", "Application", "Attachment", "Attachments",
-    "CommandBar", "CommandBarControl", "CommandBarControls", "CommandBars", "Explorer",
-    "Explorers", "Folder", "Folders", "Inspector", "Inspectors", "Item", "Items", "Link", "Links",
-    "MapiTable", "MapiUtils", "Namespace", "ObjectFactory", "RdoFolder", "RdoMessage",
-    "RdoSession", "Recipient", "Recipients", "SafeInspector", "SafeItem", "Selection",
-    "UserProperties", "UserProperty"};
-constexpr const char* kRegistryMembers[] = {"OpenKey",   "CreateKey", "QueryValue", "SetValue",
-                                            "DeleteValue", "DeleteKey", "EnumKey", "EnumValue",
-                                            "QueryInfoKey", "CloseKey"};
-constexpr const char* kFileMembers[] = {"Append", "MakeFolder", "ReadAll", "Remove", "WriteAll"};
-
-template <size_t N>
-bool OneOf(const std::string& s, const char* const (&names)[N]) {
-  for (const char* name : names) {
-    if (s == name) return true;
-  }
-  return false;
-}
-
-bool IsIdentifier(const std::string& s) {
-  if (s.empty() || !std::isupper(static_cast<unsigned char>(s[0]))) return false;
-  for (char c : s) {
-    if (!std::isalnum(static_cast<unsigned char>(c))) return false;
-  }
-  return true;
-}
-
-// A member is "Class.Member" or "Class.*" of a simulated class, "Registry.X" or "Files.X".
-bool KnownMember(const std::string& member) {
-  size_t dot = member.find('.');
-  if (dot == std::string::npos) return false;
-  std::string cls = member.substr(0, dot), name = member.substr(dot + 1);
-  if (cls == "Registry") return OneOf(name, kRegistryMembers);
-  if (cls == "Files") return OneOf(name, kFileMembers);
-  return OneOf(cls, kOutlookClasses) && (name == "*" || IsIdentifier(name));
-}
-
-// An error number: decimal (negative for HRESULTs) or "0x8004010F".
-int32_t ReadErrorNumber(const JsonNode& n) {
-  if (n.IsString()) {
-    std::string t = n.AsString();
-    char* end = nullptr;
-    unsigned long long v = text::StartsWith(text::LCase(t), "0x")
-                               ? std::strtoull(t.c_str() + 2, &end, 16)
-                               : std::strtoull(t.c_str(), &end, 10);
-    if (t.size() < 3 || *end != '\0' || v == 0 || v > 0xFFFFFFFFULL) {
-      n.Fail("expected an error number such as -2147221233 or \"0x8004010F\"");
-    }
-    return static_cast<int32_t>(static_cast<uint32_t>(v));
-  }
-  int64_t v = n.AsInt(INT32_MIN, 0xFFFFFFFFLL);
-  if (v == 0) n.Fail("expected a non-zero error number");
-  return static_cast<int32_t>(static_cast<uint32_t>(v));
-}
-
-void ReadFault(const JsonNode& n, FaultSpec& f) {
-  n.OnlyKeys({"do", "at", "note", "member", "error", "text", "call", "after", "target", "folder"});
-  JsonNode member = n.Need("member");
-  f.member = member.AsString();
-  if (!KnownMember(f.member)) {
-    member.Fail(
-        "expected a member of the simulated host: \"Item.Save\", \"Folder.*\", "
-        "\"MapiTable.GetRows\", \"Registry.QueryValue\", \"Files.ReadAll\", ...");
-  }
-  f.error = ReadErrorNumber(n.Need("error"));
-  f.text = n.String("text");
-  if (n.Has("call") && n.Has("after")) n.Fail("give \"call\" or \"after\", not both");
-  if (auto c = n.Get("call")) {
-    f.mode = "call";
-    f.n = c->AsInt(1, 1 << 30);
-  } else if (auto a = n.Get("after")) {
-    f.mode = "after";
-    f.n = a->AsInt(0, 1 << 30);
-  }
-  f.target = n.String("target");
-  f.folder = n.String("folder");
-  const bool outlook = !text::StartsWith(f.member, "Registry.") &&
-                       !text::StartsWith(f.member, "Files.");
-  if (!outlook && (n.Has("target") || n.Has("folder"))) {
-    n.Fail("only members of Outlook and the MAPI library fail for one item or folder");
-  }
-  if (n.Has("target") && n.Has("folder")) n.Fail("give \"target\" or \"folder\", not both");
-}
-
-int32_t MsgBoxAnswer(const JsonNode& n) {
-  static constexpr std::pair<const char*, int32_t> kAnswers[] = {
-      {"ok", kMsgBoxResultOK},       {"cancel", kMsgBoxResultCancel}, {"abort", kMsgBoxResultAbort},
-      {"retry", kMsgBoxResultRetry}, {"ignore", kMsgBoxResultIgnore}, {"yes", kMsgBoxResultYes},
-      {"no", kMsgBoxResultNo}};
-  std::string a = n.AsString();
-  for (const auto& [name, value] : kAnswers) {
-    if (a == name) return value;
-  }
-  n.Fail("expected ok, cancel, abort, retry, ignore, yes or no");
-}
-
-void ReadAnswers(const JsonNode& n, AnswerSpec& a) {
-  n.OnlyKeys({"do", "at", "note", "message_box", "optional"});
-  if (!n.Has("message_box") && !n.Has("optional")) {
-    n.Fail("\"answer\" needs \"message_box\" or \"optional\" answers");
-  }
-  if (auto m = n.Get("message_box")) {
-    if (m->IsString()) {
-      a.message_box.push_back(MsgBoxAnswer(*m));
-    } else {
-      for (const JsonNode& e : m->Elements()) a.message_box.push_back(MsgBoxAnswer(e));
-    }
-  }
-  if (auto o = n.Get("optional")) {
-    std::vector<JsonNode> answers =
-        o->IsString() ? std::vector<JsonNode>{*o} : o->Elements();
-    for (const JsonNode& e : answers) {
-      std::string t = e.AsString();
-      if (t != "ok" && t != "tick" && t != "untick" && t != "close") {
-        e.Fail("expected ok, tick, untick or close");
-      }
-      a.optional.push_back(t);
-    }
-  }
-}
 
 std::runtime_error RunError(const StepSpec& step, const std::string& what) {
   return std::runtime_error("line " + std::to_string(step.source_line) + ": " + what);
@@ -164,42 +41,13 @@ void PlayFault(World& w, const StepSpec& step) {
     if (!object) throw RunError(step, "no folder \"" + f.folder + "\" in the profile");
   }
   using Mode = sim::FaultInjector::Mode;
-  Mode mode = f.mode == "call" ? Mode::kOnCall : f.mode == "after" ? Mode::kAfterCalls : Mode::kAlways;
+  Mode mode = f.mode == "call"    ? Mode::kOnCall
+              : f.mode == "after" ? Mode::kAfterCalls
+                                  : Mode::kAlways;
   w.profile().Faults().Add(f.member, mode, f.n, f.error, f.text, object);
 }
 
 }  // namespace
-
-bool IsHostStep(StepKind kind) {
-  return kind == StepKind::kFail || kind == StepKind::kHeal || kind == StepKind::kRemoveFolder ||
-         kind == StepKind::kAnswer || kind == StepKind::kWindowMessage;
-}
-
-void ReadHostStep(const JsonNode& n, StepSpec& step) {
-  switch (step.kind) {
-    case StepKind::kFail:
-      ReadFault(n, step.fault);
-      break;
-    case StepKind::kHeal:
-      n.OnlyKeys({"do", "at", "note"});
-      break;
-    case StepKind::kRemoveFolder:
-      n.OnlyKeys({"do", "at", "note", "folder"});
-      step.fault.folder = n.Need("folder").AsString();
-      break;
-    case StepKind::kAnswer:
-      ReadAnswers(n, step.answers);
-      break;
-    case StepKind::kWindowMessage:
-      n.OnlyKeys({"do", "at", "note", "target", "message", "wparam"});
-      step.target = n.Need("target").AsString();
-      step.message = static_cast<int32_t>(n.Need("message").AsInt(0, 0xFFFF));
-      step.wparam = static_cast<int32_t>(n.Int("wparam", 0, INT32_MIN, INT32_MAX));
-      break;
-    default:
-      break;
-  }
-}
 
 void PlayHostStep(World& w, const StepSpec& step) {
   switch (step.kind) {
@@ -230,7 +78,8 @@ void PlayHostStep(World& w, const StepSpec& step) {
     case StepKind::kWindowMessage: {
       // The message goes to the window showing the item, as Windows would post it.
       auto record = w.loader().FindItem(step.target);
-      if (!record) throw RunError(step, "the item \"" + step.target + "\" is no longer in the profile");
+      if (!record)
+        throw RunError(step, "the item \"" + step.target + "\" is no longer in the profile");
       for (const auto& insp : w.outlook().app().OpenInspectors()) {
         if (sim::RecordOf(insp->CurrentItem()) == record) {
           w.outlook().app().WindowMessage.Raise(insp->Hwnd(), step.message, step.wparam);

@@ -56,16 +56,13 @@ std::string Attachments(const sim::MessageRecord& m) {
   std::string out;
   for (const sim::AttachmentRecord& a : m.attachments) {
     std::string name = a.display_name.empty() ? a.file_name : a.display_name;
-    std::string how = a.type == kOlByReference ? "link"
-                      : a.type == kOlEmbeddedItem
-                          ? "item"
-                          : std::to_string(a.data.size()) + ", by value";
+    std::string how = a.type == kOlByReference    ? "link"
+                      : a.type == kOlEmbeddedItem ? "item"
+                                                  : std::to_string(a.data.size()) + ", by value";
     out += (out.empty() ? "" : "; ") + name + " (" + how + ")";
   }
   return out;
 }
-
-constexpr const char* kOwnership[] = {"new", "delegated", "assigned"};
 
 }  // namespace
 
@@ -98,26 +95,6 @@ std::optional<std::string> MarkText(const sim::MessageRecord& m, const std::stri
   }
   if (f == "attachments") return Attachments(m);
   return std::nullopt;
-}
-
-PresetMarks ReadPresetMarks(const JsonNode& n) {
-  n.OnlyKeys({kPropZintraLastAudited, "logged_copies", "shared_copies", "store_ids",
-              "journal_type", "owner", "ownership"});
-  PresetMarks p;
-  if (auto t = n.Get(kPropZintraLastAudited)) p.last_audited = ReadTime(*t);
-  if (auto l = n.Get("logged_copies")) p.logged_copies = l->AsStrings();
-  if (auto s = n.Get("shared_copies")) p.shared_copies = s->AsStrings();
-  p.store_ids = n.Bool("store_ids", true);
-  if (auto j = n.Get("journal_type")) p.journal_type = j->AsString();
-  if (auto o = n.Get("owner")) p.owner = o->AsString();
-  if (auto o = n.Get("ownership")) {
-    std::string t = o->AsString();
-    for (int32_t i = 0; i < 3; ++i) {
-      if (t == kOwnership[i]) p.ownership = i;
-    }
-    if (!p.ownership) o->Fail("expected new, delegated or assigned");
-  }
-  return p;
 }
 
 void ApplyPresetMarks(sim::MessageRecord& m, const PresetMarks& p, const ProfileLoader& loader) {

@@ -22,6 +22,9 @@
 
 namespace zintra::simtool {
 
+// A task's Ownership by its number (olNewTask, olDelegatedTask, olOwnTask).
+inline constexpr const char* kOwnership[] = {"new", "delegated", "assigned"};
+
 class ProfileLoader;
 
 // nullopt when `field` is none of the names above.

@@ -25,9 +25,9 @@
 #include <string>
 #include <vector>
 
+#include "hosts/errorlog/sqlite_error_log.h"
 #include "sim/addin_host/sim_com_add_in.h"
 #include "sim/addin_host/sim_keep_alive.h"
-#include "hosts/errorlog/sqlite_error_log.h"
 #include "sim/files/memory_file_system.h"
 #include "sim/mapi/sim_outlook_host.h"
 #include "sim/outlook/sim_ol_application.h"

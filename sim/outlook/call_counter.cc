@@ -56,10 +56,9 @@ CallCounter::Kind CallCounter::KindOf(std::string_view member) {
   if (OneOf(name, {"GetItemFromID", "GetFolderFromID", "GetMessageFromID"})) return Kind::kOpen;
   if (OneOf(name, {"GetRows", "GetFirst", "GetNext", "GetLast", "GetPrevious"})) return Kind::kRow;
   if (member == "MapiUtils.HrGetOneProp") return Kind::kPropertyRead;
-  if (OneOf(member, {"MapiUtils.HrSetOneProp", "MapiUtils.HrDeleteOneProp",
-                     "UserProperties.Add", "UserProperties.Remove", "Links.Add", "Links.Remove",
-                     "Recipients.Add", "Recipients.Remove", "Attachments.Add",
-                     "Attachments.Remove"}))
+  if (OneOf(member, {"MapiUtils.HrSetOneProp", "MapiUtils.HrDeleteOneProp", "UserProperties.Add",
+                     "UserProperties.Remove", "Links.Add", "Links.Remove", "Recipients.Add",
+                     "Recipients.Remove", "Attachments.Add", "Attachments.Remove"}))
     return Kind::kPropertyWrite;
   // Objects made or destroyed, windows and the user interface.
   if (OneOf(name, {"Delete", "Add", "AddItem", "CreateItem", "CreateObject", "Display", "Close",

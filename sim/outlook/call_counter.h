@@ -23,7 +23,8 @@ namespace zintra::sim {
 class CallCounter {
  public:
   enum class Kind {
-    kPropertyRead,   // getters and collection navigation: Item.Subject, HrGetOneProp, Recipients.Item
+    kPropertyRead,   // getters and collection navigation: Item.Subject, HrGetOneProp,
+                     // Recipients.Item
     kPropertyWrite,  // setters, property adds and removals: UserProperty.SetValue, HrSetOneProp
     kSave,           // store writes: Item.Save, RdoMessage.Save
     kCopyMove,       // Item.Copy, Item.Move, RdoMessage.CopyTo, ...

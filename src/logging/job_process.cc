@@ -121,8 +121,8 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
     const int32_t offset = TaskPrefixOffset(static_cast<int32_t>(item_class_));
     const std::string prefix =
         offset < 0 ? std::string() : app->Strings().Load(kProcessTaskPrefixBase + offset);
-    task_id_ =
-        queue->TaskListAdd(prefix + subject_, TaskIconFor(ZintraUtils::OLItemType(item_class_)), 1.0f, false);
+    task_id_ = queue->TaskListAdd(prefix + subject_,
+                                  TaskIconFor(ZintraUtils::OLItemType(item_class_)), 1.0f, false);
     marked_ = true;
     std::shared_ptr<UserProperties> props = std::move(screened_props_);
     utils.SetUserProperty(props ? props : item->UserProperties(), kPropZintraTag, kOlText,

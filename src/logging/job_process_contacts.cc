@@ -222,9 +222,9 @@ void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
 }
 
 void JobProcess::ChooseTargets(const std::shared_ptr<TrackedContactFolder>& folderset) {
-  std::shared_ptr<Folder> log_folder =
-      folderset->EmailFolder() && item_class_ == ItemClass::kMail ? folderset->EmailFolder()
-                                                                     : folderset->JournalFolder();
+  std::shared_ptr<Folder> log_folder = folderset->EmailFolder() && item_class_ == ItemClass::kMail
+                                           ? folderset->EmailFolder()
+                                           : folderset->JournalFolder();
   if (log_folder) AddCopyJob(CopyKind::kLogged, log_folder);
   std::shared_ptr<Folder> shared_folder;
   switch (item_class_) {

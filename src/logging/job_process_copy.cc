@@ -196,8 +196,8 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
                                                      const std::shared_ptr<Folder>& target) {
   ZintraUtils& utils = Utils();
   std::shared_ptr<LoggingAddin> app = App();
-  auto safe = std::dynamic_pointer_cast<SafeItem>(
-      app->CreateLibraryObject(SafeItemKind(ItemType(item))));
+  auto safe =
+      std::dynamic_pointer_cast<SafeItem>(app->CreateLibraryObject(SafeItemKind(ItemType(item))));
   if (!safe) throw ZError(kErrTypeMismatch, "Type mismatch", "JobProcess");
   safe->SetItem(item);
   std::shared_ptr<RdoMessage> message = Bracketed(utils, [&] { return safe->CopyTo(target); });

@@ -47,8 +47,8 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
   std::shared_ptr<SafeItem> safe;
   std::shared_ptr<AddressEntry> entry;
   try {
-    safe = std::dynamic_pointer_cast<SafeItem>(
-        app->CreateLibraryObject(SafeItemKind(ItemType(item))));
+    safe =
+        std::dynamic_pointer_cast<SafeItem>(app->CreateLibraryObject(SafeItemKind(ItemType(item))));
     if (safe) {
       safe->SetItem(item);
       entry = safe->Sender();

@@ -25,10 +25,10 @@
 
 #include "src/core/key_generator.h"
 #include "src/core/value.h"
+#include "src/core/version.h"
 #include "src/host/mapi_object.h"
 #include "src/host/outlook_constants.h"
 #include "src/host/window.h"
-#include "src/core/version.h"
 
 namespace zintra {
 

@@ -32,8 +32,8 @@ class HostCallsTest : public ::testing::Test {
 };
 
 TEST_F(HostCallsTest, OneMailFromATrackedContactStaysWithinItsBudget) {
-  auto mail = env.ItemOf(env.builder.MailFrom(sim::ProfileBuilder::Smtp("Ann", "ann@fabrikam.com"),
-                                              {"Quote"}));
+  auto mail = env.ItemOf(
+      env.builder.MailFrom(sim::ProfileBuilder::Smtp("Ann", "ann@fabrikam.com"), {"Quote"}));
   counter.Reset();
   auto job = std::make_shared<JobProcess>(env.addin);
   ASSERT_TRUE(job->Initialize("test", mail, true, false));

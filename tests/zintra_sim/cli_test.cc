@@ -13,6 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/zintra_sim/cli_fixture.h"
 #include "tools/zintra-sim/cli.h"
 #include "tools/zintra-sim/input_error.h"
 
@@ -22,36 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 using ::testing::HasSubstr;
 
-class CliTest : public ::testing::Test {
- protected:
-  CliTest() { fs::create_directories(dir_); }
-  ~CliTest() override {
-    std::error_code ec;
-    fs::remove_all(dir_, ec);
-  }
-  std::string Write(const std::string& name, const std::string& text) {
-    fs::path p = dir_ / name;
-    std::ofstream(p, std::ios::binary) << text;
-    return p.string();
-  }
-  // Runs the program; its standard output and error are kept in out_ and err_.
-  int Run(std::vector<std::string> args) {
-    args.insert(args.begin(), "zintra-sim");
-    std::vector<char*> argv;
-    for (std::string& a : args) argv.push_back(a.data());
-    ::testing::internal::CaptureStdout();
-    ::testing::internal::CaptureStderr();
-    int code = Main(static_cast<int>(argv.size()), argv.data());
-    out_ = ::testing::internal::GetCapturedStdout();
-    err_ = ::testing::internal::GetCapturedStderr();
-    return code;
-  }
-  std::string Out() const { return (dir_ / "out").string(); }
-
-  fs::path dir_ =
-      fs::temp_directory_path() / ("zintra-cli-" + std::to_string(std::random_device{}()));
-  std::string out_, err_;
-};
+using CliTest = testing_support::CliFixture;
 
 constexpr char kProfile[] =
     R"({"profile": {"user": "Jane Doe <jane@contoso.com>", "stores": [{"folders": [

@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/zintra_sim/cli_fixture.h"
 #include "tools/zintra-sim/cli.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/scenario_reader.h"
@@ -33,27 +34,10 @@ constexpr char kHead[] =
 
 std::string Scenario_(const std::string& steps) { return std::string(kHead) + steps + "]}\n"; }
 
-class UnplayableScenarioTest : public ::testing::Test {
+class UnplayableScenarioTest : public testing_support::CliFixture {
  protected:
-  UnplayableScenarioTest() { fs::create_directories(dir_); }
-  ~UnplayableScenarioTest() override {
-    std::error_code ec;
-    fs::remove_all(dir_, ec);
-  }
-  std::string Write(const std::string& name, const std::string& text) {
-    std::ofstream(dir_ / name, std::ios::binary) << text;
-    return (dir_ / name).string();
-  }
   int Run(const std::string& file) {
-    std::vector<std::string> args = {"zintra-sim", "run", file, "--out", Out(), "--quiet"};
-    std::vector<char*> argv;
-    for (std::string& a : args) argv.push_back(a.data());
-    ::testing::internal::CaptureStdout();
-    ::testing::internal::CaptureStderr();
-    int code = Main(static_cast<int>(argv.size()), argv.data());
-    out_ = ::testing::internal::GetCapturedStdout();
-    err_ = ::testing::internal::GetCapturedStderr();
-    return code;
+    return CliFixture::Run({"run", file, "--out", Out(), "--quiet"});
   }
   // The message of the InputError reading `text` throws ("" when it reads).
   static std::string ReadError(const std::string& text) {
@@ -64,11 +48,6 @@ class UnplayableScenarioTest : public ::testing::Test {
     }
     return "";
   }
-  std::string Out() const { return (dir_ / "out").string(); }
-
-  fs::path dir_ =
-      fs::temp_directory_path() / ("zintra-bad-" + std::to_string(std::random_device{}()));
-  std::string out_, err_;
 };
 
 struct Case {

@@ -32,23 +32,24 @@ std::vector<FileSpec> ReadFiles(const JsonNode& n) {
   std::vector<FileSpec> out;
   for (const JsonNode& f : n.Elements()) {
     f.OnlyKeys({"path", "folder", "text", "read_only", "unopenable", "note"});
-    FileSpec spec;
-    spec.source_line = f.Line();
+    FileSpec placed;
+    placed.source_line = f.Line();
     int kinds = f.Has("path") + f.Has("folder");
     if (kinds != 1) f.Fail("a file needs exactly one of \"path\" (a file) or \"folder\"");
-    spec.folder = f.Has("folder");
-    JsonNode where = f.Need(spec.folder ? "folder" : "path");
-    spec.path = where.AsString();
-    if (!IsWindowsPath(spec.path)) where.Fail("expected a full Windows path, as \"C:\\\\Data\\\\x.txt\"");
-    if (spec.folder) {
+    placed.folder = f.Has("folder");
+    JsonNode where = f.Need(placed.folder ? "folder" : "path");
+    placed.path = where.AsString();
+    if (!IsWindowsPath(placed.path))
+      where.Fail("expected a full Windows path, as \"C:\\\\Data\\\\x.txt\"");
+    if (placed.folder) {
       for (const char* key : {"text", "read_only", "unopenable"}) {
         if (auto v = f.Get(key)) v->Fail("a folder has no text and no access of its own");
       }
     }
-    spec.text = f.String("text");
-    spec.read_only = f.Bool("read_only", false);
-    spec.unopenable = f.Bool("unopenable", false);
-    out.push_back(std::move(spec));
+    placed.text = f.String("text");
+    placed.read_only = f.Bool("read_only", false);
+    placed.unopenable = f.Bool("unopenable", false);
+    out.push_back(std::move(placed));
   }
   return out;
 }
@@ -74,12 +75,14 @@ ExpectSpec ReadFileExpectation(const JsonNode& n) {
   e.host.fields["path"] = file.AsString();
   if (!IsWindowsPath(e.host.fields["path"])) file.Fail("expected a full Windows path");
   int kinds = n.Has("content") + n.Has("contains") + n.Has("exists");
-  if (kinds != 1) n.Fail("a file expectation needs exactly one of \"content\", \"contains\", \"exists\"");
+  if (kinds != 1)
+    n.Fail("a file expectation needs exactly one of \"content\", \"contains\", \"exists\"");
   if (auto c = n.Get("content")) e.host.fields["content"] = c->AsString();
   if (auto c = n.Get("contains")) e.host.fields["contains"] = c->AsString();
   if (auto x = n.Get("exists")) e.host.fields["exists"] = x->AsBool() ? "True" : "False";
   e.present = n.Bool("present", true);
-  if (n.Has("present") && !n.Has("contains")) n.Need("present").Fail("\"present\" goes with \"contains\"");
+  if (n.Has("present") && !n.Has("contains"))
+    n.Need("present").Fail("\"present\" goes with \"contains\"");
   return e;
 }
 
@@ -87,7 +90,8 @@ std::map<std::string, std::optional<std::string>> FilesNamed(
     const sim::MemoryFileSystem& disk, const std::vector<ExpectSpec>& expectations) {
   std::map<std::string, std::optional<std::string>> out;
   for (const ExpectSpec& e : expectations) {
-    if (e.kind == ExpectKind::kFile) out[e.host.fields.at("path")] = disk.Contents(e.host.fields.at("path"));
+    if (e.kind == ExpectKind::kFile)
+      out[e.host.fields.at("path")] = disk.Contents(e.host.fields.at("path"));
   }
   return out;
 }
@@ -99,9 +103,8 @@ std::pair<bool, std::string> CheckFile(const ExpectSpec& e,
   std::string what = found ? "'" + Shown(*found) + "'" : std::string("absent");
   if (auto x = f.find("exists"); x != f.end()) {
     bool want = x->second == "True";
-    return {found.has_value() == want,
-            "file " + path + " is " + (found ? "there" : "absent") + ", expected " +
-                (want ? "there" : "absent")};
+    return {found.has_value() == want, "file " + path + " is " + (found ? "there" : "absent") +
+                                           ", expected " + (want ? "there" : "absent")};
   }
   if (!found) return {false, "file " + path + " is absent"};
   if (auto c = f.find("content"); c != f.end()) {

@@ -228,22 +228,22 @@ void ReadAttachments(const CompoundFile& cf, const std::string& charset, ItemSpe
     if (!text::StartsWith(cf.entry(id).name, "__attach_version1.0_")) continue;
     PropertyBag a(cf, id, 8);
     a.SetCodepage(charset);
-    AttachmentSpec spec;
-    spec.name = a.Text(kAttachLongFilename);
-    if (spec.name.empty()) spec.name = a.Text(kAttachFilename);
-    if (spec.name.empty()) spec.name = a.Text(kDisplayName);
-    if (spec.name.empty()) spec.name = "attachment";
-    spec.content_type = text::LCase(a.Text(kAttachMimeTag));
+    AttachmentSpec attachment;
+    attachment.name = a.Text(kAttachLongFilename);
+    if (attachment.name.empty()) attachment.name = a.Text(kAttachFilename);
+    if (attachment.name.empty()) attachment.name = a.Text(kDisplayName);
+    if (attachment.name.empty()) attachment.name = "attachment";
+    attachment.content_type = text::LCase(a.Text(kAttachMimeTag));
     bool embedded = a.Long(kAttachMethod).value_or(0) == kAttachEmbeddedMsg;
-    if (embedded && spec.content_type.empty()) spec.content_type = "message/rfc822";
-    if (spec.content_type.empty()) spec.content_type = "application/octet-stream";
+    if (embedded && attachment.content_type.empty()) attachment.content_type = "message/rfc822";
+    if (attachment.content_type.empty()) attachment.content_type = "application/octet-stream";
     auto data = a.Size(uint32_t{kAttachData} << 16 | kPtBinary);
-    spec.size = data ? *data : a.Long(kAttachSize).value_or(0);
-    found.emplace_back(cf.entry(id).name, std::move(spec));
+    attachment.size = data ? *data : a.Long(kAttachSize).value_or(0);
+    found.emplace_back(cf.entry(id).name, std::move(attachment));
   }
   std::sort(found.begin(), found.end(),
             [](const auto& x, const auto& y) { return x.first < y.first; });
-  for (auto& [name, spec] : found) item.attachments.push_back(std::move(spec));
+  for (auto& [name, attachment] : found) item.attachments.push_back(std::move(attachment));
 }
 
 }  // namespace

@@ -211,26 +211,26 @@ ItemSpec ReadMail(const Reader& r, libpff_item_t* m, ItemClass item_class) {
     libpff_item_t* raw_attachment = nullptr;
     r.Check(libpff_message_get_attachment(m, i, &raw_attachment, &error), &error, "attachment");
     Item a(raw_attachment);
-    AttachmentSpec spec;
-    spec.name = r.Text(a.get(), kAttachLongFilename);
-    if (spec.name.empty()) spec.name = r.Text(a.get(), kAttachFilename);
-    if (spec.name.empty()) spec.name = r.Text(a.get(), kDisplayName);
-    if (spec.name.empty()) spec.name = "attachment";
-    spec.content_type = text::LCase(r.Text(a.get(), kAttachMimeTag));
+    AttachmentSpec attachment;
+    attachment.name = r.Text(a.get(), kAttachLongFilename);
+    if (attachment.name.empty()) attachment.name = r.Text(a.get(), kAttachFilename);
+    if (attachment.name.empty()) attachment.name = r.Text(a.get(), kDisplayName);
+    if (attachment.name.empty()) attachment.name = "attachment";
+    attachment.content_type = text::LCase(r.Text(a.get(), kAttachMimeTag));
     int type = 0;
     r.Check(libpff_attachment_get_type(a.get(), &type, &error), &error, "attachment");
-    if (spec.content_type.empty()) {
-      spec.content_type =
+    if (attachment.content_type.empty()) {
+      attachment.content_type =
           type == LIBPFF_ATTACHMENT_TYPE_ITEM ? "message/rfc822" : "application/octet-stream";
     }
     size64_t size = 0;
     if (type == LIBPFF_ATTACHMENT_TYPE_DATA &&
         r.Check(libpff_attachment_get_data_size(a.get(), &size, &error), &error, "attachment")) {
-      spec.size = static_cast<int64_t>(size);
+      attachment.size = static_cast<int64_t>(size);
     } else {
-      spec.size = r.Long(a.get(), kAttachSize).value_or(0);
+      attachment.size = r.Long(a.get(), kAttachSize).value_or(0);
     }
-    item.attachments.push_back(std::move(spec));
+    item.attachments.push_back(std::move(attachment));
   }
   return item;
 }

@@ -32,7 +32,8 @@ class ErrorLogTest : public ::testing::Test {
   }
 
   std::shared_ptr<hosts::SqliteErrorLog> Create() {
-    return std::dynamic_pointer_cast<hosts::SqliteErrorLog>(Win32ErrorLogFactory().CreateErrorLog());
+    return std::dynamic_pointer_cast<hosts::SqliteErrorLog>(
+        Win32ErrorLogFactory().CreateErrorLog());
   }
 
   std::string root_, folder_;

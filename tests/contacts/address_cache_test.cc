@@ -47,5 +47,53 @@ TEST(AddressCacheTest, LengthDecidesBeforeTheBytes) {
   EXPECT_EQ(*cache.Find("ANN@Fabrikam.COM"), "A");
 }
 
+TEST(AddressCacheTest, FirstContactKeepsAnAddressThroughGrowthAndRemoval) {
+  AddressCache cache;
+  // No Reserve: the index grows many times over while it fills.
+  for (int i = 0; i < 5000; ++i) {
+    const std::string id = "ID" + std::to_string(i);
+    EXPECT_EQ(cache.Add(id, "a" + std::to_string(i) + "@x.example", "",
+                        "shared" + std::to_string(i / 2) + "@x.example"),
+              i % 2 == 0 ? 2 : 1);
+  }
+  EXPECT_EQ(cache.Count(), 7500);
+  ASSERT_NE(cache.Find("SHARED7@X.EXAMPLE"), nullptr);
+  EXPECT_EQ(*cache.Find("SHARED7@X.EXAMPLE"), "ID14");
+  EXPECT_EQ(*cache.Find("A4999@x.example"), "ID4999");
+  EXPECT_FALSE(cache.AddAddress("a17@X.example", "other"));
+
+  // Removed addresses are gone, the others stay, and a removed one can come back.
+  for (int i = 0; i < 5000; i += 3) EXPECT_TRUE(cache.Remove("a" + std::to_string(i) + "@x.example"));
+  EXPECT_FALSE(cache.Remove("a0@x.example"));
+  EXPECT_EQ(cache.Find("a3@x.example"), nullptr);
+  EXPECT_EQ(*cache.Find("a4@x.example"), "ID4");
+  EXPECT_TRUE(cache.AddAddress("A3@x.example", "again"));
+  EXPECT_EQ(*cache.Find("a3@X.EXAMPLE"), "again");
+  EXPECT_EQ(cache.Count(), 7500 - 1667 + 1);
+
+  cache.Clear();
+  EXPECT_EQ(cache.Count(), 0);
+  EXPECT_EQ(cache.Find("a4@x.example"), nullptr);
+  EXPECT_TRUE(cache.AddAddress("a4@x.example", "fresh"));
+  EXPECT_EQ(*cache.Find("a4@x.example"), "fresh");
+}
+
+TEST(AddressCacheTest, LongAddressesAreKeptWhole) {
+  AddressCache cache;
+  // Past the lookup's own buffer, and past a block of keys.
+  const std::string long_one = std::string(300, 'x') + "@Y.example";
+  const std::string huge = std::string(70000, 'z') + "@y.example";
+  EXPECT_TRUE(cache.AddAddress(long_one, "L"));
+  EXPECT_TRUE(cache.AddAddress(huge, "H"));
+  EXPECT_TRUE(cache.AddAddress("short@y.example", "S"));
+  std::string other_case = huge;
+  other_case[69999] = 'Z';
+  ASSERT_NE(cache.Find(other_case), nullptr);
+  EXPECT_EQ(*cache.Find(other_case), "H");
+  EXPECT_EQ(*cache.Find(std::string(300, 'X') + "@y.EXAMPLE"), "L");
+  EXPECT_EQ(cache.Find(std::string(299, 'x') + "@y.example"), nullptr);
+  EXPECT_EQ(*cache.Find("Short@y.example"), "S");
+}
+
 }  // namespace
 }  // namespace zintra

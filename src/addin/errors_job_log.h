@@ -17,6 +17,7 @@ class ErrorsJobLog : public JobEngineLog {
   }
   void LogWarning(const std::string& text) override { errors_.LogWarning(text); }
   void LogCachedError(const CachedError& rec) override { errors_.LogCachedError(rec); }
+  bool KeepsDebugLines() override { return errors_.KeepsDebugLines(); }
 
  private:
   ErrorHandling& errors_;

@@ -60,6 +60,8 @@ void ContactSearch::Resume() {
 bool ContactSearch::SearchReadyFolders() {
   auto owner = owner_.lock();
   if (!owner) return true;
+  auto app = app_.lock();
+  const bool debug = app && app->Log().KeepsDebugLines();
   bool all_ready = true;
   for (const auto& folder : owner->Folders().Values()) {
     if (searched_.count(folder->key()) != 0 || folder->Killed()) continue;
@@ -68,7 +70,7 @@ bool ContactSearch::SearchReadyFolders() {
       continue;
     }
     searched_.insert(folder->key());
-    LogLine("Searching folder " + folder->Name());
+    if (debug) LogLine("Searching folder " + folder->Name());
     SearchFolder(folder);
     if (completed_) break;
   }
@@ -78,19 +80,22 @@ bool ContactSearch::SearchReadyFolders() {
 void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder) {
   auto app = app_.lock();
   const bool unique = app && app->Settings().UniqueEmailAddresses;
+  const bool debug = app && app->Log().KeepsDebugLines();
   const std::vector<std::string> addresses = emails_;
   for (const auto& address : addresses) {
     const ContactList contacts = folder->GetContactItems(address);
     for (const auto& contact : contacts) {
-      std::string name;
-      try {
-        name = contact->FullName();
-      } catch (const ZError&) {
-        name = "{Unknown}";
+      if (debug) {
+        std::string name;
+        try {
+          name = contact->FullName();
+        } catch (const ZError&) {
+          name = "{Unknown}";
+        }
+        LogLine("Adding result: '" + name + "' for " + address);
       }
-      LogLine("Adding result: '" + name + "' for " + address);
       results_.Item(address).push_back(contact);
-      LogLine("Adding to grouped result");
+      if (debug) LogLine("Adding to grouped result");
       if (!grouped_results_.Contains(folder->key())) {
         grouped_results_.Add(std::make_shared<ContactGroup>(ContactGroup{folder, {}}),
                              folder->key());

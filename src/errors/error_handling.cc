@@ -166,6 +166,8 @@ void ErrorHandling::WriteLogMessage(const std::string& text, bool warning) {
 
 void ErrorHandling::LogWarning(const std::string& text) { WriteLogMessage(text, true); }
 
+bool ErrorHandling::KeepsDebugLines() { return EnsureOpen() && log_level_ >= kLevelEverything; }
+
 void ErrorHandling::LogCachedError(const CachedError& rec) {
   if (rec.Number() == 0) return;
   if (!EnsureOpen()) return;

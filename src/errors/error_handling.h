@@ -50,6 +50,8 @@ class ErrorHandling {
 
   void WriteLogMessage(const std::string& text, bool warning);
   void LogWarning(const std::string& text);
+  // Whether WriteLogMessage would keep a line that is not a warning (opens the log).
+  bool KeepsDebugLines();
   // Nothing for a record whose Number is 0.
   void LogCachedError(const CachedError& rec);
   // A critical message box with rec.toString(true) under the product name; nothing

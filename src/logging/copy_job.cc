@@ -1,10 +1,12 @@
 #include "src/logging/copy_job.h"
 
+#include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
 #include "src/errors/programming_error.h"
 #include "src/host/outlook_constants.h"
 #include "src/host/outlook_folder.h"
 #include "src/host/outlook_item.h"
+#include "src/jobs/job_engine_log.h"
 #include "src/jobs/job_queue.h"
 #include "src/logging/logging_addin.h"
 #include "src/logging/zintra_utils.h"
@@ -18,14 +20,32 @@ void CopyJob::Initialize(const std::shared_ptr<JobProcess>& owner,
   owner_ = owner;
   target_ = target;
   key_ = key;
-  description_ = std::string(DescriptionPrefix()) + owner->Subject() + "' in folder '" +
-                 FullMAPIPathName(target) + "'";
+  subject_ = owner->Subject();
+  described_folder_ = target;
+}
+
+const std::string& CopyJob::Description() const {
+  if (!described_) {
+    std::string path;
+    if (std::shared_ptr<Folder> folder = described_folder_.lock()) {
+      try {
+        path = FullMAPIPathName(folder);
+        described_ = true;
+      } catch (const ZError&) {
+      }
+    }
+    description_ = std::string(DescriptionPrefix()) + subject_ + "' in folder '" + path + "'";
+  }
+  return description_;
 }
 
 void CopyJob::Start() {
   std::shared_ptr<LoggingAddin> app = app_.lock();
   if (!app || killed_) return;
-  app->Log().WriteLogMessage(std::string("Queueing ") + ClassName() + ": " + description_, false);
+  if (app->Log().KeepsDebugLines()) {
+    app->Log().WriteLogMessage(std::string("Queueing ") + ClassName() + ": " + Description(),
+                               false);
+  }
   if (std::shared_ptr<JobQueue> queue = app->GetJobQueue()) queue->Queue(shared_from_this(), true);
 }
 
@@ -38,13 +58,15 @@ void CopyJob::Activate() {
     End(true);
     return;
   }
-  app->Log().WriteLogMessage("Activated: " + description_, false);
+  if (app->Log().KeepsDebugLines()) {
+    app->Log().WriteLogMessage("Activated: " + Description(), false);
+  }
   std::shared_ptr<Item> copy;
   bool recorded = false;
   try {
     copy = owner_->CopyItemTo(target_);
     if (app->Settings().StripAttachments) owner_->StripAttachments(copy);
-    owner_->AddCopy(kind_, copy);
+    owner_->AddCopy(kind_, copy, target_);
     recorded = true;
     utils->SetUserProperty(copy->UserProperties(), kPropZintraTag, kOlText, Value(std::string()),
                            true);

@@ -34,7 +34,9 @@ class CopyJob : public IJob, public std::enable_shared_from_this<CopyJob> {
   CopyJob& operator=(const CopyJob&) = delete;
 
   // Takes the owner, the target folder and the key under which the owner keeps the
-  // job, and builds the description. Throws when the folder's path cannot be read.
+  // job. The description is built when first asked for: the folder's path takes a
+  // call into Outlook per folder up to the store, which a log that keeps no debug
+  // lines never shows.
   void Initialize(const std::shared_ptr<JobProcess>& owner, const std::shared_ptr<Folder>& target,
                   const std::string& key);
   // Logs "Queueing <class>: " + description and queues the job.
@@ -42,8 +44,9 @@ class CopyJob : public IJob, public std::enable_shared_from_this<CopyJob> {
 
   void Activate() override;
   void Abort() override;
-  std::string JobDescription() override { return description_; }
-  const std::string& Description() const { return description_; }
+  std::string JobDescription() override { return Description(); }
+  // A path that cannot be read is left out.
+  const std::string& Description() const;
 
   // The owner ended: end without telling it.
   void JobProcess_Kill();
@@ -69,7 +72,10 @@ class CopyJob : public IJob, public std::enable_shared_from_this<CopyJob> {
   std::shared_ptr<JobProcess> owner_;
   std::shared_ptr<Folder> target_;
   std::string key_;
-  std::string description_;
+  std::string subject_;
+  std::weak_ptr<Folder> described_folder_;  // the target, for a description asked late
+  mutable std::string description_;
+  mutable bool described_ = false;
   bool killed_ = false;
 };
 

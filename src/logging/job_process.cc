@@ -1,6 +1,7 @@
 #include "src/logging/job_process.h"
 
 #include "src/contacts/contact_search.h"
+#include "src/host/mapi_safe_item.h"
 #include "src/core/text.h"
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
@@ -11,11 +12,13 @@
 #include "src/host/outlook_folder.h"
 #include "src/host/outlook_item.h"
 #include "src/host/outlook_item_parts.h"
+#include "src/jobs/job_engine_log.h"
 #include "src/jobs/job_queue.h"
 #include "src/logging/copy_job.h"
 #include "src/logging/logging_addin.h"
 #include "src/logging/zintra_utils.h"
 #include "src/outlook/folder_helpers.h"
+#include "src/outlook/library_factory.h"
 #include "src/resources/string_table.h"
 #include "src/settings/reg_settings.h"
 
@@ -125,9 +128,12 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
                                   TaskIconFor(ZintraUtils::OLItemType(item_class_)), 1.0f, false);
     marked_ = true;
     std::shared_ptr<UserProperties> props = std::move(screened_props_);
-    utils.SetUserProperty(props ? props : item->UserProperties(), kPropZintraTag, kOlText,
-                          Value(std::string(kZintraTagProcessing)), true);
+    if (!props) props = item->UserProperties();
+    utils.SetUserProperty(props, kPropZintraTag, kOlText, Value(std::string(kZintraTagProcessing)),
+                          true);
     utils.SaveItem(item);
+    marked_item_ = item;
+    marked_props_ = props;
     item_ = item;
     if (app->Settings().MakeWorkingCopy) MakeWorkingCopy(item);
     addin_kill_ = app->KillBroadcast().Connect([this] { Kill(); });
@@ -264,6 +270,24 @@ int32_t JobProcess::ItemType(const std::shared_ptr<Item>& item) const {
   return class_known_ ? ZintraUtils::OLItemType(item_class_) : Utils().OLItemType(item);
 }
 
+std::shared_ptr<SafeItem> JobProcess::SafeItemFor(const std::shared_ptr<Item>& item) {
+  if (safe_ && safe_of_.lock() == item) return safe_;
+  std::shared_ptr<LoggingAddin> app = App();
+  if (!app || !item) return nullptr;
+  auto safe =
+      std::dynamic_pointer_cast<SafeItem>(app->CreateLibraryObject(SafeItemKind(ItemType(item))));
+  if (!safe) return nullptr;
+  safe->SetItem(item);
+  safe_ = safe;
+  safe_of_ = item;
+  return safe;
+}
+
+bool JobProcess::DebugLines() const {
+  std::shared_ptr<LoggingAddin> app = App();
+  return app && app->Log().KeepsDebugLines();
+}
+
 bool JobProcess::MarkNotLogged(const std::shared_ptr<Item>& item, const std::string& reason) {
   screen_reason_ = reason;
   LogLine("Item '" + subject_ + "' being marked not-logged and aborted because " + reason);
@@ -310,7 +334,7 @@ bool JobProcess::SameFolder(const std::shared_ptr<Folder>& a, const std::shared_
 std::string JobProcess::CurrentUserName() {
   std::shared_ptr<LoggingAddin> app = App();
   std::shared_ptr<RdoSession> session = app ? app->RDOSession() : nullptr;
-  std::shared_ptr<AddressEntry> user = session ? session->CurrentUser() : nullptr;
+  std::shared_ptr<AddressEntry> user = Utils().CurrentUser(session);
   return user ? user->Name() : std::string();
 }
 

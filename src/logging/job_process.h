@@ -45,6 +45,7 @@ class Folder;
 class Item;
 class LoggingAddin;
 class RegSettings;
+class SafeItem;
 class TrackedContactFolder;
 class UserProperties;
 class ZError;
@@ -98,8 +99,10 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   // Makes a copy of the item in `target` (through the library or the object model,
   // as UseRedemptionCopy says), tagged "Processing". Throws the platform's error.
   std::shared_ptr<Item> CopyItemTo(const std::shared_ptr<Folder>& target);
-  // A copy job made its copy: recorded for linking and for the final flags.
-  void AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy);
+  // A copy job made its copy in `folder` (CopyItemTo's target, where the copy ends up
+  // wherever the store first put it): recorded for linking and for the final flags.
+  void AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy,
+               const std::shared_ptr<Folder>& folder);
   // A copy job ended (made its copy or not); the stage moves on when it was the last.
   // `aborted`: the queue aborted it, so the whole job ends.
   void CopyJobEnded(CopyKind kind, const std::string& key, bool aborted);
@@ -183,6 +186,11 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   // The item's OlItemType, from the class screening read (read afresh for an item the
   // job did not screen).
   int32_t ItemType(const std::shared_ptr<Item>& item) const;
+  // The library's safe item over `item` (nullptr when the library has none for its
+  // kind); the one made last is reused for the same item.
+  std::shared_ptr<SafeItem> SafeItemFor(const std::shared_ptr<Item>& item);
+  // Whether the add-in's log keeps debug lines (JobEngineLog::KeepsDebugLines).
+  bool DebugLines() const;
 
   std::weak_ptr<LoggingAddin> app_;
   // What screening read, kept so that no later step asks the host again: the class,
@@ -192,6 +200,14 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   std::shared_ptr<Folder> parent_;
   std::shared_ptr<UserProperties> screened_props_;  // until the item is marked
   std::weak_ptr<Item> sender_of_;
+  // The library's safe item over one item, made once per item: the sender, the
+  // recipients and the library copy all read through it.
+  std::shared_ptr<SafeItem> safe_;
+  std::weak_ptr<Item> safe_of_;
+  // The item as screened and marked, and its user properties, which the final marks
+  // reuse when the item found at the end is that same object.
+  std::weak_ptr<Item> marked_item_;
+  std::shared_ptr<UserProperties> marked_props_;
   std::string sender_native_, sender_smtp_;
   // The original as final post-processing found and marked it, for Kill's final marks
   // in the same activation: it is not looked up again, nor its "Zintra Logged" rewritten.
@@ -219,8 +235,9 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   KeyedCollection<std::shared_ptr<KeyedCollection<std::shared_ptr<Item>>>> found_contacts_;
   KeyedCollection<std::shared_ptr<CopyJob>> pending_logs_;
   KeyedCollection<std::shared_ptr<CopyJob>> pending_shared_;
-  std::vector<std::shared_ptr<Item>> logged_copies_;
-  std::vector<std::shared_ptr<Item>> shared_copies_;
+  // The copies made, each with the folder it was made in.
+  std::vector<std::pair<std::shared_ptr<Item>, std::shared_ptr<Folder>>> logged_copies_;
+  std::vector<std::pair<std::shared_ptr<Item>, std::shared_ptr<Folder>>> shared_copies_;
 
   std::shared_ptr<ContactSearch> search_;
   Connection search_complete_;

@@ -48,8 +48,10 @@ void JobProcess::Step1_SearchLinks() {
       continue;
     }
     std::shared_ptr<Folder> folder = contact->Parent();
-    LogLine("Checking if linked contact '" + contact->FullName() + "' in folder '" +
-            FullMAPIPathName(folder) + "' is tracked");
+    if (DebugLines()) {
+      LogLine("Checking if linked contact '" + contact->FullName() + "' in folder '" +
+              FullMAPIPathName(folder) + "' is tracked");
+    }
     std::shared_ptr<TrackedContactFolder> folderset =
         tracked ? tracked->FoldersetFor(folder) : nullptr;
     if (folderset) DecideContact(DecisionKind::kLinkedContact, contact, "", "", folderset);
@@ -71,11 +73,9 @@ void JobProcess::Step2_SearchEmails() {
   std::shared_ptr<LoggingAddin> app = App();
   std::vector<std::string> addresses;
   if (AmOutgoingFold_) {
-    auto safe = std::dynamic_pointer_cast<SafeItem>(
-        app->CreateLibraryObject(SafeItemKind(ItemType(item_))));
+    std::shared_ptr<SafeItem> safe = SafeItemFor(item_);
     std::shared_ptr<Recipients> recipients;
     if (safe) {
-      safe->SetItem(item_);
       try {
         recipients = safe->Recipients();
       } catch (const ZError& e) {
@@ -83,10 +83,13 @@ void JobProcess::Step2_SearchEmails() {
       }
     }
     const int32_t count = recipients ? recipients->Count() : 0;
+    const bool debug = DebugLines();
     for (int32_t i = 1; i <= count; ++i) {
       std::shared_ptr<Recipient> recipient = recipients->Item(i);
       const std::string address = recipient->Address();
-      LogLine("Adding recipient to search: " + address + " - (" + recipient->Name() + ")");
+      if (debug) {
+        LogLine("Adding recipient to search: " + address + " - (" + recipient->Name() + ")");
+      }
       if (!address.empty()) addresses.push_back(address);
     }
   }
@@ -164,7 +167,9 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
       Kill();
       return;
     }
-    if (!ValidateItem()) {
+    // A search that completed inside this activation needs no second look at the
+    // item: the activation began by validating it.
+    if (waited && !ValidateItem()) {
       Kill();
       return;
     }
@@ -192,10 +197,13 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
 
 void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
                                     const std::shared_ptr<TrackedContactFolder>& folderset) {
+  // The name only goes to debug lines.
   std::string name = "{Unknown}";
-  try {
-    name = contact->FullName();
-  } catch (const ZError&) {
+  if (DebugLines()) {
+    try {
+      name = contact->FullName();
+    } catch (const ZError&) {
+    }
   }
   std::shared_ptr<TrackedContacts> tracked = App()->Tracked();
   if (!tracked || !tracked->ShouldTrack(contact)) {

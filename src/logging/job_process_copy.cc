@@ -86,13 +86,14 @@ void JobProcess::CopyJobEnded(CopyKind kind, const std::string& key, bool aborte
   if (pending.Count() == 0) QueueSelf();
 }
 
-void JobProcess::AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy) {
+void JobProcess::AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy,
+                         const std::shared_ptr<Folder>& folder) {
   DecideCopy(kind, copy);
   if (kind == CopyKind::kLogged) {
-    logged_copies_.push_back(copy);
+    logged_copies_.emplace_back(copy, folder);
     logged_ = true;
   } else {
-    shared_copies_.push_back(copy);
+    shared_copies_.emplace_back(copy, folder);
     shared_ = true;
   }
 }
@@ -113,7 +114,8 @@ void JobProcess::FinalPostProcessing() {
   LinkCopies(item, CopyKind::kLogged);
   LinkCopies(item, CopyKind::kShared);
   ZintraUtils& utils = Utils();
-  std::shared_ptr<UserProperties> props = item->UserProperties();
+  std::shared_ptr<UserProperties> props =
+      marked_props_ && marked_item_.lock() == item ? marked_props_ : item->UserProperties();
   utils.SetUserProperty(props, kPropZintraLogged, kOlYesNo, Value(logged_), true);
   utils.SetUserProperty(props, kPropZintraShared, kOlYesNo, Value(shared_), true);
   final_item_ = item;
@@ -133,11 +135,13 @@ void JobProcess::LinkCopies(const std::shared_ptr<Item>& item, CopyKind kind) {
   }
   const char* what =
       kind == CopyKind::kLogged ? "' to logged item in folder '" : "' to shared copy in folder '";
-  for (const std::shared_ptr<Item>& copy : copies) {
-    std::shared_ptr<Folder> folder = copy->Parent();
+  const bool debug = DebugLines();
+  for (const auto& [copy, folder] : copies) {
     link.LinkToItem(copy, folder);
-    LogLine("Linked '" + subject_ + "' from folder '" + folder_name_ + what +
-            (folder ? folder->Name() : std::string()) + "'");
+    if (debug) {
+      LogLine("Linked '" + subject_ + "' from folder '" + folder_name_ + what +
+              (folder ? folder->Name() : std::string()) + "'");
+    }
   }
   link.Kill();
 }
@@ -196,10 +200,8 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
                                                      const std::shared_ptr<Folder>& target) {
   ZintraUtils& utils = Utils();
   std::shared_ptr<LoggingAddin> app = App();
-  auto safe =
-      std::dynamic_pointer_cast<SafeItem>(app->CreateLibraryObject(SafeItemKind(ItemType(item))));
+  std::shared_ptr<SafeItem> safe = SafeItemFor(item);
   if (!safe) throw ZError(kErrTypeMismatch, "Type mismatch", "JobProcess");
-  safe->SetItem(item);
   std::shared_ptr<RdoMessage> message = Bracketed(utils, [&] { return safe->CopyTo(target); });
   std::string entry_id, store_id;
   std::shared_ptr<Item> copy;

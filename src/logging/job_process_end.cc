@@ -91,6 +91,8 @@ void JobProcess::Kill() {
   final_item_.reset();
   final_props_.reset();
   screened_props_.reset();
+  marked_props_.reset();
+  safe_.reset();
   parent_.reset();
   found_contacts_.Clear();
   logged_copies_.clear();

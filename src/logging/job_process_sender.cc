@@ -47,12 +47,8 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
   std::shared_ptr<SafeItem> safe;
   std::shared_ptr<AddressEntry> entry;
   try {
-    safe =
-        std::dynamic_pointer_cast<SafeItem>(app->CreateLibraryObject(SafeItemKind(ItemType(item))));
-    if (safe) {
-      safe->SetItem(item);
-      entry = safe->Sender();
-    }
+    safe = SafeItemFor(item);
+    if (safe) entry = safe->Sender();
   } catch (const ZError&) {
     entry = nullptr;
   }
@@ -91,10 +87,10 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
 bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
   std::shared_ptr<LoggingAddin> app = App();
   std::shared_ptr<RdoSession> session = app ? app->RDOSession() : nullptr;
-  std::shared_ptr<AddressEntry> user = session ? session->CurrentUser() : nullptr;
-  if (!user) return false;
+  ZintraUtils& utils = Utils();
+  if (!utils.CurrentUser(session)) return false;
   const std::string sender = Upper(SenderAddress(item, false));
-  const std::string me = Upper(user->Address());
+  const std::string me = Upper(utils.CurrentUserAddress(session));
   if (IsExchangeAddress(sender)) {
     const std::string org = Organisation(sender);
     return !org.empty() && org == Organisation(me);
@@ -103,7 +99,7 @@ bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
   if (domain.empty()) return false;
   // An Exchange user's own domain is that of the SMTP address of its entry.
   std::string my_domain = Domain(me);
-  if (my_domain.empty()) my_domain = Domain(Upper(user->Fields(kPrSmtpAddress).ToString()));
+  if (my_domain.empty()) my_domain = Domain(Upper(utils.CurrentUserSmtpAddress(session)));
   return domain == my_domain;
 }
 

@@ -9,6 +9,7 @@
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
 #include "src/errors/error_handling.h"
+#include "src/host/mapi_address.h"
 #include "src/host/mapi_session.h"
 #include "src/host/mapi_utils.h"
 #include "src/host/outlook_application.h"
@@ -156,6 +157,32 @@ bool ZintraUtils::OptionalMsgBox(int32_t DialogIdx, const std::string& Message,
     return false;
   }
   return host_.optional_messages->OptionalMsgBox(DialogIdx, Message, Caption, OwnerForm);
+}
+
+std::shared_ptr<AddressEntry> ZintraUtils::CurrentUser(
+    const std::shared_ptr<RdoSession>& session) {
+  if (!session) return nullptr;
+  if (current_user_.entry && current_user_.session.lock() == session) return current_user_.entry;
+  current_user_ = CurrentUserFacts{};
+  current_user_.entry = session->CurrentUser();
+  if (current_user_.entry) current_user_.session = session;
+  return current_user_.entry;
+}
+
+std::string ZintraUtils::CurrentUserAddress(const std::shared_ptr<RdoSession>& session) {
+  std::shared_ptr<AddressEntry> user = CurrentUser(session);
+  if (!user) return {};
+  if (!current_user_.address) current_user_.address = user->Address();
+  return *current_user_.address;
+}
+
+std::string ZintraUtils::CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session) {
+  std::shared_ptr<AddressEntry> user = CurrentUser(session);
+  if (!user) return {};
+  if (!current_user_.smtp_address) {
+    current_user_.smtp_address = user->Fields(kPrSmtpAddress).ToString();
+  }
+  return *current_user_.smtp_address;
 }
 
 }  // namespace zintra

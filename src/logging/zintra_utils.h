@@ -20,6 +20,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,7 @@
 
 namespace zintra {
 
+class AddressEntry;
 class Application;
 class ErrorHandling;
 class ICheckLinger;
@@ -177,6 +179,14 @@ class ZintraUtils {
 
   ErrorHandling& Errors() { return errors_; }
 
+  // The library session's current user (nullptr when it names none), asked once per
+  // session: the user of a running Outlook does not change, and every received item
+  // is compared with it. Its address and its SMTP address (PR_SMTP_ADDRESS) likewise,
+  // each read on first use; a failed read throws and is tried again next time.
+  std::shared_ptr<AddressEntry> CurrentUser(const std::shared_ptr<RdoSession>& session);
+  std::string CurrentUserAddress(const std::shared_ptr<RdoSession>& session);
+  std::string CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session);
+
  private:
   Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, const std::string& name,
                           const char* proc_name);
@@ -194,6 +204,12 @@ class ZintraUtils {
   // Outlook's major version once read (-1: not yet); it cannot change while Outlook
   // runs, and the job queue asks for it on every task-list change.
   mutable int32_t major_version_ = -1;
+  struct CurrentUserFacts {
+    std::weak_ptr<RdoSession> session;
+    std::shared_ptr<AddressEntry> entry;
+    std::optional<std::string> address, smtp_address;
+  };
+  CurrentUserFacts current_user_;
 
   // Lingering-reference registrations and the once-only guard.
   std::vector<std::shared_ptr<ICheckLinger>> check_linger_;

@@ -323,8 +323,17 @@ void SimItems::OnAdded(const std::shared_ptr<MessageRecord>& m) {
 
 void SimItems::OnChanged(const std::shared_ptr<MessageRecord>& m) {
   if (materialized_) {
-    EraseFromView(m.get());
-    InsertIntoView(m);
+    // A change that leaves the sort key alone (a mark, a flag) leaves the order alone,
+    // as a store's index does: the item is found where its key puts it, in log n.
+    Entry e = MakeEntry(m);
+    auto pos = std::lower_bound(view_.begin(), view_.end(), e,
+                                [this](const Entry& a, const Entry& b) { return Before(a, b); });
+    if (pos != view_.end() && pos->record == m) {
+      *pos = std::move(e);  // in its place whatever its key was: its neighbours say so
+    } else {
+      EraseFromView(m.get());
+      InsertIntoView(m);
+    }
   }
   ItemChange.Raise(std::shared_ptr<zintra::Item>(MakeItem(profile_, m)));
 }

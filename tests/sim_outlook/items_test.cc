@@ -1,6 +1,9 @@
 // The live sorted Items collection and Find over the filter syntax.
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "src/core/date.h"
 #include "tests/sim_outlook/sim_fixture.h"
 
@@ -55,6 +58,32 @@ TEST_F(ItemsTest, RemovingAnItemBeforeThePositionSkipsOne) {
   EXPECT_EQ(inbox_items->GetNext()->Subject(), "M2");
   first->Delete();
   EXPECT_EQ(inbox_items->GetNext()->Subject(), "M4");
+}
+
+TEST_F(ItemsTest, AChangedItemMovesOnlyWhenItsSortKeyMovesIt) {
+  Fill(4);
+  inbox_items->Sort("Subject", false);
+  EXPECT_EQ(inbox_items->GetFirst()->Subject(), "M1");
+  auto m2 = inbox_items->GetNext();
+  // A mark leaves the order as it is.
+  m2->SetSensitivity(kOlConfidential);
+  m2->Save();
+  auto m3 = inbox_items->GetNext();
+  EXPECT_EQ(m3->Subject(), "M3");
+  // A new key between the same neighbours keeps the place, and the place keeps the
+  // new key: a later item sorts against it.
+  m2->SetSubject("M15");
+  m2->Save();
+  MailSpec later{"m17"};
+  builder.MailFrom(ProfileBuilder::Smtp("Bob", "bob@x.com"), later);
+  // A key that sorts first moves the item to the front, before the walk's position.
+  m3->SetSubject("A");
+  m3->Save();
+  std::vector<std::string> order;
+  for (auto item = inbox_items->GetFirst(); item; item = inbox_items->GetNext()) {
+    order.push_back(item->Subject());
+  }
+  EXPECT_EQ(order, (std::vector<std::string>{"A", "M1", "M15", "m17", "M4"}));
 }
 
 TEST_F(ItemsTest, UnknownSortPropertyIsRefused) {

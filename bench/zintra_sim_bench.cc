@@ -4,7 +4,8 @@
 // profile against the time inside the timeline (the add-in at work), and the peak
 // resident memory. The baseline in the same run is building the same profile alone.
 // BM_ImportAndRun times `import` and `run` over the same mailbox as exported files;
-// run it alone (--benchmark_filter) for its own peak memory.
+// run it alone (--benchmark_filter) for its own peak memory. BM_StartupAndShutdown times
+// the add-in's start-up and shut-down at two folder sizes.
 #include <sys/resource.h>
 
 #include <benchmark/benchmark.h>
@@ -182,6 +183,48 @@ void BM_ImportAndRun(benchmark::State& state) {
   state.counters["items_reached"] = static_cast<double>(reached) / n;
   state.counters["peak_rss_MB"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
+
+// Start-up and shut-down with 10,000 tracked contacts and 100,000 mails, against the
+// same with 1,000 mails, in one run: what Outlook waits for while it loads the add-in
+// (OnConnection and OnStartupComplete, with a window open) and while it quits,
+// beside Outlook's one-second limit, and the host calls each makes. Whatever grows
+// with the folders (the start-up scans, the cache fill) runs later as jobs, so the
+// two sizes should cost about the same.
+void BM_StartupAndShutdown(benchmark::State& state) {
+  auto start_and_quit = [](int mails) {
+    Scenario s = Mailbox(mails, 10000);
+    StepSpec start, quit;
+    start.kind = StepKind::kStart;
+    quit.kind = StepKind::kQuit;
+    s.timeline = {start, quit};
+    return s;
+  };
+  const Scenario small = start_and_quit(1000), large = start_and_quit(100000);
+  RunOptions options;
+  options.quiet = true;
+  std::ostringstream out;
+  RunResult a, b;
+  for (auto _ : state) {
+    sim::CallCounter small_calls, large_calls;
+    options.stats = &small_calls;
+    a = RunScenario(small, options, out);
+    options.stats = &large_calls;
+    b = RunScenario(large, options, out);
+  }
+  constexpr double kOutlookLimitSeconds = 1.0;  // Outlook disables a slower add-in
+  state.counters["startup_ms_1k"] = a.startup_seconds * 1e3;
+  state.counters["startup_ms_100k"] = b.startup_seconds * 1e3;
+  state.counters["startup_100k_over_1k"] = b.startup_seconds / a.startup_seconds;
+  state.counters["startup_share_of_limit"] = b.startup_seconds / kOutlookLimitSeconds;
+  state.counters["shutdown_ms_1k"] = a.shutdown_seconds * 1e3;
+  state.counters["shutdown_ms_100k"] = b.shutdown_seconds * 1e3;
+  state.counters["shutdown_share_of_limit"] = b.shutdown_seconds / kOutlookLimitSeconds;
+  state.counters["startup_calls_1k"] = static_cast<double>(a.startup_calls.Total());
+  state.counters["startup_calls_100k"] = static_cast<double>(b.startup_calls.Total());
+  state.counters["shutdown_calls_1k"] = static_cast<double>(a.shutdown_calls.Total());
+  state.counters["shutdown_calls_100k"] = static_cast<double>(b.shutdown_calls.Total());
+}
+BENCHMARK(BM_StartupAndShutdown)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 BENCHMARK(BM_BuildProfileOnly)
     ->Args({2000, 500})

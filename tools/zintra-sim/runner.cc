@@ -328,15 +328,24 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
   for (const StepSpec& step : timeline) {
     progress.Step(step, world->outlook().clock.Now());
     const sim::CallCounter::Tally before = calls();
+    const auto step_start = Clock_::now();
     player.Play(step);
-    if (step.kind == StepKind::kStart) result.startup_calls = calls() - before;
-    if (step.kind == StepKind::kQuit) result.shutdown_calls = calls() - before;
+    if (step.kind == StepKind::kStart) {
+      result.startup_calls = calls() - before;
+      result.startup_seconds = Seconds(step_start);
+    }
+    if (step.kind == StepKind::kQuit) {
+      result.shutdown_calls = calls() - before;
+      result.shutdown_seconds = Seconds(step_start);
+    }
   }
   if (world->outlook().Started() && !world->outlook().Ended()) {
     player.Wait(0);
     const sim::CallCounter::Tally before = calls();
+    const auto end_start = Clock_::now();
     world->outlook().EndProcess();
     result.shutdown_calls = calls() - before;
+    result.shutdown_seconds = Seconds(end_start);
   }
   if (options.stats) {
     world->profile().Faults().SetCounter(nullptr);

@@ -64,6 +64,9 @@ struct RunResult {
   HostRecord host;  // the messages shown and the error log's rows
   // With RunOptions::stats: the calls made by the start step and by the end (quit).
   sim::CallCounter::Tally startup_calls, shutdown_calls;
+  // Wall time of the start step (Outlook loads the add-in: OnConnection and
+  // OnStartupComplete) and of the end (Outlook quits and releases it).
+  double startup_seconds = 0, shutdown_seconds = 0;
 };
 
 RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::ostream& out);

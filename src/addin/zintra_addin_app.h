@@ -26,7 +26,6 @@
 
 #include "src/addin/addin_part.h"
 #include "src/addin/errors_job_log.h"
-#include "src/addin/i_check_linger.h"
 #include "src/addin/linger_watch.h"
 #include "src/core/event.h"
 #include "src/core/key_generator.h"
@@ -36,6 +35,7 @@
 #include "src/host/mapi_session.h"
 #include "src/host/mapi_utils.h"
 #include "src/host/outlook_application.h"
+#include "src/jobs/i_check_linger.h"
 #include "src/jobs/job_addin.h"
 #include "src/jobs/job_queue.h"
 #include "src/logging/zintra_utils.h"

@@ -10,10 +10,8 @@
 #include "sim/outlook/profile_builder.h"
 #include "sim/outlook/sim_folder.h"
 #include "sim/outlook/sim_item.h"
-#include "src/contacts_part/tracked_contacts_part.h"
 #include "src/host/outlook_item_parts.h"
 #include "src/logging/zintra_utils.h"
-#include "src/monitoring_part/monitoring_part.h"
 #include "tests/addin/addin_fixture.h"
 
 namespace zintra::testing {
@@ -22,9 +20,8 @@ namespace {
 class ScenarioTest : public ::testing::Test {
  protected:
   ScenarioTest() : builder(outlook.profile()) {
-    fixture.parts.TrackedContacts = TrackedContactsPartFactory();
+    fixture.parts = AddinParts{};  // the subsystems' own parts, without the toolbar
     fixture.parts.Toolbars = nullptr;
-    fixture.parts.Monitoring = MonitoringPartFactory();
     auto top = outlook.profile().DefaultStore()->root;
     clients = builder.ContactFolder("Clients", top);
     journal = builder.Folder("Clients Journal", kOlJournalItem, top);

@@ -26,7 +26,8 @@ class MonitoringPart : public AddinPart {
   void Kill() override {
     if (monitoring_) monitoring_->Kill();
     monitoring_.reset();
-    if (std::shared_ptr<AddinServices> services = services_.lock()) services->SetMonitoring(nullptr);
+    if (std::shared_ptr<AddinServices> services = services_.lock())
+      services->SetMonitoring(nullptr);
   }
   void StopMonitoring() override {
     if (monitoring_) monitoring_->StopMonitoring();

@@ -2,9 +2,10 @@
 // built in one place. A virtual clock (2026-01-05 09:00) with its event loop; the
 // recording shell, forms, windows and message box; registry, files and platform; the
 // real error handling over a LogRecorder at log level 3 (every line kept), its job-engine
-// view and the settings; a profile on that clock with one mailbox (an Exchange user by
-// default), Outlook's application over it, and the MAPI library's classes registered
-// with their utility object and session logged on to the profile.
+// view and the settings; the simulated Outlook (sim::SimOutlookHost: a profile on that
+// clock, Outlook's application over it and the class registry with the MAPI library)
+// with one mailbox (an Exchange user by default), and the library's utility object and
+// session logged on to the profile.
 //
 // A fixture derives from it (or holds one) and adds the subsystem objects it tests.
 // Members are public and named after what they are, so that a test reads
@@ -19,6 +20,7 @@
 #include "sim/files/memory_file_system.h"
 #include "sim/mapi/sim_class_registry.h"
 #include "sim/mapi/sim_mapi_utils.h"
+#include "sim/mapi/sim_outlook_host.h"
 #include "sim/outlook/profile.h"
 #include "sim/outlook/profile_builder.h"
 #include "sim/outlook/sim_folder.h"
@@ -81,7 +83,6 @@ class SimWorld {
                                                                         "CONTOSO"))
       : me(std::move(mailbox)) {
     registry.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogLevel", 3);
-    factory.RegisterLibrary();
     mapi_utils->SetMAPIOBJECT(app->Session()->MAPIOBJECT());
     rdo = std::dynamic_pointer_cast<RdoSession>(
         factory.CreateObject(std::string(kLibraryProgIdPrefix) + LibraryClassName(kLibRdoSession)));
@@ -135,11 +136,13 @@ class SimWorld {
   ErrorsJobLog log{errors};
   RegSettings settings{registry, files, platform};
 
-  sim::Profile profile{&clock};
+  // The profile on the clock, Outlook's application over it and the class registry.
+  sim::SimOutlookHost outlook{&clock};
+  sim::Profile& profile = outlook.profile;
   sim::ProfileBuilder builder{profile};
   sim::Person me;
-  std::shared_ptr<sim::SimOlApplication> app = std::make_shared<sim::SimOlApplication>(&profile);
-  sim::SimClassRegistry factory{&profile};
+  std::shared_ptr<sim::SimOlApplication>& app = outlook.application;
+  sim::SimClassRegistry& factory = outlook.factory;
   std::shared_ptr<sim::SimMapiUtils> mapi_utils = std::make_shared<sim::SimMapiUtils>(&profile);
   std::shared_ptr<RdoSession> rdo;
 };

@@ -9,75 +9,53 @@
 #include <string>
 #include <vector>
 
-#include "sim/files/memory_file_system.h"
-#include "sim/outlook/profile.h"
-#include "sim/outlook/profile_builder.h"
 #include "sim/outlook/sim_item.h"
-#include "sim/outlook/sim_ol_application.h"
-#include "sim/platform/sim_platform.h"
-#include "sim/registry/memory_registry.h"
 #include "sim/toolbars/sim_toolbar_helper.h"
-#include "sim/ui/recording_msg_box.h"
 #include "sim/word/sim_word.h"
-#include "src/errors/error_handling.h"
-#include "src/host/error_log_store.h"
 #include "src/logging/zintra_utils.h"
-#include "src/resources/string_table.h"
-#include "src/settings/reg_settings.h"
 #include "src/toolbars/toolbars.h"
 #include "src/toolbars/toolbars_addin.h"
+#include "tests/support/sim_world.h"
 
 namespace zintra {
 namespace {
 
-class NoLog : public ErrorLogFactory {
- public:
-  std::shared_ptr<ErrorLogStore> CreateErrorLog() override { return nullptr; }
-};
-
 struct World : ToolbarsAddin {
   World() {
-    build.Mailbox(sim::ProfileBuilder::Smtp("Jane Doe", "jane@contoso.com"));
-    inbox = build.Default(kOlFolderInbox);
-    contacts = build.Default(kOlFolderContacts);
-    utils.Connect({app, &settings, nullptr});
+    // The toolbar is measured, not the log: nothing is kept.
+    host.registry.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogLevel", 0);
+    inbox = host.builder.Default(kOlFolderInbox);
+    contacts = host.builder.Default(kOlFolderContacts);
+    utils.Connect({app, &host.settings, nullptr});
     for (int i = 0; i < 29; ++i) {
       selection.push_back(sim::MakeItem(
-          &profile, build.Contact(contacts, {"Contact " + std::to_string(i), {}, "", 0, ""})));
+          &host.profile,
+          host.builder.Contact(contacts, {"Contact " + std::to_string(i), {}, "", 0, ""})));
     }
   }
-  const RegSettings& Settings() override { return settings; }
+  const RegSettings& Settings() override { return host.settings; }
   std::shared_ptr<Application> OLApp() override { return app; }
   std::shared_ptr<Namespace> Session() override { return app->Session(); }
   ZintraUtils* Utils() override { return &utils; }
   std::shared_ptr<Folder> TrackedLogFolder(const std::shared_ptr<Folder>&) override {
     return nullptr;
   }
-  const StringTable& Strings() override { return strings; }
-  ErrorHandling& Errors() override { return errors; }
-  MsgBox& Prompt() override { return msg_box; }
-  Platform& PlatformFacts() override { return platform; }
-  FileSystem& Files() override { return files; }
+  const StringTable& Strings() override { return host.strings; }
+  ErrorHandling& Errors() override { return host.errors; }
+  MsgBox& Prompt() override { return host.msg_box; }
+  Platform& PlatformFacts() override { return host.platform; }
+  FileSystem& Files() override { return host.files; }
   ToolbarLibrary* ToolbarLib() override { return &library; }
   Word* WordProcessor() override { return &word; }
   double Now() override { return 46348.0; }
 
-  sim::Profile profile;
-  sim::ProfileBuilder build{profile};
+  testing_support::SimWorld host{sim::ProfileBuilder::Smtp("Jane Doe", "jane@contoso.com")};
+  std::shared_ptr<sim::SimOlApplication>& app = host.app;
   std::shared_ptr<sim::FolderRecord> inbox, contacts;
-  std::shared_ptr<sim::SimOlApplication> app = std::make_shared<sim::SimOlApplication>(&profile);
   std::vector<std::shared_ptr<Item>> selection;
-  sim::MemoryRegistry registry;
-  sim::MemoryFileSystem files;
-  sim::SimPlatform platform;
-  sim::RecordingMsgBox msg_box;
-  NoLog log;
-  StringTable strings;
-  ErrorHandling errors{{log, msg_box, registry, files, platform, strings}};
-  RegSettings settings{registry, files, platform};
-  ZintraUtils utils{errors};
+  ZintraUtils utils{host.errors};
   sim::SimToolbarLibrary library;
-  sim::SimWord word{files};
+  sim::SimWord word{host.files};
 };
 
 void BM_Baseline_OpenExplorer(benchmark::State& state) {

@@ -2,8 +2,9 @@
 // created by ProgID kOptionsPageProgId. The add-in creates it when the dialog opens,
 // calls Initialize with itself (the page reads and replaces the settings through
 // ZintraAddinApp::RegSettings / SetRegSettings, and offers the complete folder search
-// of the Monitoring part), and hands it to Outlook. An object of that ProgID that is
-// not an OptionsPage is not added. Called on Outlook's thread.
+// of the monitoring manager, Services()->GetMonitoring()), and hands it to Outlook. An
+// object of that ProgID that is not an OptionsPage is not added. Called on Outlook's
+// thread.
 #pragma once
 
 #include <memory>

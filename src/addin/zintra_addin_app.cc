@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "src/addin/addin_services.h"
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
 #include "src/outlook/library_factory.h"
@@ -132,6 +133,8 @@ std::shared_ptr<AutomationObject> ZintraAddinApp::CreateLibraryObject(const std:
 }
 
 void ZintraAddinApp::CreateParts() {
+  services_ = std::make_shared<AddinServices>(shared_from_this());
+  linger_watch_.Watch(services_);
   CreatePart(parts_.TrackedContacts, tracked_contacts_);
   if (pQuitting) return;
   if (!settings_->NeverLoadToolbars) CreatePart(parts_.Toolbars, toolbars_);

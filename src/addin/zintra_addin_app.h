@@ -26,7 +26,6 @@
 
 #include "src/addin/addin_part.h"
 #include "src/addin/errors_job_log.h"
-#include "src/addin/i_check_linger.h"
 #include "src/addin/linger_watch.h"
 #include "src/core/event.h"
 #include "src/core/key_generator.h"
@@ -36,6 +35,7 @@
 #include "src/host/mapi_session.h"
 #include "src/host/mapi_utils.h"
 #include "src/host/outlook_application.h"
+#include "src/jobs/i_check_linger.h"
 #include "src/jobs/job_addin.h"
 #include "src/jobs/job_queue.h"
 #include "src/logging/zintra_utils.h"
@@ -44,6 +44,8 @@
 #include "src/ui/optional_messages.h"
 
 namespace zintra {
+
+class AddinServices;
 
 inline constexpr char kOptionsPageProgId[] = "ZintraControls.OutlookPropertiesPage";
 inline constexpr char kKeepAliveProgId[] = "ZintraKeepAlive.KeepAlive";
@@ -91,7 +93,7 @@ class ZintraAddinApp : public JobAddin,
 
   // --- Host application events (zintra_addin_app_events.cc). Errors are logged, never
   // raised to Outlook.
-  // Hands the new inspector to a HookedInspector (needs the Monitoring part).
+  // Hands the new inspector to the Monitoring part, which hooks it.
   void Inspectors_NewInspector(const std::shared_ptr<Inspector>& Inspector);
   // Cancels the send while ZintraUtils squelches item events (its save bracket).
   void OLApp_ItemSend(const std::shared_ptr<Item>& Item, bool& Cancel);
@@ -138,6 +140,9 @@ class ZintraAddinApp : public JobAddin,
   std::shared_ptr<AddinPart> TrackedContacts() const { return tracked_contacts_; }
   std::shared_ptr<AddinPart> Toolbars() const { return toolbars_; }
   std::shared_ptr<AddinPart> Monitoring() const { return monitoring_; }
+  // The add-in as its subsystems see it, made before the parts and dropped right after
+  // they are killed.
+  const std::shared_ptr<AddinServices>& Services() const { return services_; }
   OptionalMessages* OptionalMsgs() const { return optional_messages_.get(); }
   ErrorHandling& Errors() { return errors_; }
   const StringTable& Strings() const { return strings_; }
@@ -182,6 +187,7 @@ class ZintraAddinApp : public JobAddin,
   std::shared_ptr<zintra::MapiUtils> mapi_utils_;
   std::shared_ptr<RdoSession> rdo_session_;
   std::shared_ptr<JobQueue> job_queue_;
+  std::shared_ptr<AddinServices> services_;
   std::shared_ptr<AddinPart> tracked_contacts_;
   std::shared_ptr<AddinPart> toolbars_;
   std::shared_ptr<AddinPart> monitoring_;

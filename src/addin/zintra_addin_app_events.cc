@@ -9,8 +9,6 @@
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
 #include "src/jobs/job_callback.h"
-#include "src/monitoring/hooked_inspector.h"
-#include "src/monitoring/monitoring_addin.h"
 
 namespace zintra {
 namespace {
@@ -73,13 +71,9 @@ void ZintraAddinApp::DisconnectHostEvents() {
 
 void ZintraAddinApp::Inspectors_NewInspector(const std::shared_ptr<zintra::Inspector>& Inspector) {
   try {
-    // The monitoring part is the add-in as the hooked inspector sees it; without it
-    // (never created, or killed) there is nothing to hook for.
-    auto app = std::dynamic_pointer_cast<MonitoringAddin>(monitoring_);
-    if (!app || !Inspector || torn_down_) return;
-    auto hooked = std::make_shared<HookedInspector>();
-    // The queue's wait list keeps it until its inspector closes.
-    hooked->Initialize(Inspector, app);
+    // Without the monitoring part (never created, or killed) there is nothing to hook for.
+    if (!monitoring_ || !Inspector || torn_down_) return;
+    monitoring_->Inspectors_NewInspector(Inspector);
   } catch (...) {
     LogError("Inspectors_NewInspector");
   }

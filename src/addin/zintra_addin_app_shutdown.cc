@@ -2,6 +2,7 @@
 // Outlook's Quit event.
 #include <utility>
 
+#include "src/addin/addin_services.h"
 #include "src/addin/zintra_addin_app.h"
 #include "src/core/dispatchable.h"
 #include "src/core/z_error.h"
@@ -117,6 +118,7 @@ void ZintraAddinApp::TearDown() {
   KillPart(monitoring_);
   KillPart(toolbars_);
   KillPart(tracked_contacts_);
+  services_.reset();
   if (job_queue_) {
     job_queue_->Kill();
     job_queue_.reset();

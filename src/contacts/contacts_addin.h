@@ -1,5 +1,5 @@
-// ContactsAddin: the add-in application as contact tracking sees it. ZintraAddinApp
-// implements it; TrackedContacts, TrackedContactFolder and ContactSearch hold it
+// ContactsAddin: the add-in application as contact tracking sees it. The add-in's
+// AddinServices implements it; TrackedContacts, TrackedContactFolder and ContactSearch hold it
 // weakly and treat a vanished add-in as shut down.
 //
 // Called on Outlook's thread only. Session, CreateLibraryObject and LibraryUtils may

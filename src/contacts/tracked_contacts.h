@@ -22,8 +22,8 @@
 #include <string>
 #include <vector>
 
-#include "src/addin/i_check_linger.h"
 #include "src/core/keyed_collection.h"
+#include "src/jobs/i_check_linger.h"
 
 namespace zintra {
 

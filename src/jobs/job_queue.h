@@ -25,7 +25,6 @@
 #include <string>
 #include <vector>
 
-#include "src/addin/i_check_linger.h"
 #include "src/core/event.h"
 #include "src/core/key_generator.h"
 #include "src/core/keyed_collection.h"
@@ -36,6 +35,7 @@
 #include "src/host/timer.h"
 #include "src/host/window.h"
 #include "src/jobs/frm_timer.h"
+#include "src/jobs/i_check_linger.h"
 #include "src/jobs/i_job.h"
 #include "src/jobs/job_addin.h"
 #include "src/jobs/job_engine_log.h"

@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-#include "src/addin/i_check_linger.h"
+#include "src/jobs/i_check_linger.h"
 #include "src/jobs/i_job.h"
 #include "src/logging/job_process.h"
 

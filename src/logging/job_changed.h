@@ -16,9 +16,9 @@
 #include <memory>
 #include <string>
 
-#include "src/addin/i_check_linger.h"
 #include "src/core/event.h"
 #include "src/core/keyed_collection.h"
+#include "src/jobs/i_check_linger.h"
 #include "src/jobs/i_job.h"
 
 namespace zintra {

@@ -30,11 +30,11 @@
 #include <string>
 #include <vector>
 
-#include "src/addin/i_check_linger.h"
 #include "src/core/event.h"
 #include "src/core/keyed_collection.h"
 #include "src/host/decision_log.h"
 #include "src/host/outlook_constants.h"
+#include "src/jobs/i_check_linger.h"
 #include "src/jobs/i_job.h"
 
 namespace zintra {

@@ -1,8 +1,8 @@
 // LoggingAddin: the add-in application as item logging sees it. It is the contact
 // tracking view of the add-in (ContactsAddin) plus what the processing, copy and
 // audit jobs need beyond it: the utility object, the tracked contacts, the library
-// session and the add-in's Kill broadcast. ZintraAddinApp implements it; test
-// fixtures implement it over the simulated host.
+// session and the add-in's Kill broadcast. The add-in's AddinServices implements it;
+// test fixtures implement it over the simulated host.
 //
 // Jobs hold the add-in weakly and treat a vanished add-in as shut down. Called on
 // Outlook's thread only. Utils and Tracked return nullptr once released;

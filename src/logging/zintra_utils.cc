@@ -5,7 +5,6 @@
 #include <cctype>
 #include <utility>
 
-#include "src/addin/i_check_linger.h"
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
 #include "src/errors/error_handling.h"
@@ -13,6 +12,7 @@
 #include "src/host/mapi_session.h"
 #include "src/host/mapi_utils.h"
 #include "src/host/outlook_application.h"
+#include "src/jobs/i_check_linger.h"
 #include "src/ui/optional_messages.h"
 
 namespace zintra {

@@ -2,9 +2,9 @@
 #include <utility>
 #include <vector>
 
-#include "src/addin/i_check_linger.h"
 #include "src/errors/cached_error.h"
 #include "src/errors/error_handling.h"
+#include "src/jobs/i_check_linger.h"
 #include "src/logging/zintra_utils.h"
 
 namespace zintra {

@@ -27,9 +27,9 @@
 #include <memory>
 #include <string>
 
-#include "src/addin/i_check_linger.h"
 #include "src/core/event.h"
 #include "src/core/keyed_collection.h"
+#include "src/jobs/i_check_linger.h"
 #include "src/settings/folder_setting.h"
 
 namespace zintra {

@@ -2,8 +2,8 @@
 // item-logging view of the add-in (LoggingAddin: settings, queue, utilities, tracked
 // contacts, the Kill broadcast) plus what the monitors and the delayed scan need:
 // Outlook's application, the error handling for folder comparison, and the clock,
-// pump and job-engine view that a JobDelayedTrigger runs on. The composition root
-// implements it over ZintraAddinApp; tests implement it over the simulated host.
+// pump and job-engine view that a JobDelayedTrigger runs on. The add-in's
+// AddinServices implements it; tests implement it over the simulated host.
 //
 // Monitoring and its monitors hold it weakly and treat a vanished add-in as shut
 // down. Called on Outlook's thread only. OLApp returns nullptr once released; no

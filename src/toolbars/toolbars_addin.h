@@ -1,5 +1,5 @@
 // ToolbarsAddin: the add-in application as the toolbar and the Word letters see it.
-// The composition root implements it over ZintraAddinApp and the tracked-contact set.
+// The add-in's AddinServices implements it over the add-in and its tracked contacts.
 //
 // Called on Outlook's thread only. Members return nullptr (or a null pointer to a
 // port) for what is not there: a host without the toolbar library or Word, an add-in

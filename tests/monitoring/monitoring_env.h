@@ -1,80 +1,29 @@
-// Folder monitoring over the simulated host: an Exchange mailbox built with
-// ProfileBuilder, the library's classes, the real error handling over a recording log,
-// the real settings, ZintraUtils, JobQueue (asynchronous, on the event loop) and
-// TrackedContacts, and an add-in object that ties them together the way the add-in
-// does for its monitoring part. Also used by the folder-scan benchmark.
+// Folder monitoring over the simulated host (SimWorld: an Exchange mailbox, the
+// library's classes, the real error handling over a recording log, the real settings)
+// with ZintraUtils, JobQueue (asynchronous, on the event loop) and TrackedContacts, and
+// an add-in object that ties them together the way the add-in's services do for its
+// monitoring part. Also used by the folder-scan benchmark.
 #pragma once
-
-#include "src/addin/errors_job_log.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "sim/files/memory_file_system.h"
-#include "sim/mapi/sim_class_registry.h"
-#include "sim/mapi/sim_mapi_utils.h"
-#include "sim/outlook/profile.h"
-#include "sim/outlook/profile_builder.h"
-#include "sim/outlook/sim_folder.h"
-#include "sim/outlook/sim_item.h"
-#include "sim/outlook/sim_ol_application.h"
-#include "sim/platform/sim_platform.h"
-#include "sim/registry/memory_registry.h"
-#include "sim/shell/recording_shell.h"
-#include "sim/shell/recording_window_manager.h"
-#include "sim/shell/sim_form_factory.h"
-#include "sim/time/event_loop.h"
-#include "sim/time/virtual_clock.h"
-#include "sim/ui/recording_msg_box.h"
 #include "src/contacts/tracked_contacts.h"
 #include "src/core/date.h"
+#include "src/core/event.h"
 #include "src/errors/cached_error.h"
-#include "src/errors/error_handling.h"
-#include "src/host/mapi_session.h"
 #include "src/jobs/job_addin.h"
 #include "src/jobs/job_queue.h"
 #include "src/logging/zintra_utils.h"
 #include "src/monitoring/monitored_folder.h"
 #include "src/monitoring/monitoring.h"
 #include "src/monitoring/monitoring_addin.h"
-#include "src/outlook/library_factory.h"
-#include "src/resources/string_table.h"
-#include "src/settings/reg_settings.h"
+#include "tests/support/sim_world.h"
 
 namespace zintra::monitoring_test {
 
-struct LoggedLine {
-  std::string kind;  // "Message", "Warning", "Error"
-  std::string text;
-};
-
-class LineRecorder : public ErrorLogStore, public ErrorLogFactory {
- public:
-  std::shared_ptr<ErrorLogStore> CreateErrorLog() override {
-    return std::shared_ptr<ErrorLogStore>(this, [](ErrorLogStore*) {});
-  }
-  void Open(const std::string& path, int32_t, bool) override { path_ = path; }
-  void LogError(const std::string&, const std::string& description, const std::string&, int32_t,
-                const std::string&, const std::string&, const std::string&, const std::string&,
-                const std::string&, const ErrorLogVersions&) override {
-    lines.push_back({"Error", description});
-  }
-  void LogMessage(const std::string&, const std::string& text, bool warning,
-                  const ErrorLogVersions&) override {
-    lines.push_back({warning ? "Warning" : "Message", text});
-  }
-  void Relocate(const std::string& new_path) override { path_ = new_path; }
-  std::string Path() const override { return path_; }
-
-  std::vector<LoggedLine> lines;
-
- private:
-  std::string path_;
-};
-
-// The job engine's log written through the error handling, as the add-in does it.
-using ErrorsLog = ErrorsJobLog;
+using testing_support::SimWorld;
 
 class MonitoringEnv;
 
@@ -124,17 +73,9 @@ class TestMonitoringAddin : public MonitoringAddin,
   MonitoringEnv& env_;
 };
 
-class MonitoringEnv {
+class MonitoringEnv : public SimWorld {
  public:
   MonitoringEnv() {
-    registry.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogLevel", 3);
-    factory.RegisterLibrary();
-    mapi_utils->SetMAPIOBJECT(app->Session()->MAPIOBJECT());
-    rdo = std::dynamic_pointer_cast<RdoSession>(
-        factory.CreateObject(std::string(kLibraryProgIdPrefix) + LibraryClassName(kLibRdoSession)));
-    rdo->SetMAPIOBJECT(app->Session()->MAPIOBJECT());
-    me = sim::ProfileBuilder::Exchange("Jane Doe", "jdoe", "CONTOSO");
-    builder.Mailbox(me);
     settings.ProcessingDelay = 0;
     settings.ScanInbox = false;
   }
@@ -172,12 +113,6 @@ class MonitoringEnv {
   }
   void Run() { loop.RunUntilIdle(); }
 
-  std::shared_ptr<Item> ItemOf(const std::shared_ptr<sim::MessageRecord>& record) {
-    return sim::MakeItem(&profile, record);
-  }
-  std::shared_ptr<Folder> FolderOf(const std::shared_ptr<sim::FolderRecord>& record) {
-    return sim::MakeFolder(&profile, record);
-  }
   std::shared_ptr<Folder> Default(int32_t type) { return FolderOf(builder.Default(type)); }
   // A received mail in `folder` created at `when` (a date serial).
   std::shared_ptr<sim::MessageRecord> Mail(const std::string& subject, double when,
@@ -214,24 +149,8 @@ class MonitoringEnv {
     return contacts;
   }
 
-  bool Logged(const std::string& text) const {
-    for (const auto& l : recorder.lines) {
-      if (l.text == text) return true;
-    }
-    return false;
-  }
-  int Count(const std::string& prefix) const {
-    int n = 0;
-    for (const auto& l : recorder.lines) n += l.text.rfind(prefix, 0) == 0 ? 1 : 0;
-    return n;
-  }
-  std::vector<std::string> Errors() const {
-    std::vector<std::string> out;
-    for (const auto& l : recorder.lines) {
-      if (l.kind == "Error") out.push_back(l.text);
-    }
-    return out;
-  }
+  int Count(const std::string& prefix) const { return CountLines(prefix); }
+  std::vector<std::string> Errors() const { return Lines("Error"); }
   // Subjects of the items handed to processing jobs, in order (their screening line).
   std::vector<std::string> Screened() const {
     std::vector<std::string> out;
@@ -246,29 +165,6 @@ class MonitoringEnv {
     }
     return out;
   }
-
-  sim::VirtualClock clock{MakeDate(2026, 1, 5, 9, 0, 0)};
-  sim::EventLoop loop{clock};
-  sim::SimFormFactory forms;
-  sim::RecordingWindowManager windows;
-  sim::RecordingShell shell;
-  StringTable strings;
-  sim::MemoryRegistry registry;
-  sim::MemoryFileSystem files;
-  sim::SimPlatform platform;
-  sim::RecordingMsgBox msg_box;
-  LineRecorder recorder;
-  ErrorHandling errors{{recorder, msg_box, registry, files, platform, strings}};
-  ErrorsLog log{errors};
-  RegSettings settings{registry, files, platform};
-
-  sim::Profile profile{&clock};
-  sim::ProfileBuilder builder{profile};
-  sim::Person me;
-  std::shared_ptr<sim::SimOlApplication> app = std::make_shared<sim::SimOlApplication>(&profile);
-  sim::SimClassRegistry factory{&profile};
-  std::shared_ptr<sim::SimMapiUtils> mapi_utils = std::make_shared<sim::SimMapiUtils>(&profile);
-  std::shared_ptr<RdoSession> rdo;
 
   ZintraUtils utils{errors};
   std::shared_ptr<TestMonitoringAddin> addin = std::make_shared<TestMonitoringAddin>(*this);

@@ -10,10 +10,10 @@
 #include "sim/outlook/profile_builder.h"
 #include "sim/outlook/sim_folder.h"
 #include "sim/outlook/sim_item.h"
-#include "src/contacts_part/tracked_contacts_part.h"
+#include "src/addin/addin_services.h"
+#include "src/contacts/tracked_contacts.h"
 #include "src/host/outlook_item_parts.h"
 #include "src/logging/zintra_utils.h"
-#include "src/monitoring_part/monitoring_part.h"
 #include "tests/addin/addin_fixture.h"
 
 namespace zintra::testing {
@@ -22,9 +22,8 @@ namespace {
 class ScenarioTest : public ::testing::Test {
  protected:
   ScenarioTest() : builder(outlook.profile()) {
-    fixture.parts.TrackedContacts = TrackedContactsPartFactory();
+    fixture.parts = AddinParts{};  // the subsystems' own parts, without the toolbar
     fixture.parts.Toolbars = nullptr;
-    fixture.parts.Monitoring = MonitoringPartFactory();
     auto top = outlook.profile().DefaultStore()->root;
     clients = builder.ContactFolder("Clients", top);
     journal = builder.Folder("Clients Journal", kOlJournalItem, top);
@@ -98,6 +97,28 @@ TEST_F(ScenarioTest, EditedLoggedItemHasItsCopiesAuditedOnce) {
   }
   EXPECT_EQ(audits, 1u) << body;
   ExpectCleanShutdown();
+}
+
+// The parts meet through the add-in's one services object: what the contact tracking
+// part registers there gives the toolbar's letters their journal, the options page finds
+// the monitoring manager there, and the services go with the add-in.
+TEST_F(ScenarioTest, PartsShareTheAddinsServicesUntilTearDown) {
+  Start();
+  std::shared_ptr<AddinServices> services = fixture.addin()->Services();
+  ASSERT_NE(services, nullptr);
+  ASSERT_NE(services->Tracked(), nullptr);
+  EXPECT_EQ(services->Tracked()->Folders().Count(), 1);
+  EXPECT_NE(services->GetMonitoring(), nullptr);
+  std::shared_ptr<Folder> log_folder =
+      services->TrackedLogFolder(sim::MakeFolder(&outlook.profile(), clients));
+  ASSERT_NE(log_folder, nullptr);
+  EXPECT_EQ(log_folder->EntryID(), outlook.profile().EntryIdOf(*journal));
+  EXPECT_EQ(services->TrackedLogFolder(sim::MakeFolder(&outlook.profile(), journal)), nullptr);
+
+  std::weak_ptr<AddinServices> gone = services;
+  services.reset();
+  ExpectCleanShutdown();
+  EXPECT_TRUE(gone.expired());
 }
 
 }  // namespace

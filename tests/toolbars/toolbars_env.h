@@ -1,7 +1,7 @@
-// The toolbar over the simulated Outlook, toolbar library and Word: a mailbox whose
-// Contacts folder is tracked with the Journal receiving its logged items, the error
-// handling over a recording log, a ZintraUtils, and an add-in that hands out these
-// ports.
+// The toolbar over the simulated Outlook (SimWorld, with an SMTP mailbox), toolbar
+// library and Word: the mailbox's Contacts folder is tracked with the Journal receiving
+// its logged items; the error handling writes to a recording log; a ZintraUtils, and an
+// add-in that hands out these ports.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,59 +11,17 @@
 #include <string>
 #include <vector>
 
-#include "sim/files/memory_file_system.h"
-#include "sim/outlook/profile.h"
-#include "sim/outlook/profile_builder.h"
-#include "sim/outlook/sim_folder.h"
-#include "sim/outlook/sim_item.h"
 #include "sim/outlook/sim_ol_application.h"
-#include "sim/platform/sim_platform.h"
-#include "sim/registry/memory_registry.h"
 #include "sim/toolbars/sim_toolbar_helper.h"
-#include "sim/ui/recording_msg_box.h"
 #include "sim/word/sim_word.h"
 #include "src/core/date.h"
-#include "src/errors/error_handling.h"
-#include "src/host/error_log_store.h"
 #include "src/logging/zintra_utils.h"
-#include "src/resources/string_table.h"
-#include "src/settings/reg_settings.h"
 #include "src/toolbars/toolbars.h"
 #include "src/toolbars/toolbars_addin.h"
 #include "src/toolbars/word_letter_handler.h"
+#include "tests/support/sim_world.h"
 
 namespace zintra::testing_support {
-
-struct LogLine {
-  std::string kind;  // "Message", "Warning", "Error"
-  std::string text;  // the message, or an error's description
-  std::string trail;
-};
-
-// Keeps every line the error handling writes, in order.
-class RecordingLog : public ErrorLogStore, public ErrorLogFactory {
- public:
-  std::shared_ptr<ErrorLogStore> CreateErrorLog() override {
-    return std::shared_ptr<ErrorLogStore>(this, [](ErrorLogStore*) {});
-  }
-  void Open(const std::string& path, int32_t, bool) override { path_ = path; }
-  void LogError(const std::string&, const std::string& description, const std::string&, int32_t,
-                const std::string&, const std::string&, const std::string&, const std::string&,
-                const std::string& trail, const ErrorLogVersions&) override {
-    lines.push_back({"Error", description, trail});
-  }
-  void LogMessage(const std::string&, const std::string& text, bool warning,
-                  const ErrorLogVersions&) override {
-    lines.push_back({warning ? "Warning" : "Message", text, {}});
-  }
-  void Relocate(const std::string& new_path) override { path_ = new_path; }
-  std::string Path() const override { return path_; }
-
-  std::vector<LogLine> lines;
-
- private:
-  std::string path_;
-};
 
 class ToolbarsTest;
 
@@ -100,8 +58,6 @@ class ToolbarsTest : public ::testing::Test {
  protected:
   friend class TestToolbarsAddin;
   ToolbarsTest() {
-    registry_.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogLevel", 3);
-    build_.Mailbox(sim::ProfileBuilder::Smtp("Jane Doe", "jane@contoso.com"));
     inbox_ = build_.Default(kOlFolderInbox);
     contacts_ = build_.Default(kOlFolderContacts);
     journal_ = build_.Default(kOlFolderJournal);
@@ -179,26 +135,21 @@ class ToolbarsTest : public ::testing::Test {
   std::shared_ptr<Item> NewItem(ItemClass kind, const std::shared_ptr<sim::FolderRecord>& folder) {
     return sim::MakeItem(&profile_, build_.Item(folder, kind, "Figures"));
   }
-  std::vector<std::string> Lines(const std::string& kind) const {
-    std::vector<std::string> out;
-    for (const LogLine& line : log_.lines) {
-      if (line.kind == kind) out.push_back(line.text);
-    }
-    return out;
-  }
+  std::vector<std::string> Lines(const std::string& kind) const { return world_.Lines(kind); }
 
-  sim::Profile profile_;
-  sim::ProfileBuilder build_{profile_};
+  SimWorld world_{sim::ProfileBuilder::Smtp("Jane Doe", "jane@contoso.com")};
+  sim::Profile& profile_ = world_.profile;
+  sim::ProfileBuilder& build_ = world_.builder;
   std::shared_ptr<sim::FolderRecord> inbox_, contacts_, journal_;
-  std::shared_ptr<sim::SimOlApplication> app_ = std::make_shared<sim::SimOlApplication>(&profile_);
-  sim::MemoryRegistry registry_;
-  sim::MemoryFileSystem files_;
-  sim::SimPlatform platform_;
-  sim::RecordingMsgBox msg_box_;
-  RecordingLog log_;
-  StringTable strings_;
-  ErrorHandling errors_{{log_, msg_box_, registry_, files_, platform_, strings_}};
-  RegSettings settings_{registry_, files_, platform_};
+  std::shared_ptr<sim::SimOlApplication>& app_ = world_.app;
+  sim::MemoryRegistry& registry_ = world_.registry;
+  sim::MemoryFileSystem& files_ = world_.files;
+  sim::SimPlatform& platform_ = world_.platform;
+  sim::RecordingMsgBox& msg_box_ = world_.msg_box;
+  LogRecorder& log_ = world_.recorder;
+  StringTable& strings_ = world_.strings;
+  ErrorHandling& errors_ = world_.errors;
+  RegSettings& settings_ = world_.settings;
   ZintraUtils utils_{errors_};
   sim::SimToolbarLibrary library_;
   sim::SimWord word_{files_};

@@ -5,7 +5,6 @@
 
 #include "sim/toolbars/sim_toolbar_helper.h"
 #include "sim/word/sim_word.h"
-#include "src/toolbars_part/toolbars_part.h"
 #include "tests/addin/addin_fixture.h"
 
 namespace zintra::testing {
@@ -14,7 +13,7 @@ namespace {
 class ToolbarsPartTest : public ::testing::Test {
  protected:
   ToolbarsPartTest() {
-    fixture_.parts.Toolbars = ToolbarsPartFactory(nullptr);
+    fixture_.parts.Toolbars = ToolbarsPartFactory();
     fixture_.outlook.SetAddin([this](const Host& host) {
       host_ = std::make_unique<Host>(host);
       host_->toolbar_library = &library_;
@@ -31,10 +30,6 @@ class ToolbarsPartTest : public ::testing::Test {
     auto connect = connect_.lock();
     return connect ? connect->AddinApp() : nullptr;
   }
-  std::shared_ptr<ToolbarsPart> Part() {
-    auto addin = Addin();
-    return addin ? std::dynamic_pointer_cast<ToolbarsPart>(addin->Toolbars()) : nullptr;
-  }
 
   AddinFixture fixture_;
   sim::SimToolbarLibrary library_;
@@ -45,8 +40,7 @@ class ToolbarsPartTest : public ::testing::Test {
 
 TEST_F(ToolbarsPartTest, ToolbarServesOutlooksWindowsUntilTearDown) {
   fixture_.outlook.Start(sim::StartWindows::kExplorer, true);
-  ASSERT_NE(Part(), nullptr);
-  ASSERT_TRUE(Part()->GetToolbars()->Shown());
+  ASSERT_NE(Addin()->Toolbars(), nullptr);
   auto helper = library_.Last();
   ASSERT_NE(helper, nullptr);
   EXPECT_EQ(helper->name(), "Zintra");

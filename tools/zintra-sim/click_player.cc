@@ -10,7 +10,7 @@
 #include "src/host/command_bars.h"
 #include "src/host/msg_box.h"
 #include "src/toolbars/toolbars.h"
-#include "src/toolbars_part/toolbars_part.h"
+#include "src/toolbars/word_letter_handler.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/json_source.h"
 
@@ -176,9 +176,11 @@ void ClickPlayer::AnswerLetter(const StepSpec& step, size_t documents_before) {
     document->Close(kWordDoNotSave);
     return;
   }
-  std::shared_ptr<ToolbarsPart> part = w_.Toolbars();
-  if (!part) Fail(w_.scenario().source, step, "", "the letter's macro finds no add-in to file it");
-  part->LetterHandler().LogDocument(document);
+  std::shared_ptr<ToolbarsAddin> toolbars = w_.Toolbars();
+  if (!toolbars) {
+    Fail(w_.scenario().source, step, "", "the letter's macro finds no add-in to file it");
+  }
+  WordLetterHandler(toolbars).LogDocument(document);
 }
 
 }  // namespace zintra::simtool

@@ -1,15 +1,14 @@
 #include "tools/zintra-sim/world.h"
 
 #include "sim/registry/reg_file.h"
+#include "src/addin/addin_services.h"
 #include "src/addin/connect.h"
 #include "src/addin/zintra_addin_app.h"
-#include "src/composition/addin_composition.h"
 #include "src/core/text.h"
 #include "src/host/subclasser.h"
 #include "src/logging/zintra_utils.h"
 #include "src/settings/reg_settings.h"
 #include "src/toolbars/toolbars.h"
-#include "src/toolbars_part/toolbars_part.h"
 #include "tools/zintra-sim/disk_files.h"
 #include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/input_error.h"
@@ -120,8 +119,7 @@ void World::Build() {
   outlook_.SetAddin([this](const Host& host) {
     Host recorded = host;
     recorded.decisions = &decisions_;
-    return std::make_shared<Connect>(recorded, errors_, strings_,
-                                     MakeAddinParts([this] { return Addin(); }));
+    return std::make_shared<Connect>(recorded, errors_, strings_);
   });
 }
 
@@ -130,9 +128,9 @@ std::shared_ptr<ZintraAddinApp> World::Addin() {
   return connect ? connect->AddinApp() : nullptr;
 }
 
-std::shared_ptr<ToolbarsPart> World::Toolbars() {
+std::shared_ptr<ToolbarsAddin> World::Toolbars() {
   auto addin = Addin();
-  return addin ? std::dynamic_pointer_cast<ToolbarsPart>(addin->Toolbars()) : nullptr;
+  return addin && addin->Toolbars() ? addin->Services() : nullptr;
 }
 
 void World::ReplaceSettings(const RegistrySpec& values, std::optional<bool> multi_user) {

@@ -28,7 +28,7 @@
 
 namespace zintra {
 class ZintraAddinApp;
-class ToolbarsPart;
+class ToolbarsAddin;
 }  // namespace zintra
 
 namespace zintra::simtool {
@@ -53,9 +53,10 @@ class World {
   const std::vector<Decision>& Decisions() const { return decisions_.Decisions(); }
   const Scenario& scenario() const { return scenario_; }
 
-  // The loaded add-in and its toolbar part; nullptr when not loaded.
+  // The loaded add-in, and the add-in as its toolbar sees it; nullptr when not loaded
+  // (the toolbar also when the add-in runs without it).
   std::shared_ptr<ZintraAddinApp> Addin();
-  std::shared_ptr<ToolbarsPart> Toolbars();
+  std::shared_ptr<ToolbarsAddin> Toolbars();
 
   // The settings step: the values are written and, with the add-in loaded, its
   // settings are replaced as the options page replaces them (re-read, then handed to

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "src/addin/zintra_addin_app.h"
-#include "src/composition/addin_composition.h"
 #include "src/core/z_error.h"
 #include "win32/addin/com_add_in_adapter.h"
 #include "win32/addin/dll_module.h"
@@ -37,8 +36,7 @@ AddinHost::AddinHost()
       SetFailureSink([this](const std::string& where, const std::string& what) {
         errors_->LogWarning(where + ": " + what);
       });
-  connect_ = std::make_shared<zintra::Connect>(host_, *errors_, strings_,
-                                               MakeAddinParts([this] { return RunningAddin(); }));
+  connect_ = std::make_shared<zintra::Connect>(host_, *errors_, strings_);
 }
 
 AddinHost::~AddinHost() {

@@ -2,9 +2,10 @@
 
 #include <memory>
 
+#include "src/addin/addin_services.h"
 #include "src/addin/zintra_addin_app.h"
 #include "src/core/z_error.h"
-#include "src/toolbars_part/toolbars_part.h"
+#include "src/toolbars/word_letter_handler.h"
 #include "win32/addin/addin_host.h"
 #include "win32/addin/connect_object.h"
 #include "win32/com/bstr.h"
@@ -134,13 +135,13 @@ void WordLetterHandlerObject::LogDocument(const ComPtr<IDispatch>& document) {
     return;
   }
   std::shared_ptr<ZintraAddinApp> app = host->RunningAddin();
-  auto toolbars = app ? std::dynamic_pointer_cast<ToolbarsPart>(app->Toolbars()) : nullptr;
-  if (!toolbars) {
+  std::shared_ptr<AddinServices> services = app && app->Toolbars() ? app->Services() : nullptr;
+  if (!services) {
     throw ZError(kErrObjectNotSet,
                  "Zintra runs without its toolbar (NeverLoadToolbars), so letters are not logged",
                  "WordLetterHandler.LogDocument");
   }
-  toolbars->LetterHandler().LogDocument(host->WrapDocument(document));
+  WordLetterHandler(services).LogDocument(host->WrapDocument(document));
 }
 
 }  // namespace zintra::win32

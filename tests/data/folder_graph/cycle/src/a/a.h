@@ -1,0 +1,1 @@
+#include "src/b/b.h"

@@ -1,0 +1,2 @@
+#include "src/d/d.h"
+#include "src/a/a.h"

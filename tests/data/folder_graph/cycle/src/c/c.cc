@@ -1,0 +1,2 @@
+#include "src/a/a.h"
+#include "src/c/c2.h"

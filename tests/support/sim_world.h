@@ -1,0 +1,150 @@
+// SimWorld: the simulated host as the subsystems' test fixtures and benchmarks use it,
+// built in one place. A virtual clock (2026-01-05 09:00) with its event loop; the
+// recording shell, forms, windows and message box; registry, files and platform; the
+// real error handling over a LogRecorder at log level 3 (every line kept), its job-engine
+// view and the settings; the simulated Outlook (sim::SimOutlookHost: a profile on that
+// clock, Outlook's application over it and the class registry with the MAPI library)
+// with one mailbox (an Exchange user by default), and the library's utility object and
+// session logged on to the profile.
+//
+// A fixture derives from it (or holds one) and adds the subsystem objects it tests.
+// Members are public and named after what they are, so that a test reads
+// `env.registry`, `env.builder`, `env.recorder.lines`.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sim/files/memory_file_system.h"
+#include "sim/mapi/sim_class_registry.h"
+#include "sim/mapi/sim_mapi_utils.h"
+#include "sim/mapi/sim_outlook_host.h"
+#include "sim/outlook/profile.h"
+#include "sim/outlook/profile_builder.h"
+#include "sim/outlook/sim_folder.h"
+#include "sim/outlook/sim_item.h"
+#include "sim/outlook/sim_ol_application.h"
+#include "sim/platform/sim_platform.h"
+#include "sim/registry/memory_registry.h"
+#include "sim/shell/recording_shell.h"
+#include "sim/shell/recording_window_manager.h"
+#include "sim/shell/sim_form_factory.h"
+#include "sim/time/event_loop.h"
+#include "sim/time/virtual_clock.h"
+#include "sim/ui/recording_msg_box.h"
+#include "src/addin/errors_job_log.h"
+#include "src/core/date.h"
+#include "src/errors/error_handling.h"
+#include "src/host/error_log_store.h"
+#include "src/host/mapi_session.h"
+#include "src/outlook/library_factory.h"
+#include "src/resources/string_table.h"
+#include "src/settings/reg_settings.h"
+
+namespace zintra::testing_support {
+
+// One line the error handling wrote.
+struct LogLine {
+  std::string kind;   // "Message", "Warning", "Error"
+  std::string text;   // the message, or an error's description
+  std::string trail;  // an error's propagation trail
+};
+
+// The error log store: keeps every line, in order.
+class LogRecorder : public ErrorLogStore, public ErrorLogFactory {
+ public:
+  std::shared_ptr<ErrorLogStore> CreateErrorLog() override {
+    return std::shared_ptr<ErrorLogStore>(this, [](ErrorLogStore*) {});
+  }
+  void Open(const std::string& path, int32_t, bool) override { path_ = path; }
+  void LogError(const std::string&, const std::string& description, const std::string&, int32_t,
+                const std::string&, const std::string&, const std::string&, const std::string&,
+                const std::string& trail, const ErrorLogVersions&) override {
+    lines.push_back({"Error", description, trail});
+  }
+  void LogMessage(const std::string&, const std::string& text, bool warning,
+                  const ErrorLogVersions&) override {
+    lines.push_back({warning ? "Warning" : "Message", text, {}});
+  }
+  void Relocate(const std::string& new_path) override { path_ = new_path; }
+  std::string Path() const override { return path_; }
+
+  std::vector<LogLine> lines;
+
+ private:
+  std::string path_;
+};
+
+class SimWorld {
+ public:
+  explicit SimWorld(sim::Person mailbox = sim::ProfileBuilder::Exchange("Jane Doe", "jdoe",
+                                                                        "CONTOSO"))
+      : me(std::move(mailbox)) {
+    registry.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogLevel", 3);
+    mapi_utils->SetMAPIOBJECT(app->Session()->MAPIOBJECT());
+    rdo = std::dynamic_pointer_cast<RdoSession>(
+        factory.CreateObject(std::string(kLibraryProgIdPrefix) + LibraryClassName(kLibRdoSession)));
+    rdo->SetMAPIOBJECT(app->Session()->MAPIOBJECT());
+    builder.Mailbox(me);
+  }
+  SimWorld(const SimWorld&) = delete;
+  SimWorld& operator=(const SimWorld&) = delete;
+
+  std::shared_ptr<Item> ItemOf(const std::shared_ptr<sim::MessageRecord>& record) {
+    return sim::MakeItem(&profile, record);
+  }
+  std::shared_ptr<Folder> FolderOf(const std::shared_ptr<sim::FolderRecord>& record) {
+    return sim::MakeFolder(&profile, record);
+  }
+
+  // Whether a line with exactly `text` was written; how many begin with `prefix`.
+  bool Logged(const std::string& text) const {
+    for (const auto& l : recorder.lines) {
+      if (l.text == text) return true;
+    }
+    return false;
+  }
+  int CountLines(const std::string& prefix) const {
+    int n = 0;
+    for (const auto& l : recorder.lines) n += l.text.rfind(prefix, 0) == 0 ? 1 : 0;
+    return n;
+  }
+  // The texts of the lines of `kind`, in order.
+  std::vector<std::string> Lines(const std::string& kind) const {
+    std::vector<std::string> out;
+    for (const auto& l : recorder.lines) {
+      if (l.kind == kind) out.push_back(l.text);
+    }
+    return out;
+  }
+
+  sim::VirtualClock clock{MakeDate(2026, 1, 5, 9, 0, 0)};
+  sim::EventLoop loop{clock};
+  sim::SimFormFactory forms;
+  sim::RecordingWindowManager windows;
+  sim::RecordingShell shell;
+  StringTable strings;
+  sim::MemoryRegistry registry;
+  sim::MemoryFileSystem files;
+  sim::SimPlatform platform;
+  sim::RecordingMsgBox msg_box;
+  LogRecorder recorder;
+  ErrorHandling errors{{recorder, msg_box, registry, files, platform, strings}};
+  // The job engine's log written through the error handling, as the add-in does it.
+  ErrorsJobLog log{errors};
+  RegSettings settings{registry, files, platform};
+
+  // The profile on the clock, Outlook's application over it and the class registry.
+  sim::SimOutlookHost outlook{&clock};
+  sim::Profile& profile = outlook.profile;
+  sim::ProfileBuilder builder{profile};
+  sim::Person me;
+  std::shared_ptr<sim::SimOlApplication>& app = outlook.application;
+  sim::SimClassRegistry& factory = outlook.factory;
+  std::shared_ptr<sim::SimMapiUtils> mapi_utils = std::make_shared<sim::SimMapiUtils>(&profile);
+  std::shared_ptr<RdoSession> rdo;
+};
+
+}  // namespace zintra::testing_support

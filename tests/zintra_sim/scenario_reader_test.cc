@@ -229,7 +229,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"failing member unknown",
                 std::string("{") + kUser +
                     "]}]},\n\"timeline\": [{\"do\": \"fail\",\n\"member\": \"Item\", \"error\": 5}]}",
-                3, "/timeline/0/member", "expected a member of the simulated host"},
+                3, "/timeline/0/member", "expected a member of Item: Attachments, Body"},
         BadCase{"failing on a call and after calls",
                 std::string("{") + kUser +
                     "]}]},\n\"timeline\": [\n{\"do\": \"fail\", \"member\": \"Item.Save\", "

@@ -66,27 +66,37 @@ const std::vector<std::string>& ErrorColumnNames() {
 }
 
 bool IsHostExpectation(const JsonNode& n) {
-  return n.Has("message") || n.Has("messages") || n.Has("error_record") || n.Has("error_log") ||
-         n.Has("log_order") || n.Has("file");
+  return n.Has("message") || n.Has("dialog") || n.Has("messages") || n.Has("error_record") ||
+         n.Has("error_log") || n.Has("log_order") || n.Has("file");
 }
 
 ExpectSpec ReadHostExpectation(const JsonNode& n) {
   ExpectSpec e;
   e.source_line = n.Line();
-  int kinds = n.Has("message") + n.Has("messages") + n.Has("error_record") + n.Has("error_log") +
+  // A message is named by its text, by its dialog number, or by both.
+  const bool message = n.Has("message") || n.Has("dialog");
+  int kinds = message + n.Has("messages") + n.Has("error_record") + n.Has("error_log") +
               n.Has("log_order") + n.Has("file");
   if (kinds != 1) {
     n.Fail(
-        "an expectation needs exactly one of \"message\", \"messages\", \"error_record\", "
-        "\"error_log\", \"log_order\", \"file\"");
+        "an expectation needs exactly one of \"message\" (or \"dialog\"), \"messages\", "
+        "\"error_record\", \"error_log\", \"log_order\", \"file\"");
   }
   if (n.Has("file")) return ReadFileExpectation(n);
   auto& fields = e.host.fields;
-  if (auto m = n.Get("message")) {
-    n.OnlyKeys({"message", "kind", "title", "buttons", "icon", "answer", "ticked", "present",
-                "count", "note"});
+  if (message) {
+    n.OnlyKeys({"message", "dialog", "kind", "title", "buttons", "icon", "answer", "ticked",
+                "present", "count", "note"});
     e.kind = ExpectKind::kMessage;
-    fields["text"] = MessageText(*m);
+    if (auto m = n.Get("message")) fields["text"] = MessageText(*m);
+    if (auto d = n.Get("dialog")) {
+      // Only optional messages carry a dialog number.
+      if (auto k = n.Get("kind"); k && k->AsString() != "optional") {
+        k->Fail("only an optional message has a dialog number");
+      }
+      fields["dialog"] = std::to_string(d->AsInt(1, 0x7FFFFFFF));
+      fields["kind"] = "optional";
+    }
     Choice(n, "kind", {"box", "optional", "form"}, fields);
     if (auto t = n.Get("title")) fields["title"] = t->AsString();
     Choice(n, "buttons",

@@ -249,13 +249,16 @@ class TimelinePlayer {
   std::vector<ExpectationOutcome> checks_;
 };
 
-// Every folder a step stores into exists once the profile is built; checked before the
-// timeline plays, so such a scenario stops before anything happens.
+// Every folder a step names (to store into, to fail in or to remove) exists once the
+// profile is built; checked before the timeline plays, so such a scenario stops before
+// anything happens.
 void CheckStepFolders(const Scenario& scenario, ProfileLoader& loader) {
   for (const StepSpec& step : scenario.timeline) {
-    if (!step.folder.empty() && !loader.FindFolder(step.folder)) {
+    const bool host = step.kind == StepKind::kFail || step.kind == StepKind::kRemoveFolder;
+    const std::string& folder = host ? step.fault.folder : step.folder;
+    if (!folder.empty() && !loader.FindFolder(folder)) {
       throw InputError(scenario.source, step.source_line, step.pointer + "/folder",
-                       "no folder \"" + Excerpt(step.folder) + "\" in the profile");
+                       "no folder \"" + Excerpt(folder) + "\" in the profile");
     }
   }
 }

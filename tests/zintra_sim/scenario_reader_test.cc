@@ -128,6 +128,7 @@ TEST(ScenarioReaderTest, ReadsHostStepsMarksFilesAndHostExpectations) {
       {"do": "quit", "during": "job", "job": "Process"},
       {"do": "check", "expect": [{"message": 3000, "icon": "critical"}]}],
     "expect": [{"error_record": {"number": 5, "trail": "-->"}, "count": 2},
+               {"messages": [3000, {"dialog": 2}]},
                {"log_order": ["a", "b"]}, {"file": "C:\\P\\z.txt", "exists": false}]
   })", "good.json", ".");
   const ItemSpec& task = s.profile.stores[0].folders[0].items[0];
@@ -152,8 +153,10 @@ TEST(ScenarioReaderTest, ReadsHostStepsMarksFilesAndHostExpectations) {
   EXPECT_EQ(s.timeline[5].checks[0].host.fields.at("text"),
             "You must be running Outlook 2000 or later to use this add-in.");
   EXPECT_EQ(s.expect[0].host.fields.at("number"), "5");
-  EXPECT_EQ(s.expect[1].kind, ExpectKind::kLogOrder);
-  EXPECT_EQ(s.expect[2].host.fields.at("exists"), "False");
+  EXPECT_EQ(s.expect[1].host.dialogs, (std::vector<int32_t>{0, 2}));
+  EXPECT_EQ(s.expect[1].host.texts[1], "");  // any text
+  EXPECT_EQ(s.expect[2].kind, ExpectKind::kLogOrder);
+  EXPECT_EQ(s.expect[3].host.fields.at("exists"), "False");
 }
 
 struct BadCase {
@@ -226,10 +229,18 @@ INSTANTIATE_TEST_SUITE_P(
                 std::string("{") + kUser +
                     "]}]},\n\"expect\": [\n{\"log\": \"a\", \"total\": \"logged\"}]}",
                 3, "/expect/0", "exactly one of"},
-        BadCase{"failing member unknown",
+        BadCase{
+            "failing member unknown",
+            std::string("{") + kUser +
+                "]}]},\n\"timeline\": [{\"do\": \"fail\",\n\"member\": \"Item\", \"error\": 5}]}",
+            3, "/timeline/0/member", "expected a member of Item: Attachments, Body"},
+        BadCase{"showing named by nothing",
+                std::string("{") + kUser + "]}]},\n\"expect\": [\n{\"messages\": [\"a\",\n{}]}]}",
+                4, "/expect/0/messages/1", "expected \"message\", \"dialog\" or both"},
+        BadCase{"dialog of a message box",
                 std::string("{") + kUser +
-                    "]}]},\n\"timeline\": [{\"do\": \"fail\",\n\"member\": \"Item\", \"error\": 5}]}",
-                3, "/timeline/0/member", "expected a member of Item: Attachments, Body"},
+                    "]}]},\n\"expect\": [\n{\"dialog\": 2,\n\"kind\": \"box\"}]}",
+                4, "/expect/0/kind", "only an optional message has a dialog number"},
         BadCase{"failing on a call and after calls",
                 std::string("{") + kUser +
                     "]}]},\n\"timeline\": [\n{\"do\": \"fail\", \"member\": \"Item.Save\", "

@@ -108,7 +108,20 @@ ExpectSpec ReadHostExpectation(const JsonNode& n) {
   } else if (auto list = n.Get("messages")) {
     n.OnlyKeys({"messages", "note"});
     e.kind = ExpectKind::kMessages;
-    for (const JsonNode& t : list->Elements()) e.host.texts.push_back(MessageText(t));
+    // Each showing is its text, or {"message": text, "dialog": n} with either or both.
+    for (const JsonNode& t : list->Elements()) {
+      if (!t.IsObject()) {
+        e.host.texts.push_back(MessageText(t));
+        e.host.dialogs.push_back(0);
+        continue;
+      }
+      t.OnlyKeys({"message", "dialog"});
+      if (!t.Has("message") && !t.Has("dialog")) t.Fail("expected \"message\", \"dialog\" or both");
+      auto m = t.Get("message");
+      e.host.texts.push_back(m ? MessageText(*m) : std::string());
+      auto d = t.Get("dialog");
+      e.host.dialogs.push_back(d ? static_cast<int32_t>(d->AsInt(1, 0x7FFFFFFF)) : 0);
+    }
   } else if (auto r = n.Get("error_record")) {
     n.OnlyKeys({"error_record", "present", "count", "note"});
     e.kind = ExpectKind::kErrorRecord;

@@ -92,7 +92,18 @@ void HostExpectJson(const ExpectSpec& e, ordered_json& j) {
       }
       break;
     case ExpectKind::kMessages:
-      j["messages"] = e.host.texts;
+      j["messages"] = ordered_json::array();
+      for (size_t i = 0; i < e.host.texts.size(); ++i) {
+        const int32_t dialog = i < e.host.dialogs.size() ? e.host.dialogs[i] : 0;
+        if (dialog == 0) {
+          j["messages"].push_back(e.host.texts[i]);
+          continue;
+        }
+        ordered_json m;
+        if (!e.host.texts[i].empty()) m["message"] = e.host.texts[i];
+        m["dialog"] = dialog;
+        j["messages"].push_back(m);
+      }
       return;
     case ExpectKind::kErrorRecord:
       j["error_record"] = f;

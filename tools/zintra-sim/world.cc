@@ -87,8 +87,14 @@ World::~World() {
 void World::Build() {
   loader_.Load(scenario_.profile, scenario_.outlook_version);
   for (const auto& store : profile_.Stores()) CountItems(*store->root, loaded_items_);
+  // The scenario's registry first shows where the settings live; applied again below,
+  // its own values win over what is written here.
+  ApplyRegistry(outlook_.registry, scenario_.registry);
+  if (outlook_.registry.HasKey(kHKeyLocalMachine, kAddinLoaderKey)) {
+    settings_hive_ = kHKeyLocalMachine;
+  }
   if (!SetsLogLevel(scenario_.registry)) {
-    outlook_.registry.SetDword(kHKeyCurrentUser, kLoggingKey, "LogLevel",
+    outlook_.registry.SetDword(settings_hive_, kLoggingKey, "LogLevel",
                                static_cast<uint32_t>(scenario_.log_level));
   }
   WriteFolderSettings();
@@ -99,7 +105,7 @@ void World::Build() {
   ApplyRegistry(outlook_.registry, scenario_.registry);  // the scenario's own values win
   if (options_.log_level >= 0) {
     // --log-level wins over the scenario for this run.
-    outlook_.registry.SetDword(kHKeyCurrentUser, kLoggingKey, "LogLevel",
+    outlook_.registry.SetDword(settings_hive_, kLoggingKey, "LogLevel",
                                static_cast<uint32_t>(options_.log_level));
   }
   outlook_.objects.Register(kSubclasserProgId, [this] { return subclasser_; });
@@ -179,8 +185,8 @@ void World::WriteIds(const std::string& list, int index, const std::string& path
     store = profile_.StoreIdOf(*f->store);
   }
   std::string base = std::string(kProductKey) + "\\" + list;
-  outlook_.registry.SetString(kHKeyCurrentUser, base + "\\EntryID", std::to_string(index), entry);
-  outlook_.registry.SetString(kHKeyCurrentUser, base + "\\StoreID", std::to_string(index), store);
+  outlook_.registry.SetString(settings_hive_, base + "\\EntryID", std::to_string(index), entry);
+  outlook_.registry.SetString(settings_hive_, base + "\\StoreID", std::to_string(index), store);
 }
 
 void World::WriteFolderSettings() {
@@ -195,22 +201,22 @@ void World::WriteFolderSettings() {
              "shared_calendar");
     WriteIds("Foldersets\\SharedJournal", i, set.shared_journal, set.source_line, "shared_journal");
     WriteIds("Foldersets\\SharedTaskList", i, set.shared_tasks, set.source_line, "shared_tasks");
-    outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Foldersets\\Flags", std::to_string(i),
+    outlook_.registry.SetDword(settings_hive_, product + "\\Foldersets\\Flags", std::to_string(i),
                                static_cast<uint32_t>(set.flags));
   }
   if (i > 0) {
-    outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Foldersets", "Count",
+    outlook_.registry.SetDword(settings_hive_, product + "\\Foldersets", "Count",
                                static_cast<uint32_t>(i));
   }
   i = 0;
   for (const MonitorSpec& m : scenario_.monitored_folders) {
     ++i;
     WriteIds("Monitoring\\Folders", i, m.folder, m.source_line, "folder");
-    outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Monitoring\\Folders\\Flags",
+    outlook_.registry.SetDword(settings_hive_, product + "\\Monitoring\\Folders\\Flags",
                                std::to_string(i), static_cast<uint32_t>(m.flags));
   }
   if (i > 0) {
-    outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Monitoring\\Folders", "FolderCount",
+    outlook_.registry.SetDword(settings_hive_, product + "\\Monitoring\\Folders", "FolderCount",
                                static_cast<uint32_t>(i));
   }
 }

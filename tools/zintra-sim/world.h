@@ -87,6 +87,9 @@ class World {
   ProfileLoader loader_;
   StringTable strings_;
   size_t loaded_items_ = 0;
+  // Where the add-in keeps its settings: the machine's hive once it is installed for
+  // every user (its loader key in HKEY_LOCAL_MACHINE), else the user's.
+  HKey settings_hive_ = kHKeyCurrentUser;
   ErrorHandling errors_;
   // Windows' subclassing service, for the add-in's hooked item windows.
   std::shared_ptr<sim::SimSubclasser> subclasser_ = std::make_shared<sim::SimSubclasser>();

@@ -144,6 +144,20 @@ TEST_F(UnplayableScenarioTest, AHostStepNamingAFolderThatDoesNotExistStopsBefore
   }
 }
 
+// A removed folder named under its store's spelling is only found missing as it plays:
+// still bad input, with nothing written.
+TEST_F(UnplayableScenarioTest, AFaultInAFolderRemovedUnderAnotherSpellingStopsAsItPlays) {
+  EXPECT_EQ(
+      Run(Write("s.json", Scenario_("{\"do\": \"start\"}, {\"do\": \"remove-folder\", "
+                                    "\"folder\": \"Clients\"},\n{\"do\": \"fail\", \"member\": "
+                                    "\"Folder.*\", \"error\": 5, \"folder\": \"Mailbox - Jane "
+                                    "Doe/Clients\"}"))),
+      2);
+  EXPECT_THAT(err_, HasSubstr("s.json:6: /timeline/2/folder: no folder \"Mailbox - Jane "
+                              "Doe/Clients\" in the profile"));
+  EXPECT_FALSE(fs::exists(Out()));
+}
+
 // Outlook quits when its last window closes; a click after that is found as it plays,
 // and the error log the add-in made while playing is not left behind.
 TEST_F(UnplayableScenarioTest, AStepAfterOutlookQuitStopsAndLeavesTheOutputAsItWas) {

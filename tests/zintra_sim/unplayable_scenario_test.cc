@@ -117,7 +117,11 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"removed_twice",
              "{\"do\": \"remove-folder\", \"folder\": \"Clients\"},\n{\"do\": \"remove-folder\", "
              "\"folder\": \"Clients/VIP\"}",
-             "s.json:6: /timeline/1/folder", "is no longer in the profile"}),
+             "s.json:6: /timeline/1/folder", "is no longer in the profile"},
+        Case{"delivery_to_a_removed_inbox",
+             "{\"do\": \"remove-folder\", \"folder\": \"Inbox\"},\n{\"do\": \"deliver\", "
+             "\"item\": {\"subject\": \"x\"}}",
+             "s.json:6: /timeline/1/do", "the folder \"Inbox\" is no longer in the profile"}),
     [](const auto& param_info) { return std::string(param_info.param.what); });
 
 TEST_F(UnplayableScenarioTest, AStepNamingAFolderThatDoesNotExistStopsBeforePlaying) {
@@ -155,6 +159,21 @@ TEST_F(UnplayableScenarioTest, AFaultInAFolderRemovedUnderAnotherSpellingStopsAs
       2);
   EXPECT_THAT(err_, HasSubstr("s.json:6: /timeline/2/folder: no folder \"Mailbox - Jane "
                               "Doe/Clients\" in the profile"));
+  EXPECT_FALSE(fs::exists(Out()));
+}
+
+// The Inbox removed under its store's spelling is found gone as mail arrives; the top of
+// a store cannot be removed at all.
+TEST_F(UnplayableScenarioTest, MailToARemovedInboxAndRemovingAStoreAreBadInput) {
+  EXPECT_EQ(Run(Write("s.json", Scenario_("{\"do\": \"start\"}, {\"do\": \"remove-folder\", "
+                                          "\"folder\": \"Mailbox - Jane Doe/Inbox\"},\n{\"do\": "
+                                          "\"deliver\", \"item\": {\"subject\": \"x\"}}"))),
+            2);
+  EXPECT_THAT(err_, HasSubstr("s.json:6: /timeline/2/do: the Inbox folder was removed"));
+  EXPECT_EQ(Run(Write("s.json", Scenario_("{\"do\": \"remove-folder\", \"folder\": \"Mailbox - "
+                                          "Jane Doe\"}"))),
+            2);
+  EXPECT_THAT(err_, HasSubstr("s.json:5: /timeline/0/folder: \"Mailbox - Jane Doe\" is the top"));
   EXPECT_FALSE(fs::exists(Out()));
 }
 

@@ -195,6 +195,11 @@ class TimelinePlayer {
         Fail(step, "/folder", "no folder \"" + Excerpt(step.folder) + "\" in the profile");
     } else {
       folder = p.DefaultFolder(step.kind == StepKind::kSend ? kOlFolderSentMail : kOlFolderInbox);
+      if (!folder) {
+        Fail(step, "/do",
+             std::string("the ") + (step.kind == StepKind::kSend ? "Sent Items" : "Inbox") +
+                 " folder was removed: name the \"folder\" the item goes to");
+      }
     }
     if (!item.class_given) item.item_class = ItemClassForFolderType(folder->default_item_type);
     if (item.item_class != ItemClass::kContact && !item.emails.empty()) {
@@ -256,9 +261,17 @@ void CheckStepFolders(const Scenario& scenario, ProfileLoader& loader) {
   for (const StepSpec& step : scenario.timeline) {
     const bool host = step.kind == StepKind::kFail || step.kind == StepKind::kRemoveFolder;
     const std::string& folder = host ? step.fault.folder : step.folder;
-    if (!folder.empty() && !loader.FindFolder(folder)) {
+    if (folder.empty()) continue;
+    auto found = loader.FindFolder(folder);
+    if (!found) {
       throw InputError(scenario.source, step.source_line, step.pointer + "/folder",
                        "no folder \"" + Excerpt(folder) + "\" in the profile");
+    }
+    if (step.kind == StepKind::kRemoveFolder && !found->parent.lock()) {
+      throw InputError(scenario.source, step.source_line, step.pointer + "/folder",
+                       "\"" + Excerpt(folder) +
+                           "\" is the top of a store, which cannot be removed; remove the "
+                           "folders below it");
     }
   }
 }

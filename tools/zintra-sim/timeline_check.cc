@@ -115,16 +115,20 @@ class Checker {
   // known once the profile is built.
   void Folders(const StepSpec& step) {
     const bool host = step.kind == StepKind::kFail || step.kind == StepKind::kRemoveFolder;
-    const std::string& folder = host ? step.fault.folder : step.folder;
+    std::string folder = host ? step.fault.folder : step.folder;
+    const char* field = "/folder";
+    if (folder.empty() && (step.kind == StepKind::kDeliver || step.kind == StepKind::kSend)) {
+      // Mail arrives in the Inbox and is sent to Sent Items unless a folder is named.
+      folder = step.kind == StepKind::kDeliver ? "Inbox" : "Sent Items";
+      field = "/do";
+    }
     if (folder.empty()) return;
     const std::string path = text::LCase(folder);
     for (const auto& [removed, line] : removed_at_) {
       if (path == removed || text::StartsWith(path, removed + "/")) {
-        Fail(step, "/folder",
+        Fail(step, field,
              "the folder \"" + Excerpt(folder) +
-                 "\" is no longer in the profile: it was removed "
-                 "at line " +
-                 std::to_string(line));
+                 "\" is no longer in the profile: it was removed at line " + std::to_string(line));
       }
     }
     if (step.kind == StepKind::kRemoveFolder) removed_at_[path] = step.source_line;

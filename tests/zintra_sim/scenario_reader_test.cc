@@ -185,7 +185,7 @@ TEST(ScenarioReaderTest, EveryStepKindIsWrittenBackTheSame) {
       {"do": "window-message", "target": "d", "message": 24, "wparam": 1},
       {"do": "close-inspector", "target": "d"},
       {"do": "click", "button": "phone-call", "selection": ["ann"], "confirm": false, "then": "discard"},
-      {"do": "settings", "registry": {"values": [{"key": "HKCU\\Software\\Brellow\\Zintra", "name": "ScanInbox", "dword": 0}]}, "multi_user": true},
+      {"do": "settings", "registry": {"values": [{"key": "HKCU\\Software\\Brellow\\Zintra", "name": "ScanInbox", "dword": 0}]}, "multi_user": true, "reset_messages": true},
       {"do": "answer", "message_box": ["retry", "ignore"], "optional": ["untick", "close"]},
       {"do": "fail", "member": "Item.Save", "error": "0x80004005", "text": "No", "call": 2, "target": "s"},
       {"do": "fail", "member": "Folder.*", "error": -5, "folder": "Orders"},
@@ -216,6 +216,7 @@ TEST(ScenarioReaderTest, EveryStepKindIsWrittenBackTheSame) {
   EXPECT_EQ(again.timeline[1].windows, "inspector");
   EXPECT_EQ(again.timeline[6].until, s.timeline[6].until);  // "at" of the change
   EXPECT_EQ(again.timeline[9].wparam, 1);
+  EXPECT_TRUE(again.timeline[12].reset_messages);
   EXPECT_EQ(again.timeline[13].answers.message_box, s.timeline[13].answers.message_box);
   EXPECT_EQ(again.timeline[13].answers.optional, s.timeline[13].answers.optional);
   EXPECT_EQ(again.timeline[14].fault.error, static_cast<int32_t>(0x80004005u));

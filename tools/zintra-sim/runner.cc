@@ -23,8 +23,8 @@
 #include "tools/zintra-sim/host_steps.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/item_marks.h"
-#include "tools/zintra-sim/job_moment.h"
 #include "tools/zintra-sim/item_view.h"
+#include "tools/zintra-sim/job_moment.h"
 #include "tools/zintra-sim/profile_loader.h"
 #include "tools/zintra-sim/progress.h"
 #include "tools/zintra-sim/results_writer.h"
@@ -106,7 +106,7 @@ class TimelinePlayer {
       }
       case StepKind::kSettings:
         try {
-          w_.ReplaceSettings(step.registry, step.multi_user);
+          w_.ReplaceSettings(step.registry, step.multi_user, step.reset_messages);
         } catch (const ZError& e) {
           // The options page keeps a 16-bit setting in range; a file can hold anything.
           if (e.Number() != kErrOverflow) throw;

@@ -230,6 +230,9 @@ struct StepSpec {
   RegistrySpec registry;
   // kSettings: the options page's "for all users" choice, when the step makes it.
   std::optional<bool> multi_user;
+  // kSettings: the page's choice to show every optional message again (the user's "Do not
+  // show this message again" flags are cleared).
+  bool reset_messages = false;
   // kClick: the button ("phone-call", "email", "file-link", "note", "appointment",
   // "letter"), the items selected, and the window clicked in ("explorer": one on the
   // first selected item's folder; "inspector": the item window of the one selected item).

@@ -296,6 +296,7 @@ ordered_json StepJson(const StepSpec& step) {
         j["registry"] = RegistryJson(step.registry);
       }
       if (step.multi_user) j["multi_user"] = *step.multi_user;
+      if (step.reset_messages) j["reset_messages"] = true;
       break;
     case StepKind::kClick:
       j["button"] = step.button;

@@ -141,10 +141,14 @@ std::shared_ptr<ToolbarsPart> World::Toolbars() {
   return addin ? std::dynamic_pointer_cast<ToolbarsPart>(addin->Toolbars()) : nullptr;
 }
 
-void World::ReplaceSettings(const RegistrySpec& values, std::optional<bool> multi_user) {
+void World::ReplaceSettings(const RegistrySpec& values, std::optional<bool> multi_user,
+                            bool reset_messages) {
   std::shared_ptr<ZintraAddinApp> addin = Addin();
   if (!addin) {
     ApplyRegistry(outlook_.registry, values);  // read at the add-in's next start
+    if (reset_messages) {
+      RegSettings(outlook_.registry, outlook_.files, outlook_.platform).DialogSuppressReset();
+    }
     return;
   }
   // The options page edits a copy of the settings in force and hands it back; here the
@@ -154,6 +158,7 @@ void World::ReplaceSettings(const RegistrySpec& values, std::optional<bool> mult
   ZintraUtils* utils = addin->Utils();
   edited.Read(false, utils && utils->Outlook9(), addin->Outlook12OrHigher());
   if (multi_user) edited.MultiUser = *multi_user;
+  if (reset_messages) edited.DialogSuppressReset();
   addin->SetRegSettings(edited);
 }
 

@@ -25,6 +25,9 @@ struct OptionalMsgBoxContent {
   std::string chkDontShow;        // the check box caption
   std::string cmdOk;              // the button caption
   int32_t chkDontShow_value = 0;  // 1 ticked, 0 clear
+  // The caller's dialog number, whose suppression flag the check box sets; not drawn, but
+  // lets a host that records showings tell one message from another (0: none given).
+  int32_t dialog = 0;
 
   bool operator==(const OptionalMsgBoxContent&) const = default;
 };

@@ -4,8 +4,9 @@
 
 namespace zintra {
 
-frmOptionalMsgBox::frmOptionalMsgBox(std::unique_ptr<OptionalMsgBoxView> view)
+frmOptionalMsgBox::frmOptionalMsgBox(std::unique_ptr<OptionalMsgBoxView> view, int32_t dialog)
     : view_(std::move(view)),
+      dialog_(dialog),
       cmd_ok_click_(view_->cmdOk_Click.Connect([this] { cmdOk_Click(); })) {}
 
 void frmOptionalMsgBox::Display(const std::string& Message, const std::string& Caption,
@@ -17,6 +18,7 @@ void frmOptionalMsgBox::Display(const std::string& Message, const std::string& C
   content_.chkDontShow = chkDontShowCaption;
   content_.cmdOk = cmdOKCaption;
   content_.chkDontShow_value = HideOptDefault ? 1 : 0;
+  content_.dialog = dialog_;
   view_->Load(content_);
   if (bring_to_front) view_->SetForegroundWindow();
   view_->ShowModal(OwnerForm);

@@ -14,7 +14,8 @@ namespace zintra {
 
 class frmOptionalMsgBox {
  public:
-  explicit frmOptionalMsgBox(std::unique_ptr<OptionalMsgBoxView> view);
+  // `dialog`: the caller's dialog number, handed to the view with the content.
+  explicit frmOptionalMsgBox(std::unique_ptr<OptionalMsgBoxView> view, int32_t dialog = 0);
   frmOptionalMsgBox(const frmOptionalMsgBox&) = delete;
   frmOptionalMsgBox& operator=(const frmOptionalMsgBox&) = delete;
 
@@ -34,6 +35,7 @@ class frmOptionalMsgBox {
   void cmdOk_Click();
 
   std::unique_ptr<OptionalMsgBoxView> view_;
+  int32_t dialog_;
   OptionalMsgBoxContent content_;
   Connection cmd_ok_click_;
 };

@@ -29,7 +29,7 @@ bool OptionalMessages::OptionalMsgBox(int32_t DialogIdx, const std::string& Mess
   }
   if (suppressed) return false;
   try {
-    frmOptionalMsgBox form(views_.CreateOptionalMsgBoxView());
+    frmOptionalMsgBox form(views_.CreateOptionalMsgBoxView(), DialogIdx);
     form.Display(Message, Caption, strings_.Load(kStringDontShowAgain), strings_.Load(kStringOK),
                  false, OwnerForm, errors_.DebugMode());
     if (form.chkDontShow() == 1) settings_.DialogSuppressed(DialogIdx, true);

@@ -50,7 +50,7 @@ TEST_F(OptionalMessagesTest, ShowsTheFormFilledFromTheStringTable) {
   ASSERT_EQ(views_.OptionalShown().size(), 1u);
   const auto& shown = views_.OptionalShown()[0];
   EXPECT_EQ(shown.content, (OptionalMsgBoxContent{"Zintra", "Folder moved",
-                                                  "Do not show this message again", "OK", 0}));
+                                                  "Do not show this message again", "OK", 0, 3}));
   EXPECT_EQ(shown.owner, 4242);
   EXPECT_TRUE(shown.hidden_by_ok);
   EXPECT_FALSE(shown.brought_to_front);

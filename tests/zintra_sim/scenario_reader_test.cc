@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "tools/zintra-sim/demo_scenario.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/scenario_reader.h"
@@ -128,8 +130,10 @@ TEST(ScenarioReaderTest, ReadsHostStepsMarksFilesAndHostExpectations) {
       {"do": "quit", "during": "job", "job": "Process"},
       {"do": "check", "expect": [{"message": 3000, "icon": "critical"}]}],
     "expect": [{"error_record": {"number": 5, "trail": "-->"}, "count": 2},
+               {"messages": [3000, {"dialog": 2}]},
                {"log_order": ["a", "b"]}, {"file": "C:\\P\\z.txt", "exists": false}]
-  })", "good.json", ".");
+  })",
+                                "good.json", ".");
   const ItemSpec& task = s.profile.stores[0].folders[0].items[0];
   EXPECT_EQ(task.item_class, ItemClass::kTask);  // the Tasks folder's kind without a type
   ASSERT_TRUE(task.marks);
@@ -152,8 +156,85 @@ TEST(ScenarioReaderTest, ReadsHostStepsMarksFilesAndHostExpectations) {
   EXPECT_EQ(s.timeline[5].checks[0].host.fields.at("text"),
             "You must be running Outlook 2000 or later to use this add-in.");
   EXPECT_EQ(s.expect[0].host.fields.at("number"), "5");
-  EXPECT_EQ(s.expect[1].kind, ExpectKind::kLogOrder);
-  EXPECT_EQ(s.expect[2].host.fields.at("exists"), "False");
+  EXPECT_EQ(s.expect[1].host.dialogs, (std::vector<int32_t>{0, 2}));
+  EXPECT_EQ(s.expect[1].host.texts[1], "");  // any text
+  EXPECT_EQ(s.expect[2].kind, ExpectKind::kLogOrder);
+  EXPECT_EQ(s.expect[3].host.fields.at("exists"), "False");
+}
+
+// Every kind of step, with the fields each may carry, written and read back.
+TEST(ScenarioReaderTest, EveryStepKindIsWrittenBackTheSame) {
+  Scenario s = ReadScenarioText(R"({
+    "profile": {"user": "Jane Doe <j@c.com>", "stores": [{"folders": [
+      {"name": "Inbox", "items": [{"id": "m", "subject": "Hi", "from": "a@b.com",
+        "attachments": [{"name": "x.doc", "link": true}],
+        "marks": {"Zintra Last Audited": "2026-01-02T08:00:00", "logged_copies": ["m", "m"],
+                  "store_ids": false, "journal_type": "Phone Call"}}]},
+      {"name": "Clients", "type": "contact", "items": [{"id": "ann", "full_name": "Ann", "emails": ["a@b.com"]}]},
+      {"name": "Orders"}]}]},
+    "files": [{"path": "C:\\P\\z.txt", "text": "x", "unopenable": true}, {"folder": "D:\\Logs"}],
+    "timeline": [
+      {"do": "fail", "member": "Registry.QueryValue", "error": 5, "after": 3},
+      {"do": "start", "windows": "inspector", "target": "m", "addin": false},
+      {"do": "load-addin"},
+      {"do": "deliver", "item": {"id": "d", "class": "meeting", "from": "a@b.com"}, "folder": "Orders"},
+      {"do": "send", "item": {"id": "s", "to": "a@b.com"}},
+      {"do": "add", "folder": "Clients", "item": {"full_name": "Bo", "emails": ["bo@b.com"]}},
+      {"do": "change", "target": "d", "set": {"subject": "Moved"}, "at": "2026-01-05T10:00:00"},
+      {"do": "open-inspector", "target": "d"},
+      {"do": "window-message", "target": "d", "message": 24, "wparam": 1},
+      {"do": "close-inspector", "target": "d"},
+      {"do": "click", "button": "phone-call", "selection": ["ann"], "confirm": false, "then": "discard"},
+      {"do": "settings", "registry": {"values": [{"key": "HKCU\\Software\\Brellow\\Zintra", "name": "ScanInbox", "dword": 0}]}, "multi_user": true, "reset_messages": true},
+      {"do": "answer", "message_box": ["retry", "ignore"], "optional": ["untick", "close"]},
+      {"do": "fail", "member": "Item.Save", "error": "0x80004005", "text": "No", "call": 2, "target": "s"},
+      {"do": "fail", "member": "Folder.*", "error": -5, "folder": "Orders"},
+      {"do": "heal"},
+      {"do": "remove-folder", "folder": "Orders"},
+      {"do": "check", "expect": [{"dialog": 2, "present": false}, {"messages": [3000, {"dialog": 1}]},
+                                 {"file": "C:\\P\\z.txt", "contains": "y", "present": false}]},
+      {"do": "delete", "target": "s", "hard": true, "during": "job", "job": "Process"},
+      {"do": "wait", "for": "1m"},
+      {"do": "unload-addin"},
+      {"do": "quit"}],
+    "expect": [{"error_record": {"number": 5, "trail": "-->"}, "count": 2}, {"error_log": "D:\\Logs\\x"},
+               {"log_order": ["a", "b"]}, {"registry": "HKCU\\X", "name": "n", "value": 1},
+               {"total": "copies", "equals": 3}, {"log": "z", "present": false},
+               {"folder": "Orders", "match": {"subject": "*"}, "count": 0}]
+  })",
+                                "every.json", ".");
+  std::set<StepKind> kinds;
+  for (const StepSpec& step : s.timeline) kinds.insert(step.kind);
+  EXPECT_EQ(kinds.size(), 20u);  // every kind of step there is
+  const std::string written = ScenarioJson(s).dump(2);
+  Scenario again = ReadScenarioText(written, "again.json", ".");
+  EXPECT_EQ(ScenarioJson(again).dump(2), written);
+  ASSERT_EQ(again.timeline.size(), s.timeline.size());
+  EXPECT_EQ(again.timeline[0].fault.mode, "after");
+  EXPECT_EQ(again.timeline[0].fault.n, 3);
+  EXPECT_FALSE(again.timeline[1].addin);
+  EXPECT_EQ(again.timeline[1].windows, "inspector");
+  EXPECT_EQ(again.timeline[6].until, s.timeline[6].until);  // "at" of the change
+  EXPECT_EQ(again.timeline[9].wparam, 1);
+  EXPECT_TRUE(again.timeline[12].reset_messages);
+  EXPECT_EQ(again.timeline[13].answers.message_box, s.timeline[13].answers.message_box);
+  EXPECT_EQ(again.timeline[13].answers.optional, s.timeline[13].answers.optional);
+  EXPECT_EQ(again.timeline[14].fault.error, static_cast<int32_t>(0x80004005u));
+  EXPECT_EQ(again.timeline[14].fault.target, "s");
+  EXPECT_EQ(again.timeline[15].fault.folder, "Orders");
+  EXPECT_EQ(again.timeline[18].checks[1].host.dialogs, (std::vector<int32_t>{0, 1}));
+  EXPECT_TRUE(again.timeline[19].hard);
+  EXPECT_EQ(again.timeline[19].during_job, "Process");
+  EXPECT_EQ(again.timeline[3].item->item_class, ItemClass::kMeeting);
+  EXPECT_FALSE(again.timeline[5].item->class_given);  // settled by its folder when played
+  const ItemSpec& m = again.profile.stores[0].folders[0].items[0];
+  ASSERT_TRUE(m.marks);
+  EXPECT_EQ(m.marks->logged_copies, (std::vector<std::string>{"m", "m"}));
+  EXPECT_FALSE(m.marks->store_ids);
+  EXPECT_TRUE(m.attachments[0].link);
+  ASSERT_EQ(again.files.size(), 2u);
+  EXPECT_TRUE(again.files[0].unopenable);
+  EXPECT_EQ(again.expect.size(), s.expect.size());
 }
 
 struct BadCase {
@@ -226,10 +307,18 @@ INSTANTIATE_TEST_SUITE_P(
                 std::string("{") + kUser +
                     "]}]},\n\"expect\": [\n{\"log\": \"a\", \"total\": \"logged\"}]}",
                 3, "/expect/0", "exactly one of"},
-        BadCase{"failing member unknown",
+        BadCase{
+            "failing member unknown",
+            std::string("{") + kUser +
+                "]}]},\n\"timeline\": [{\"do\": \"fail\",\n\"member\": \"Item\", \"error\": 5}]}",
+            3, "/timeline/0/member", "expected a member of Item: Attachments, Body"},
+        BadCase{"showing named by nothing",
+                std::string("{") + kUser + "]}]},\n\"expect\": [\n{\"messages\": [\"a\",\n{}]}]}",
+                4, "/expect/0/messages/1", "expected \"message\", \"dialog\" or both"},
+        BadCase{"dialog of a message box",
                 std::string("{") + kUser +
-                    "]}]},\n\"timeline\": [{\"do\": \"fail\",\n\"member\": \"Item\", \"error\": 5}]}",
-                3, "/timeline/0/member", "expected a member of the simulated host"},
+                    "]}]},\n\"expect\": [\n{\"dialog\": 2,\n\"kind\": \"box\"}]}",
+                4, "/expect/0/kind", "only an optional message has a dialog number"},
         BadCase{"failing on a call and after calls",
                 std::string("{") + kUser +
                     "]}]},\n\"timeline\": [\n{\"do\": \"fail\", \"member\": \"Item.Save\", "
@@ -262,11 +351,14 @@ INSTANTIATE_TEST_SUITE_P(
                 "/expect/0/messages/0", "no string has that number"},
         BadCase{"ownership unknown",
                 std::string("{") + kUser +
-                    "\n{\"name\": \"Tasks\", \"items\": [{\"marks\": {\n\"ownership\": \"mine\"}}]}]}]}}",
-                3, "/profile/stores/0/folders/0/items/0/marks/ownership", "expected new, delegated"},
+                    "\n{\"name\": \"Tasks\", \"items\": [{\"marks\": {\n\"ownership\": "
+                    "\"mine\"}}]}]}]}}",
+                3, "/profile/stores/0/folders/0/items/0/marks/ownership",
+                "expected new, delegated"},
         BadCase{"copy list names no item",
                 std::string("{") + kUser +
-                    "\n{\"name\": \"Inbox\", \"items\": [\n{\"marks\": {\"logged_copies\": [\"x\"]}}]}]}]}}",
+                    "\n{\"name\": \"Inbox\", \"items\": [\n{\"marks\": {\"logged_copies\": "
+                    "[\"x\"]}}]}]}]}}",
                 3, "marks", "no item has the id \"x\""},
         BadCase{"file path relative",
                 std::string("{") + kUser + "]}]},\n\"files\": [{\n\"path\": \"x.txt\"}]}", 3,

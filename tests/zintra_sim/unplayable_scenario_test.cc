@@ -100,7 +100,28 @@ INSTANTIATE_TEST_SUITE_P(
              "s.json:5: /timeline/0/at", "past 366 days"},
         Case{"sensitivity_unknown",
              "{\"do\": \"change\", \"target\": \"m\", \"set\": {\"Sensitivity\": \"secret\"}}",
-             "s.json:5: /timeline/0/set/Sensitivity", "expected normal, personal"}),
+             "s.json:5: /timeline/0/set/Sensitivity", "expected normal, personal"},
+        // A fault on a member the host does not have would never fire.
+        Case{"fault_on_no_member_of_its_class",
+             "{\"do\": \"fail\", \"member\": \"Item.Sav\", \"error\": 5}",
+             "s.json:5: /timeline/0/member", "expected a member of Item: Attachments, Body"},
+        Case{"fault_on_no_class", "{\"do\": \"fail\", \"member\": \"Mail.Save\", \"error\": 5}",
+             "s.json:5: /timeline/0/member", "the classes being AddressEntry, AddressList"},
+        Case{"registry_fault_has_no_wildcard",
+             "{\"do\": \"fail\", \"member\": \"Registry.*\", \"error\": 5}",
+             "s.json:5: /timeline/0/member", "expected a member of Registry: CloseKey"},
+        Case{"fault_in_a_removed_folder",
+             "{\"do\": \"remove-folder\", \"folder\": \"clients\"},\n{\"do\": \"fail\", "
+             "\"member\": \"Folder.Items\", \"error\": 5, \"folder\": \"Clients\"}",
+             "s.json:6: /timeline/1/folder", "it was removed at line 5"},
+        Case{"removed_twice",
+             "{\"do\": \"remove-folder\", \"folder\": \"Clients\"},\n{\"do\": \"remove-folder\", "
+             "\"folder\": \"Clients/VIP\"}",
+             "s.json:6: /timeline/1/folder", "is no longer in the profile"},
+        Case{"delivery_to_a_removed_inbox",
+             "{\"do\": \"remove-folder\", \"folder\": \"Inbox\"},\n{\"do\": \"deliver\", "
+             "\"item\": {\"subject\": \"x\"}}",
+             "s.json:6: /timeline/1/do", "the folder \"Inbox\" is no longer in the profile"}),
     [](const auto& param_info) { return std::string(param_info.param.what); });
 
 TEST_F(UnplayableScenarioTest, AStepNamingAFolderThatDoesNotExistStopsBeforePlaying) {
@@ -110,6 +131,49 @@ TEST_F(UnplayableScenarioTest, AStepNamingAFolderThatDoesNotExistStopsBeforePlay
   EXPECT_THAT(err_,
               HasSubstr("s.json:6: /timeline/1/folder: no folder \"Nowhere\" in the profile"));
   EXPECT_THAT(out_, Not(HasSubstr("[09:00:00] start")));
+  EXPECT_FALSE(fs::exists(Out()));
+}
+
+// A fault or a removal in a folder the profile lacks is found once the profile is built.
+TEST_F(UnplayableScenarioTest, AHostStepNamingAFolderThatDoesNotExistStopsBeforePlaying) {
+  for (const char* step :
+       {"{\"do\": \"fail\", \"member\": \"Folder.*\", \"error\": 5, \"folder\": \"Nowhere\"}",
+        "{\"do\": \"remove-folder\", \"folder\": \"Nowhere\"}"}) {
+    EXPECT_EQ(Run(Write("s.json", Scenario_(std::string("{\"do\": \"start\"},\n") + step))), 2)
+        << step;
+    EXPECT_THAT(err_,
+                HasSubstr("s.json:6: /timeline/1/folder: no folder \"Nowhere\" in the profile"));
+    EXPECT_THAT(out_, Not(HasSubstr("[09:00:00] start")));
+    EXPECT_FALSE(fs::exists(Out()));
+  }
+}
+
+// A removed folder named under its store's spelling is only found missing as it plays:
+// still bad input, with nothing written.
+TEST_F(UnplayableScenarioTest, AFaultInAFolderRemovedUnderAnotherSpellingStopsAsItPlays) {
+  EXPECT_EQ(
+      Run(Write("s.json", Scenario_("{\"do\": \"start\"}, {\"do\": \"remove-folder\", "
+                                    "\"folder\": \"Clients\"},\n{\"do\": \"fail\", \"member\": "
+                                    "\"Folder.*\", \"error\": 5, \"folder\": \"Mailbox - Jane "
+                                    "Doe/Clients\"}"))),
+      2);
+  EXPECT_THAT(err_, HasSubstr("s.json:6: /timeline/2/folder: no folder \"Mailbox - Jane "
+                              "Doe/Clients\" in the profile"));
+  EXPECT_FALSE(fs::exists(Out()));
+}
+
+// The Inbox removed under its store's spelling is found gone as mail arrives; the top of
+// a store cannot be removed at all.
+TEST_F(UnplayableScenarioTest, MailToARemovedInboxAndRemovingAStoreAreBadInput) {
+  EXPECT_EQ(Run(Write("s.json", Scenario_("{\"do\": \"start\"}, {\"do\": \"remove-folder\", "
+                                          "\"folder\": \"Mailbox - Jane Doe/Inbox\"},\n{\"do\": "
+                                          "\"deliver\", \"item\": {\"subject\": \"x\"}}"))),
+            2);
+  EXPECT_THAT(err_, HasSubstr("s.json:6: /timeline/2/do: the Inbox folder was removed"));
+  EXPECT_EQ(Run(Write("s.json", Scenario_("{\"do\": \"remove-folder\", \"folder\": \"Mailbox - "
+                                          "Jane Doe\"}"))),
+            2);
+  EXPECT_THAT(err_, HasSubstr("s.json:5: /timeline/0/folder: \"Mailbox - Jane Doe\" is the top"));
   EXPECT_FALSE(fs::exists(Out()));
 }
 

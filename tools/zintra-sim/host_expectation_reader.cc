@@ -66,27 +66,37 @@ const std::vector<std::string>& ErrorColumnNames() {
 }
 
 bool IsHostExpectation(const JsonNode& n) {
-  return n.Has("message") || n.Has("messages") || n.Has("error_record") || n.Has("error_log") ||
-         n.Has("log_order") || n.Has("file");
+  return n.Has("message") || n.Has("dialog") || n.Has("messages") || n.Has("error_record") ||
+         n.Has("error_log") || n.Has("log_order") || n.Has("file");
 }
 
 ExpectSpec ReadHostExpectation(const JsonNode& n) {
   ExpectSpec e;
   e.source_line = n.Line();
-  int kinds = n.Has("message") + n.Has("messages") + n.Has("error_record") + n.Has("error_log") +
+  // A message is named by its text, by its dialog number, or by both.
+  const bool message = n.Has("message") || n.Has("dialog");
+  int kinds = message + n.Has("messages") + n.Has("error_record") + n.Has("error_log") +
               n.Has("log_order") + n.Has("file");
   if (kinds != 1) {
     n.Fail(
-        "an expectation needs exactly one of \"message\", \"messages\", \"error_record\", "
-        "\"error_log\", \"log_order\", \"file\"");
+        "an expectation needs exactly one of \"message\" (or \"dialog\"), \"messages\", "
+        "\"error_record\", \"error_log\", \"log_order\", \"file\"");
   }
   if (n.Has("file")) return ReadFileExpectation(n);
   auto& fields = e.host.fields;
-  if (auto m = n.Get("message")) {
-    n.OnlyKeys({"message", "kind", "title", "buttons", "icon", "answer", "ticked", "present",
-                "count", "note"});
+  if (message) {
+    n.OnlyKeys({"message", "dialog", "kind", "title", "buttons", "icon", "answer", "ticked",
+                "present", "count", "note"});
     e.kind = ExpectKind::kMessage;
-    fields["text"] = MessageText(*m);
+    if (auto m = n.Get("message")) fields["text"] = MessageText(*m);
+    if (auto d = n.Get("dialog")) {
+      // Only optional messages carry a dialog number.
+      if (auto k = n.Get("kind"); k && k->AsString() != "optional") {
+        k->Fail("only an optional message has a dialog number");
+      }
+      fields["dialog"] = std::to_string(d->AsInt(1, 0x7FFFFFFF));
+      fields["kind"] = "optional";
+    }
     Choice(n, "kind", {"box", "optional", "form"}, fields);
     if (auto t = n.Get("title")) fields["title"] = t->AsString();
     Choice(n, "buttons",
@@ -98,7 +108,20 @@ ExpectSpec ReadHostExpectation(const JsonNode& n) {
   } else if (auto list = n.Get("messages")) {
     n.OnlyKeys({"messages", "note"});
     e.kind = ExpectKind::kMessages;
-    for (const JsonNode& t : list->Elements()) e.host.texts.push_back(MessageText(t));
+    // Each showing is its text, or {"message": text, "dialog": n} with either or both.
+    for (const JsonNode& t : list->Elements()) {
+      if (!t.IsObject()) {
+        e.host.texts.push_back(MessageText(t));
+        e.host.dialogs.push_back(0);
+        continue;
+      }
+      t.OnlyKeys({"message", "dialog"});
+      if (!t.Has("message") && !t.Has("dialog")) t.Fail("expected \"message\", \"dialog\" or both");
+      auto m = t.Get("message");
+      e.host.texts.push_back(m ? MessageText(*m) : std::string());
+      auto d = t.Get("dialog");
+      e.host.dialogs.push_back(d ? static_cast<int32_t>(d->AsInt(1, 0x7FFFFFFF)) : 0);
+    }
   } else if (auto r = n.Get("error_record")) {
     n.OnlyKeys({"error_record", "present", "count", "note"});
     e.kind = ExpectKind::kErrorRecord;

@@ -66,10 +66,17 @@ ExpectationOutcome CheckHostExpectation(const ExpectSpec& e, const RunResult& re
     }
     case ExpectKind::kMessages: {
       std::string shown;
-      for (const ShownMessage& m : r.messages) shown += "\n    " + m.kind + ": " + m.text;
+      for (const ShownMessage& m : r.messages) {
+        shown += "\n    " + m.kind +
+                 (m.kind == "optional" ? " (dialog " + std::to_string(m.dialog) + ")" : "") + ": " +
+                 m.text;
+      }
       o.met = r.messages.size() == e.host.texts.size();
       for (size_t i = 0; o.met && i < e.host.texts.size(); ++i) {
-        o.met = Contains(r.messages[i].text, e.host.texts[i]);
+        const int32_t dialog = i < e.host.dialogs.size() ? e.host.dialogs[i] : 0;
+        o.met =
+            Contains(r.messages[i].text, e.host.texts[i]) &&
+            (dialog == 0 || (r.messages[i].kind == "optional" && r.messages[i].dialog == dialog));
       }
       o.detail = std::to_string(r.messages.size()) + " message(s) shown, expected " +
                  std::to_string(e.host.texts.size()) + " in the order given" +

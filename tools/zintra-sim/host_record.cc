@@ -46,7 +46,8 @@ HostRecord RecordHost(const sim::SimOutlook& o) {
   }
   for (const sim::ShownOptionalMsgBox& b : o.dialogs.OptionalShown()) {
     r.messages.push_back({"optional", b.content.lblMsg, b.content.caption, "ok", "",
-                          b.hidden_by_ok ? "ok" : "close", b.final_chkDontShow == 1, b.order});
+                          b.hidden_by_ok ? "ok" : "close", b.final_chkDontShow == 1, b.order,
+                          b.content.dialog});
   }
   for (const sim::ShownMessageForm& f : o.dialogs.MessagesShown()) {
     r.messages.push_back(
@@ -69,6 +70,7 @@ std::string MessageField(const ShownMessage& m, const std::string& field) {
   if (field == "icon") return m.icon;
   if (field == "answer") return m.answer;
   if (field == "ticked") return m.ticked ? "True" : "False";
+  if (field == "dialog") return m.kind == "optional" ? std::to_string(m.dialog) : "";
   return "";
 }
 
@@ -99,7 +101,10 @@ nlohmann::ordered_json MessagesJson(const HostRecord& record) {
     for (const char* f : {"kind", "text", "title", "buttons", "icon", "answer"}) {
       if (!MessageField(m, f).empty()) j[f] = MessageField(m, f);
     }
-    if (m.kind == "optional") j["ticked"] = m.ticked;
+    if (m.kind == "optional") {
+      j["dialog"] = m.dialog;
+      j["ticked"] = m.ticked;
+    }
     out.push_back(j);
   }
   return out;

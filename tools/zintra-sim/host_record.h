@@ -31,6 +31,7 @@ struct ShownMessage {
   std::string answer;   // the button pressed ("ok", "yes", ...), "close" for the close box
   bool ticked = false;  // optional: the check box as the user left it
   int64_t order = 0;
+  int32_t dialog = 0;   // optional: the dialog number the add-in showed it under
 };
 
 struct HostRecord {

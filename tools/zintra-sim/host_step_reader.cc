@@ -2,83 +2,17 @@
 // the scenario reader needs nothing of the simulated host (its fuzz target links it alone).
 #include "tools/zintra-sim/host_steps.h"
 
-#include <cctype>
 #include <climits>
 #include <cstdlib>
 #include <stdexcept>
 
 #include "src/core/text.h"
 #include "src/host/msg_box.h"
+#include "tools/zintra-sim/fault_members.h"
 
 namespace zintra::simtool {
 
 namespace {
-
-// The classes whose members the simulated Outlook and MAPI library let fail.
-constexpr const char* kOutlookClasses[] = {"AddressEntry",
-                                           "AddressList",
-                                           "AddressLists",
-                                           "Application",
-                                           "Attachment",
-                                           "Attachments",
-                                           "CommandBar",
-                                           "CommandBarControl",
-                                           "CommandBarControls",
-                                           "CommandBars",
-                                           "Explorer",
-                                           "Explorers",
-                                           "Folder",
-                                           "Folders",
-                                           "Inspector",
-                                           "Inspectors",
-                                           "Item",
-                                           "Items",
-                                           "Link",
-                                           "Links",
-                                           "MapiTable",
-                                           "MapiUtils",
-                                           "Namespace",
-                                           "ObjectFactory",
-                                           "RdoFolder",
-                                           "RdoMessage",
-                                           "RdoSession",
-                                           "Recipient",
-                                           "Recipients",
-                                           "SafeInspector",
-                                           "SafeItem",
-                                           "Selection",
-                                           "UserProperties",
-                                           "UserProperty"};
-constexpr const char* kRegistryMembers[] = {"OpenKey",      "CreateKey", "QueryValue", "SetValue",
-                                            "DeleteValue",  "DeleteKey", "EnumKey",    "EnumValue",
-                                            "QueryInfoKey", "CloseKey"};
-constexpr const char* kFileMembers[] = {"Append", "MakeFolder", "ReadAll", "Remove", "WriteAll"};
-
-template <size_t N>
-bool OneOf(const std::string& s, const char* const (&names)[N]) {
-  for (const char* name : names) {
-    if (s == name) return true;
-  }
-  return false;
-}
-
-bool IsIdentifier(const std::string& s) {
-  if (s.empty() || !std::isupper(static_cast<unsigned char>(s[0]))) return false;
-  for (char c : s) {
-    if (!std::isalnum(static_cast<unsigned char>(c))) return false;
-  }
-  return true;
-}
-
-// A member is "Class.Member" or "Class.*" of a simulated class, "Registry.X" or "Files.X".
-bool KnownMember(const std::string& member) {
-  size_t dot = member.find('.');
-  if (dot == std::string::npos) return false;
-  std::string cls = member.substr(0, dot), name = member.substr(dot + 1);
-  if (cls == "Registry") return OneOf(name, kRegistryMembers);
-  if (cls == "Files") return OneOf(name, kFileMembers);
-  return OneOf(cls, kOutlookClasses) && (name == "*" || IsIdentifier(name));
-}
 
 // An error number: decimal (negative for HRESULTs) or "0x8004010F".
 int32_t ReadErrorNumber(const JsonNode& n) {
@@ -102,11 +36,7 @@ void ReadFault(const JsonNode& n, FaultSpec& f) {
   n.OnlyKeys({"do", "at", "note", "member", "error", "text", "call", "after", "target", "folder"});
   JsonNode member = n.Need("member");
   f.member = member.AsString();
-  if (!KnownMember(f.member)) {
-    member.Fail(
-        "expected a member of the simulated host: \"Item.Save\", \"Folder.*\", "
-        "\"MapiTable.GetRows\", \"Registry.QueryValue\", \"Files.ReadAll\", ...");
-  }
+  if (!IsFaultMember(f.member)) member.Fail(FaultMemberChoices(f.member));
   f.error = ReadErrorNumber(n.Need("error"));
   f.text = n.String("text");
   if (n.Has("call") && n.Has("after")) n.Fail("give \"call\" or \"after\", not both");
@@ -119,9 +49,7 @@ void ReadFault(const JsonNode& n, FaultSpec& f) {
   }
   f.target = n.String("target");
   f.folder = n.String("folder");
-  const bool outlook =
-      !text::StartsWith(f.member, "Registry.") && !text::StartsWith(f.member, "Files.");
-  if (!outlook && (n.Has("target") || n.Has("folder"))) {
+  if (IsRegistryOrFileMember(f.member) && (n.Has("target") || n.Has("folder"))) {
     n.Fail("only members of Outlook and the MAPI library fail for one item or folder");
   }
   if (n.Has("target") && n.Has("folder")) n.Fail("give \"target\" or \"folder\", not both");

@@ -8,20 +8,25 @@
 #include "sim/outlook/sim_item.h"
 #include "src/core/text.h"
 #include "src/host/msg_box.h"
+#include "tools/zintra-sim/fault_members.h"
+#include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/world.h"
 
 namespace zintra::simtool {
 
 namespace {
 
-std::runtime_error RunError(const StepSpec& step, const std::string& what) {
-  return std::runtime_error("line " + std::to_string(step.source_line) + ": " + what);
+// What only playing shows (an item or folder gone by then) is bad input like the rest:
+// the run stops naming the step, and nothing is written.
+InputError RunError(const World& w, const StepSpec& step, const std::string& field,
+                    const std::string& what) {
+  return InputError(w.scenario().source, step.source_line, step.pointer + field, what);
 }
 
 void PlayFault(World& w, const StepSpec& step) {
   const FaultSpec& f = step.fault;
   std::string name = f.member.substr(f.member.find('.') + 1);
-  if (text::StartsWith(f.member, "Registry.") || text::StartsWith(f.member, "Files.")) {
+  if (IsRegistryOrFileMember(f.member)) {
     // Both count their own calls: skip that many, then fail once or from then on.
     int skip = f.mode == "call" ? static_cast<int>(f.n - 1) : static_cast<int>(f.n);
     int times = f.mode == "call" ? 1 : -1;
@@ -35,10 +40,14 @@ void PlayFault(World& w, const StepSpec& step) {
   const void* object = nullptr;
   if (!f.target.empty()) {
     object = w.loader().FindItem(f.target).get();
-    if (!object) throw RunError(step, "the item \"" + f.target + "\" is no longer in the profile");
+    if (!object)
+      throw RunError(w, step, "/target",
+                     "the item \"" + Excerpt(f.target) + "\" is no longer in the profile");
   } else if (!f.folder.empty()) {
     object = w.loader().FindFolder(f.folder).get();
-    if (!object) throw RunError(step, "no folder \"" + f.folder + "\" in the profile");
+    if (!object) {
+      throw RunError(w, step, "/folder", "no folder \"" + Excerpt(f.folder) + "\" in the profile");
+    }
   }
   using Mode = sim::FaultInjector::Mode;
   Mode mode = f.mode == "call"    ? Mode::kOnCall
@@ -61,7 +70,10 @@ void PlayHostStep(World& w, const StepSpec& step) {
       break;
     case StepKind::kRemoveFolder: {
       auto folder = w.loader().FindFolder(step.fault.folder);
-      if (!folder) throw RunError(step, "no folder \"" + step.fault.folder + "\" in the profile");
+      if (!folder) {
+        throw RunError(w, step, "/folder",
+                       "no folder \"" + Excerpt(step.fault.folder) + "\" in the profile");
+      }
       w.profile().DeleteFolder(folder);
       break;
     }
@@ -78,15 +90,18 @@ void PlayHostStep(World& w, const StepSpec& step) {
     case StepKind::kWindowMessage: {
       // The message goes to the window showing the item, as Windows would post it.
       auto record = w.loader().FindItem(step.target);
-      if (!record)
-        throw RunError(step, "the item \"" + step.target + "\" is no longer in the profile");
+      if (!record) {
+        throw RunError(w, step, "/target",
+                       "the item \"" + Excerpt(step.target) + "\" is no longer in the profile");
+      }
       for (const auto& insp : w.outlook().app().OpenInspectors()) {
         if (sim::RecordOf(insp->CurrentItem()) == record) {
           w.outlook().app().WindowMessage.Raise(insp->Hwnd(), step.message, step.wparam);
           return;
         }
       }
-      throw RunError(step, "no window shows the item \"" + step.target + "\"");
+      throw RunError(w, step, "/target",
+                     "no window shows the item \"" + Excerpt(step.target) + "\"");
     }
     default:
       break;

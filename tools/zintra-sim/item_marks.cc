@@ -31,25 +31,45 @@ std::string Count(const sim::MessageRecord& m, const char* name) {
   return list ? std::to_string(list->size()) : "";
 }
 
-// The folders of the copies the two lists name, element for element.
-std::string CopyFolders(const sim::MessageRecord& m, const char* entries, const char* stores,
-                        const ProfileLoader& loader) {
+// What each element of the two lists names, element for element: `show` describes the
+// copy found, "?" stands for one that is gone.
+template <typename Show>
+std::string EachCopy(const sim::MessageRecord& m, const char* entries, const char* stores,
+                     const ProfileLoader& loader, Show show) {
   auto ids = List(m, entries);
   if (!ids) return "";
   auto store_ids = List(m, stores).value_or(std::vector<std::string>());
   std::string out;
   for (size_t i = 0; i < ids->size(); ++i) {
-    std::string where = "?";
+    std::string what = "?";
     try {
       auto copy = loader.profile().FindMessage((*ids)[i], i < store_ids.size() ? store_ids[i] : "");
       auto folder = copy && !copy->deleted ? copy->folder.lock() : nullptr;
-      if (folder) where = ProfileLoader::PathOf(*folder);
+      if (folder) what = show(*copy, *folder);
     } catch (const ZError&) {
       // A copy that is gone reads "?".
     }
-    out += (out.empty() ? "" : "; ") + where;
+    out += (out.empty() ? "" : "; ") + what;
   }
   return out;
+}
+
+std::string CopyFolders(const sim::MessageRecord& m, const char* entries, const char* stores,
+                        const ProfileLoader& loader) {
+  return EachCopy(m, entries, stores, loader,
+                  [](const sim::MessageRecord&, const sim::FolderRecord& folder) {
+                    return ProfileLoader::PathOf(folder);
+                  });
+}
+
+// The scenario's ids of the items the lists name; "-" for a copy the add-in made.
+std::string CopyIds(const sim::MessageRecord& m, const char* entries, const char* stores,
+                    const ProfileLoader& loader) {
+  return EachCopy(m, entries, stores, loader,
+                  [&](const sim::MessageRecord& copy, const sim::FolderRecord&) {
+                    std::string id = loader.IdOf(copy);
+                    return id.empty() ? std::string("-") : id;
+                  });
 }
 
 std::string Attachments(const sim::MessageRecord& m) {
@@ -80,6 +100,10 @@ std::optional<std::string> MarkText(const sim::MessageRecord& m, const std::stri
   }
   if (f == "shared_copy_folders") {
     return CopyFolders(m, kPropSharedCopyEntryIds, kPropSharedCopyStoreIds, loader);
+  }
+  if (f == "logged_copy_ids") return CopyIds(m, kPropLoggedEntryIds, kPropLoggedStoreIds, loader);
+  if (f == "shared_copy_ids") {
+    return CopyIds(m, kPropSharedCopyEntryIds, kPropSharedCopyStoreIds, loader);
   }
   if (f == "logged_entry_ids") return Count(m, kPropLoggedEntryIds);
   if (f == "logged_store_ids") return Count(m, kPropLoggedStoreIds);

@@ -4,6 +4,9 @@
 //   logged_copy_folders, shared_copy_folders
 //                               the folders of the copies the entry-ID lists name, in list
 //                               order, joined with "; " ("?" for a copy that is gone)
+//   logged_copy_ids, shared_copy_ids
+//                               the same as the scenario's item ids ("-" for a copy the
+//                               add-in made)
 //   logged_entry_ids, logged_store_ids, shared_entry_ids, shared_store_ids
 //                               how many identifiers each list holds ("" when absent)
 //   journal_type                a journal entry's Type ("Phone Call", "E-mail Message")

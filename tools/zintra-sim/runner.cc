@@ -23,8 +23,8 @@
 #include "tools/zintra-sim/host_steps.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/item_marks.h"
-#include "tools/zintra-sim/job_moment.h"
 #include "tools/zintra-sim/item_view.h"
+#include "tools/zintra-sim/job_moment.h"
 #include "tools/zintra-sim/profile_loader.h"
 #include "tools/zintra-sim/progress.h"
 #include "tools/zintra-sim/results_writer.h"
@@ -106,7 +106,7 @@ class TimelinePlayer {
       }
       case StepKind::kSettings:
         try {
-          w_.ReplaceSettings(step.registry, step.multi_user);
+          w_.ReplaceSettings(step.registry, step.multi_user, step.reset_messages);
         } catch (const ZError& e) {
           // The options page keeps a 16-bit setting in range; a file can hold anything.
           if (e.Number() != kErrOverflow) throw;
@@ -195,6 +195,11 @@ class TimelinePlayer {
         Fail(step, "/folder", "no folder \"" + Excerpt(step.folder) + "\" in the profile");
     } else {
       folder = p.DefaultFolder(step.kind == StepKind::kSend ? kOlFolderSentMail : kOlFolderInbox);
+      if (!folder) {
+        Fail(step, "/do",
+             std::string("the ") + (step.kind == StepKind::kSend ? "Sent Items" : "Inbox") +
+                 " folder was removed: name the \"folder\" the item goes to");
+      }
     }
     if (!item.class_given) item.item_class = ItemClassForFolderType(folder->default_item_type);
     if (item.item_class != ItemClass::kContact && !item.emails.empty()) {
@@ -249,13 +254,24 @@ class TimelinePlayer {
   std::vector<ExpectationOutcome> checks_;
 };
 
-// Every folder a step stores into exists once the profile is built; checked before the
-// timeline plays, so such a scenario stops before anything happens.
+// Every folder a step names (to store into, to fail in or to remove) exists once the
+// profile is built; checked before the timeline plays, so such a scenario stops before
+// anything happens.
 void CheckStepFolders(const Scenario& scenario, ProfileLoader& loader) {
   for (const StepSpec& step : scenario.timeline) {
-    if (!step.folder.empty() && !loader.FindFolder(step.folder)) {
+    const bool host = step.kind == StepKind::kFail || step.kind == StepKind::kRemoveFolder;
+    const std::string& folder = host ? step.fault.folder : step.folder;
+    if (folder.empty()) continue;
+    auto found = loader.FindFolder(folder);
+    if (!found) {
       throw InputError(scenario.source, step.source_line, step.pointer + "/folder",
-                       "no folder \"" + Excerpt(step.folder) + "\" in the profile");
+                       "no folder \"" + Excerpt(folder) + "\" in the profile");
+    }
+    if (step.kind == StepKind::kRemoveFolder && !found->parent.lock()) {
+      throw InputError(scenario.source, step.source_line, step.pointer + "/folder",
+                       "\"" + Excerpt(folder) +
+                           "\" is the top of a store, which cannot be removed; remove the "
+                           "folders below it");
     }
   }
 }

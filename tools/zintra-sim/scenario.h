@@ -27,7 +27,7 @@ struct PersonSpec {
 struct AttachmentSpec {
   std::string name;
   std::string content_type;
-  int64_t size = 0;  // bytes of the decoded content
+  int64_t size = 0;   // bytes of the decoded content
   bool link = false;  // attached by reference (a link to the file), not by value
   bool operator==(const AttachmentSpec&) const = default;
 };
@@ -68,7 +68,7 @@ struct ItemSpec {
   // User properties set as a user or another program would ("Zintra Logged": false).
   std::map<std::string, std::string> properties;
   std::optional<PresetMarks> marks;  // the add-in's marks and kind fields it starts with
-  int source_line = 0;  // where it was declared (0 when made in code)
+  int source_line = 0;               // where it was declared (0 when made in code)
 };
 
 struct FolderSpec {
@@ -149,6 +149,7 @@ struct HostExpectSpec {
   std::map<std::string, std::string> fields;
   std::vector<std::string> texts;  // kMessages: every showing's text, in order; kLogOrder:
                                    // texts of log lines that follow one another
+  std::vector<int32_t> dialogs;    // kMessages: each showing's dialog number (0: any showing)
 };
 
 // One check made after the timeline. Matching an item: every given field must equal.
@@ -182,11 +183,11 @@ enum class StepKind {
   kLoadAddin,
   kUnloadAddin,
   kQuit,
-  kFail,          // fault: a member of the simulated host fails from here on
-  kHeal,          // every fault set so far is lifted
-  kRemoveFolder,  // folder: the folder vanishes (deleted by another client)
-  kAnswer,        // answers: how the user answers the next message boxes
-  kCheck,         // expect: expectations checked at this point of the timeline
+  kFail,           // fault: a member of the simulated host fails from here on
+  kHeal,           // every fault set so far is lifted
+  kRemoveFolder,   // folder: the folder vanishes (deleted by another client)
+  kAnswer,         // answers: how the user answers the next message boxes
+  kCheck,          // expect: expectations checked at this point of the timeline
   kWindowMessage,  // target, message, wparam: the item's window gets a window message
 };
 
@@ -229,6 +230,9 @@ struct StepSpec {
   RegistrySpec registry;
   // kSettings: the options page's "for all users" choice, when the step makes it.
   std::optional<bool> multi_user;
+  // kSettings: the page's choice to show every optional message again (the user's "Do not
+  // show this message again" flags are cleared).
+  bool reset_messages = false;
   // kClick: the button ("phone-call", "email", "file-link", "note", "appointment",
   // "letter"), the items selected, and the window clicked in ("explorer": one on the
   // first selected item's folder; "inspector": the item window of the one selected item).
@@ -244,10 +248,10 @@ struct StepSpec {
   std::string then;
   std::vector<std::string> link_items;
   std::string letter;
-  FaultSpec fault;     // kFail, kRemoveFolder
-  AnswerSpec answers;  // kAnswer
+  FaultSpec fault;                  // kFail, kRemoveFolder
+  AnswerSpec answers;               // kAnswer
   int32_t message = 0, wparam = 0;  // kWindowMessage
-  std::vector<ExpectSpec> checks;  // kCheck
+  std::vector<ExpectSpec> checks;   // kCheck
   // Played while a job is in an activation and pumps messages ("during": "job"), the
   // job's description starting with `during_job` ("" any job).
   bool during = false;

@@ -111,10 +111,10 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
     if (step.checks.empty()) checks.Fail("expected one or more expectations");
     return step;
   }
-  n.OnlyKeys({"do",   "at",   "windows",    "addin",  "folder",     "item", "target",
-              "set",  "for",  "registry",   "button", "selection",  "in",   "confirm",
-              "fill", "then", "link_items", "letter", "multi_user", "note", "hard",
-              "during", "job"});
+  n.OnlyKeys({"do",         "at",      "windows", "addin",          "folder",     "item",
+              "target",     "set",     "for",     "registry",       "button",     "selection",
+              "in",         "confirm", "fill",    "then",           "link_items", "letter",
+              "multi_user", "note",    "hard",    "reset_messages", "during",     "job"});
   if (auto d = n.Get("during")) {
     if (d->AsString() != "job") d->Fail("expected \"job\": the step plays while a job is active");
     if (step.kind == StepKind::kWait || step.kind == StepKind::kStart) {
@@ -170,8 +170,9 @@ StepSpec ReadStep(const JsonNode& n, const std::string& base_dir) {
     case StepKind::kSettings:
       if (n.Has("registry")) step.registry = ReadRegistry(need("registry"), base_dir);
       if (auto m = n.Get("multi_user")) step.multi_user = m->AsBool();
-      if (!n.Has("registry") && !step.multi_user) {
-        n.Fail("\"settings\" needs \"registry\" values or \"multi_user\"");
+      step.reset_messages = n.Bool("reset_messages", false);
+      if (!n.Has("registry") && !step.multi_user && !step.reset_messages) {
+        n.Fail("\"settings\" needs \"registry\" values, \"multi_user\" or \"reset_messages\"");
       }
       break;
     case StepKind::kClick:

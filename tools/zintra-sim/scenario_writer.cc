@@ -1,6 +1,7 @@
 #include "tools/zintra-sim/scenario_writer.h"
 
-#include "tools/zintra-sim/input_error.h"
+#include "src/host/msg_box.h"
+#include "tools/zintra-sim/item_marks.h"
 
 namespace zintra::simtool {
 
@@ -43,12 +44,150 @@ ordered_json FolderJson(const FolderSpec& f) {
   return j;
 }
 
+ordered_json MarksJson(const PresetMarks& m) {
+  ordered_json j = ordered_json::object();
+  if (m.last_audited) j["Zintra Last Audited"] = FormatIsoTime(*m.last_audited);
+  if (!m.logged_copies.empty()) j["logged_copies"] = m.logged_copies;
+  if (!m.shared_copies.empty()) j["shared_copies"] = m.shared_copies;
+  if (!m.store_ids) j["store_ids"] = false;
+  if (m.journal_type) j["journal_type"] = *m.journal_type;
+  if (m.owner) j["owner"] = *m.owner;
+  if (m.ownership) j["ownership"] = kOwnership[*m.ownership];
+  return j;
+}
+
+const char* MsgBoxAnswerName(int32_t answer) {
+  switch (answer) {
+    case kMsgBoxResultOK:
+      return "ok";
+    case kMsgBoxResultCancel:
+      return "cancel";
+    case kMsgBoxResultAbort:
+      return "abort";
+    case kMsgBoxResultRetry:
+      return "retry";
+    case kMsgBoxResultIgnore:
+      return "ignore";
+    case kMsgBoxResultYes:
+      return "yes";
+    default:
+      return "no";
+  }
+}
+
+// The fields of an expectation on what the user was shown or on the error log.
+void HostExpectJson(const ExpectSpec& e, ordered_json& j) {
+  const auto& f = e.host.fields;
+  switch (e.kind) {
+    case ExpectKind::kMessage:
+      if (f.count("text")) j["message"] = f.at("text");
+      for (const auto& [key, value] : f) {
+        if (key == "ticked") {
+          j[key] = value == "True";
+        } else if (key == "dialog") {
+          j[key] = std::stoi(value);
+        } else if (key != "text") {
+          j[key] = value;
+        }
+      }
+      break;
+    case ExpectKind::kMessages:
+      j["messages"] = ordered_json::array();
+      for (size_t i = 0; i < e.host.texts.size(); ++i) {
+        const int32_t dialog = i < e.host.dialogs.size() ? e.host.dialogs[i] : 0;
+        if (dialog == 0) {
+          j["messages"].push_back(e.host.texts[i]);
+          continue;
+        }
+        ordered_json m;
+        if (!e.host.texts[i].empty()) m["message"] = e.host.texts[i];
+        m["dialog"] = dialog;
+        j["messages"].push_back(m);
+      }
+      return;
+    case ExpectKind::kErrorRecord:
+      j["error_record"] = f;
+      break;
+    case ExpectKind::kErrorLog:
+      j["error_log"] = f.at("path");
+      return;
+    case ExpectKind::kLogOrder:
+      j["log_order"] = e.host.texts;
+      return;
+    case ExpectKind::kFile:
+      j["file"] = f.at("path");
+      if (f.count("content")) j["content"] = f.at("content");
+      if (f.count("contains")) j["contains"] = f.at("contains");
+      if (f.count("exists")) j["exists"] = f.at("exists") == "True";
+      if (f.count("contains") && !e.present) j["present"] = false;
+      return;
+    default:
+      return;
+  }
+  if (!e.present) j["present"] = false;
+  if (e.count) j["count"] = *e.count;
+}
+
 }  // namespace
+
+ordered_json ExpectJson(const ExpectSpec& e) {
+  ordered_json j;
+  switch (e.kind) {
+    case ExpectKind::kFolder:
+      j["folder"] = e.folder;
+      if (!e.match.empty()) j["match"] = e.match;
+      if (e.count) j["count"] = *e.count;
+      break;
+    case ExpectKind::kItem:
+      j["item"] = e.target;
+      j["match"] = e.match;
+      if (e.count) j["count"] = *e.count;
+      break;
+    case ExpectKind::kLog:
+      j["log"] = e.log_text;
+      if (!e.present) j["present"] = false;
+      if (e.count) j["count"] = *e.count;
+      break;
+    case ExpectKind::kCount:
+      j["total"] = e.what;
+      j["equals"] = e.count.value_or(0);
+      break;
+    case ExpectKind::kRegistry:
+      j["registry"] = e.reg_key;
+      j["name"] = e.reg_name;
+      j["value"] = e.reg_value;
+      break;
+    default:
+      HostExpectJson(e, j);
+      break;
+  }
+  return j;
+}
+
+ordered_json FilesJson(const std::vector<FileSpec>& files) {
+  ordered_json a = ordered_json::array();
+  for (const FileSpec& f : files) {
+    ordered_json j;
+    if (f.folder) {
+      j["folder"] = f.path;
+    } else {
+      j["path"] = f.path;
+      j["text"] = f.text;
+      if (f.read_only) j["read_only"] = true;
+      if (f.unopenable) j["unopenable"] = true;
+    }
+    a.push_back(j);
+  }
+  return a;
+}
 
 ordered_json ItemJson(const ItemSpec& item) {
   ordered_json j;
   if (!item.id.empty()) j["id"] = item.id;
-  j["class"] = ItemClassName(item.item_class);
+  // An item given without a class takes its folder's kind, mail being the default.
+  if (item.class_given || item.item_class != ItemClass::kMail) {
+    j["class"] = ItemClassName(item.item_class);
+  }
   if (!item.message_class.empty()) j["message_class"] = item.message_class;
   if (!item.subject.empty()) j["subject"] = item.subject;
   if (!item.full_name.empty() && item.full_name != item.subject) j["full_name"] = item.full_name;
@@ -68,11 +207,16 @@ ordered_json ItemJson(const ItemSpec& item) {
       ordered_json aj;
       aj["name"] = a.name;
       if (!a.content_type.empty()) aj["content_type"] = a.content_type;
-      aj["size"] = a.size;
+      if (a.link) {
+        aj["link"] = true;
+      } else {
+        aj["size"] = a.size;
+      }
       j["attachments"].push_back(aj);
     }
   }
   if (!item.properties.empty()) j["properties"] = item.properties;
+  if (item.marks) j["marks"] = MarksJson(*item.marks);
   if (!item.body.empty()) j["body"] = item.body;
   return j;
 }
@@ -135,6 +279,9 @@ ordered_json StepJson(const StepSpec& step) {
       j["set"] = step.changes;
       break;
     case StepKind::kDelete:
+      j["target"] = step.target;
+      if (step.hard) j["hard"] = true;
+      break;
     case StepKind::kOpenInspector:
     case StepKind::kCloseInspector:
       j["target"] = step.target;
@@ -149,6 +296,7 @@ ordered_json StepJson(const StepSpec& step) {
         j["registry"] = RegistryJson(step.registry);
       }
       if (step.multi_user) j["multi_user"] = *step.multi_user;
+      if (step.reset_messages) j["reset_messages"] = true;
       break;
     case StepKind::kClick:
       j["button"] = step.button;
@@ -163,17 +311,41 @@ ordered_json StepJson(const StepSpec& step) {
     case StepKind::kLoadAddin:
     case StepKind::kUnloadAddin:
     case StepKind::kQuit:
-      break;
-    // Host faults, answers, checks and window messages are written by hand in test
-    // scenarios; the importer and the demo, whose scenarios this writes, make none.
-    case StepKind::kFail:
     case StepKind::kHeal:
+      break;
+    case StepKind::kFail: {
+      const FaultSpec& f = step.fault;
+      j["member"] = f.member;
+      j["error"] = f.error;
+      if (!f.text.empty()) j["text"] = f.text;
+      if (f.mode != "always") j[f.mode] = f.n;
+      if (!f.target.empty()) j["target"] = f.target;
+      if (!f.folder.empty()) j["folder"] = f.folder;
+      break;
+    }
     case StepKind::kRemoveFolder:
+      j["folder"] = step.fault.folder;
+      break;
     case StepKind::kAnswer:
+      if (!step.answers.message_box.empty()) {
+        j["message_box"] = ordered_json::array();
+        for (int32_t a : step.answers.message_box) j["message_box"].push_back(MsgBoxAnswerName(a));
+      }
+      if (!step.answers.optional.empty()) j["optional"] = step.answers.optional;
+      break;
     case StepKind::kCheck:
+      j["expect"] = ordered_json::array();
+      for (const ExpectSpec& e : step.checks) j["expect"].push_back(ExpectJson(e));
+      break;
     case StepKind::kWindowMessage:
-      throw InputError("", 0, "timeline",
-                       std::string("a '") + StepName(step.kind) + "' step cannot be written back");
+      j["target"] = step.target;
+      j["message"] = step.message;
+      if (step.wparam != 0) j["wparam"] = step.wparam;
+      break;
+  }
+  if (step.during) {
+    j["during"] = "job";
+    if (!step.during_job.empty()) j["job"] = step.during_job;
   }
   return j;
 }
@@ -212,6 +384,7 @@ ordered_json ScenarioJson(const Scenario& s) {
   if (!s.registry.values.empty() || !s.registry.reg_files.empty()) {
     j["registry"] = RegistryJson(s.registry);
   }
+  if (!s.files.empty()) j["files"] = FilesJson(s.files);
   if (!s.timeline.empty()) {
     j["timeline"] = ordered_json::array();
     const std::vector<StepSpec>& t = s.timeline;
@@ -225,6 +398,10 @@ ordered_json ScenarioJson(const Scenario& s) {
         j["timeline"].push_back(StepJson(t[i]));
       }
     }
+  }
+  if (!s.expect.empty()) {
+    j["expect"] = ordered_json::array();
+    for (const ExpectSpec& e : s.expect) j["expect"].push_back(ExpectJson(e));
   }
   return j;
 }

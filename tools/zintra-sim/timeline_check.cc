@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "src/core/text.h"
 #include "tools/zintra-sim/input_error.h"
 
 namespace zintra::simtool {
@@ -41,6 +42,7 @@ class Checker {
     for (const StepSpec& step : s_.timeline) {
       Outlook(step);
       Items(step);
+      Folders(step);
       if (step.kind == StepKind::kWait) {
         now = step.until != 0 ? std::max(now, step.until) : now + step.seconds / 86400.0;
         if (now - start > kMaxTimelineDays) {
@@ -108,9 +110,34 @@ class Checker {
     }
   }
 
+  // A folder named after the step that removed it (or a folder above it). Paths are
+  // compared as written, without regard to case; whether a path names a folder at all is
+  // known once the profile is built.
+  void Folders(const StepSpec& step) {
+    const bool host = step.kind == StepKind::kFail || step.kind == StepKind::kRemoveFolder;
+    std::string folder = host ? step.fault.folder : step.folder;
+    const char* field = "/folder";
+    if (folder.empty() && (step.kind == StepKind::kDeliver || step.kind == StepKind::kSend)) {
+      // Mail arrives in the Inbox and is sent to Sent Items unless a folder is named.
+      folder = step.kind == StepKind::kDeliver ? "Inbox" : "Sent Items";
+      field = "/do";
+    }
+    if (folder.empty()) return;
+    const std::string path = text::LCase(folder);
+    for (const auto& [removed, line] : removed_at_) {
+      if (path == removed || text::StartsWith(path, removed + "/")) {
+        Fail(step, field,
+             "the folder \"" + Excerpt(folder) +
+                 "\" is no longer in the profile: it was removed at line " + std::to_string(line));
+      }
+    }
+    if (step.kind == StepKind::kRemoveFolder) removed_at_[path] = step.source_line;
+  }
+
   const Scenario& s_;
-  std::set<std::string> present_;  // ids of items in the profile at this step
-  std::set<std::string> later_;    // ids of items that timeline steps bring
+  std::map<std::string, int> removed_at_;  // lower-case path -> line of its remove-folder
+  std::set<std::string> present_;          // ids of items in the profile at this step
+  std::set<std::string> later_;            // ids of items that timeline steps bring
   std::map<std::string, int> deleted_at_;
   int started_at_ = 0;
 };

@@ -2,10 +2,11 @@
 // a bad scenario stops with the file, line and field and nothing is built or written:
 // a step that needs Outlook running before any "start", a second "start" (a simulated
 // Outlook process starts once), an item named after the step that deleted it or before
-// the step that brings it, and a timeline that runs past the longest virtual time a run
-// may cover (a wait of years would keep the program busy for hours). What only the
-// playing can show (an item the add-in moved away, Outlook quitting when its last
-// window closes) is checked by the runner as it plays.
+// the step that brings it, a folder named after the step that removed it, and a timeline
+// that runs past the longest virtual time a run may cover (a wait of years would keep
+// the program busy for hours). What only the playing can show (an item the add-in moved
+// away, Outlook quitting when its last window closes) is checked by the runner as it
+// plays.
 #pragma once
 
 #include "tools/zintra-sim/scenario.h"

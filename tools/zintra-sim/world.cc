@@ -86,8 +86,14 @@ World::~World() {
 void World::Build() {
   loader_.Load(scenario_.profile, scenario_.outlook_version);
   for (const auto& store : profile_.Stores()) CountItems(*store->root, loaded_items_);
+  // The scenario's registry first shows where the settings live; applied again below,
+  // its own values win over what is written here.
+  ApplyRegistry(outlook_.registry, scenario_.registry);
+  if (outlook_.registry.HasKey(kHKeyLocalMachine, kAddinLoaderKey)) {
+    settings_hive_ = kHKeyLocalMachine;
+  }
   if (!SetsLogLevel(scenario_.registry)) {
-    outlook_.registry.SetDword(kHKeyCurrentUser, kLoggingKey, "LogLevel",
+    outlook_.registry.SetDword(settings_hive_, kLoggingKey, "LogLevel",
                                static_cast<uint32_t>(scenario_.log_level));
   }
   WriteFolderSettings();
@@ -98,7 +104,7 @@ void World::Build() {
   ApplyRegistry(outlook_.registry, scenario_.registry);  // the scenario's own values win
   if (options_.log_level >= 0) {
     // --log-level wins over the scenario for this run.
-    outlook_.registry.SetDword(kHKeyCurrentUser, kLoggingKey, "LogLevel",
+    outlook_.registry.SetDword(settings_hive_, kLoggingKey, "LogLevel",
                                static_cast<uint32_t>(options_.log_level));
   }
   outlook_.objects.Register(kSubclasserProgId, [this] { return subclasser_; });
@@ -133,10 +139,14 @@ std::shared_ptr<ToolbarsAddin> World::Toolbars() {
   return addin && addin->Toolbars() ? addin->Services() : nullptr;
 }
 
-void World::ReplaceSettings(const RegistrySpec& values, std::optional<bool> multi_user) {
+void World::ReplaceSettings(const RegistrySpec& values, std::optional<bool> multi_user,
+                            bool reset_messages) {
   std::shared_ptr<ZintraAddinApp> addin = Addin();
   if (!addin) {
     ApplyRegistry(outlook_.registry, values);  // read at the add-in's next start
+    if (reset_messages) {
+      RegSettings(outlook_.registry, outlook_.files, outlook_.platform).DialogSuppressReset();
+    }
     return;
   }
   // The options page edits a copy of the settings in force and hands it back; here the
@@ -146,6 +156,7 @@ void World::ReplaceSettings(const RegistrySpec& values, std::optional<bool> mult
   ZintraUtils* utils = addin->Utils();
   edited.Read(false, utils && utils->Outlook9(), addin->Outlook12OrHigher());
   if (multi_user) edited.MultiUser = *multi_user;
+  if (reset_messages) edited.DialogSuppressReset();
   addin->SetRegSettings(edited);
 }
 
@@ -177,8 +188,8 @@ void World::WriteIds(const std::string& list, int index, const std::string& path
     store = profile_.StoreIdOf(*f->store);
   }
   std::string base = std::string(kProductKey) + "\\" + list;
-  outlook_.registry.SetString(kHKeyCurrentUser, base + "\\EntryID", std::to_string(index), entry);
-  outlook_.registry.SetString(kHKeyCurrentUser, base + "\\StoreID", std::to_string(index), store);
+  outlook_.registry.SetString(settings_hive_, base + "\\EntryID", std::to_string(index), entry);
+  outlook_.registry.SetString(settings_hive_, base + "\\StoreID", std::to_string(index), store);
 }
 
 void World::WriteFolderSettings() {
@@ -193,22 +204,22 @@ void World::WriteFolderSettings() {
              "shared_calendar");
     WriteIds("Foldersets\\SharedJournal", i, set.shared_journal, set.source_line, "shared_journal");
     WriteIds("Foldersets\\SharedTaskList", i, set.shared_tasks, set.source_line, "shared_tasks");
-    outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Foldersets\\Flags", std::to_string(i),
+    outlook_.registry.SetDword(settings_hive_, product + "\\Foldersets\\Flags", std::to_string(i),
                                static_cast<uint32_t>(set.flags));
   }
   if (i > 0) {
-    outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Foldersets", "Count",
+    outlook_.registry.SetDword(settings_hive_, product + "\\Foldersets", "Count",
                                static_cast<uint32_t>(i));
   }
   i = 0;
   for (const MonitorSpec& m : scenario_.monitored_folders) {
     ++i;
     WriteIds("Monitoring\\Folders", i, m.folder, m.source_line, "folder");
-    outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Monitoring\\Folders\\Flags",
+    outlook_.registry.SetDword(settings_hive_, product + "\\Monitoring\\Folders\\Flags",
                                std::to_string(i), static_cast<uint32_t>(m.flags));
   }
   if (i > 0) {
-    outlook_.registry.SetDword(kHKeyCurrentUser, product + "\\Monitoring\\Folders", "FolderCount",
+    outlook_.registry.SetDword(settings_hive_, product + "\\Monitoring\\Folders", "FolderCount",
                                static_cast<uint32_t>(i));
   }
 }

@@ -61,8 +61,10 @@ class World {
   // The settings step: the values are written and, with the add-in loaded, its
   // settings are replaced as the options page replaces them (re-read, then handed to
   // the add-in, which saves them, re-registers, moves its error log and tells its parts).
-  // `multi_user` is the page's choice to register the add-in for every user.
-  void ReplaceSettings(const RegistrySpec& values, std::optional<bool> multi_user);
+  // `multi_user` is the page's choice to register the add-in for every user;
+  // `reset_messages` its choice to show every optional message again.
+  void ReplaceSettings(const RegistrySpec& values, std::optional<bool> multi_user,
+                       bool reset_messages = false);
 
   // "M text", "W text", "E description", in the order written.
   std::vector<std::string> LogLines() const;
@@ -88,6 +90,9 @@ class World {
   ProfileLoader loader_;
   StringTable strings_;
   size_t loaded_items_ = 0;
+  // Where the add-in keeps its settings: the machine's hive once it is installed for
+  // every user (its loader key in HKEY_LOCAL_MACHINE), else the user's.
+  HKey settings_hive_ = kHKeyCurrentUser;
   ErrorHandling errors_;
   // Windows' subclassing service, for the add-in's hooked item windows.
   std::shared_ptr<sim::SimSubclasser> subclasser_ = std::make_shared<sim::SimSubclasser>();

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "src/core/z_error.h"
+#include "src/settings/mod_registry.h"
 #include "win32/addin/dispatch_table.h"
 #include "win32/com/bstr.h"
 #include "win32/com/com_error.h"
@@ -167,7 +168,12 @@ HRESULT OptionsPageControl::Apply() {
       if (!problem->empty()) Message(*problem);
       return E_FAIL;
     }
-    if (!edited.HasWriteAccess(kLocationDefault)) {
+    // A product key that does not exist yet is created by the save; one that exists
+    // but may not be written (a machine-wide install for a user without rights), or an
+    // enterprise file that may not be written, would silently keep the old values.
+    const HKey hive = edited.MultiUser ? kHKeyLocalMachine : kHKeyCurrentUser;
+    if ((edited.UsingEnterpriseSettings || modRegistry::KeyExists(registry_, hive, kProductKey)) &&
+        !edited.HasWriteAccess(kLocationDefault)) {
       Message(strings_.Load(kStrNotSaved));
       return E_FAIL;
     }

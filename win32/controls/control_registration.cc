@@ -26,8 +26,6 @@ LONG WriteKeys(HKEY hive, const std::wstring& file_path) {
   RegKey prog_id;
   if (rc == ERROR_SUCCESS) rc = prog_id.Create(hive, class_key + L"\\ProgID", KEY_WRITE);
   if (rc == ERROR_SUCCESS) rc = prog_id.SetString(L"", kOptionsPageProgIdW);
-  RegKey control;
-  if (rc == ERROR_SUCCESS) rc = control.Create(hive, class_key + L"\\Control", KEY_WRITE);
   RegKey by_name;
   if (rc == ERROR_SUCCESS) rc = by_name.Create(hive, prog_key, KEY_WRITE);
   if (rc == ERROR_SUCCESS) rc = by_name.SetString(L"", kName);

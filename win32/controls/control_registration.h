@@ -6,13 +6,14 @@
 //   CLSID\{8126899C-11C0-49FE-BA19-AA4AAB4DAE1B}   (default) "Zintra Options Page"
 //       InprocServer32       (default) the file's path, ThreadingModel "Apartment"
 //       ProgID               (default) "ZintraControls.OutlookPropertiesPage"
-//       Control              (an ActiveX control)
 //   ZintraControls.OutlookPropertiesPage           (default) "Zintra Options Page"
 //       CLSID                (default) the class id
 //
-// A registration that cannot be completed is removed again and answers SELFREG_E_CLASS
-// (E_ACCESSDENIED for a hive that may not be written); removing what is not there
-// succeeds. Nothing throws.
+// Outlook creates the page by ProgID: no "Control" key puts it in other containers'
+// lists of insertable controls. The installer writes the same entries
+// (installer/zintra.wxs). A registration that cannot be completed is removed again and
+// answers SELFREG_E_CLASS (E_ACCESSDENIED for a hive that may not be written); removing
+// what is not there succeeds. Nothing throws.
 #pragma once
 
 #include <string>

@@ -190,6 +190,33 @@ TEST_F(OptionsPageOnDesktop, AConfiguredFolderSetAndEditedValuesAreSavedOnApply)
   EXPECT_EQ(Text(HKEY_CURRENT_USER, sets + "\\Email\\EntryID", "1").value_or(""), "");
 }
 
+TEST_F(OptionsPageOnDesktop, MonitoredFoldersAreSavedWithTheItemTypesTheyLog) {
+  Open();
+  PageContainer& d = *dialog_;
+  d.ShowTab(1);
+  ASSERT_TRUE(d.Choose(d.After("Method:"), "Monitor only these folders..."));
+  ASSERT_TRUE(d.Choose(d.After("Monitored folders:", 2), "\\Inbox"));
+  d.Click(d.After("Monitored folders:", 3));  // its Add
+  d.Select(d.After("Item types logged in this folder:"), {"Mail Items", "Report Items"});
+  d.Click(d.Named("Treat items in the Inbox as outgoing too"));
+  ASSERT_EQ(Apply(), S_OK);
+
+  const std::string monitoring = std::string(kProduct) + "\\Monitoring";
+  EXPECT_EQ(Dword(HKEY_CURRENT_USER, monitoring, "MonitoringMethod"), 3u);
+  EXPECT_EQ(Dword(HKEY_CURRENT_USER, monitoring + "\\Folders", "FolderCount"), 1u);
+  EXPECT_EQ(Text(HKEY_CURRENT_USER, monitoring + "\\Folders\\EntryID", "1"),
+            host_->profile().EntryIdOf(*host_->profile().DefaultFolder(kOlFolderInbox)));
+  EXPECT_EQ(Dword(HKEY_CURRENT_USER, monitoring + "\\Folders\\Flags", "1"), 64u | 2048u);
+  EXPECT_EQ(Dword(HKEY_CURRENT_USER, kProduct, "InboxIsOutgoingToo"), 1u);
+
+  // A monitored folder that logs nothing is refused.
+  d.Select(d.After("Item types logged in this folder:"), {});
+  MessageBoxAnswerer answer(IDOK);
+  EXPECT_EQ(Apply(), E_FAIL);
+  ASSERT_EQ(answer.Texts().size(), 1u);
+  EXPECT_EQ(answer.Texts()[0], "Monitored folder '\\\\Mailbox - Jane Doe\\Inbox' logs no item type.");
+}
+
 TEST_F(OptionsPageOnDesktop, BadInputIsNamedInAMessageAndNothingIsSaved) {
   Open();
   PageContainer& d = *dialog_;

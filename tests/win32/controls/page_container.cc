@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "win32/com/unicode.h"
@@ -202,12 +203,25 @@ std::string PageContainer::TextOf(HWND window) {
   return Narrow(text);
 }
 
-HWND PageContainer::After(const std::string& label) const {
+HWND PageContainer::After(const std::string& label, size_t skip) const {
   std::vector<HWND> children = Children();
-  for (size_t i = 0; i + 1 < children.size(); ++i) {
-    if (TextOf(children[i]) == label) return children[i + 1];
+  for (size_t i = 0; i + 1 + skip < children.size(); ++i) {
+    if (TextOf(children[i]) == label) return children[i + 1 + skip];
   }
   return nullptr;
+}
+
+void PageContainer::Select(HWND list, const std::vector<std::string>& items) const {
+  LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
+  for (LRESULT i = 0; i < count; ++i) {
+    wchar_t text[512] = {};
+    if (SendMessageW(list, LB_GETTEXTLEN, static_cast<WPARAM>(i), 0) >= 511) continue;
+    SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
+    bool wanted = std::find(items.begin(), items.end(), Narrow(text)) != items.end();
+    SendMessageW(list, LB_SETSEL, wanted, i);
+  }
+  SendMessageW(GetParent(list), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), LBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(list));
 }
 
 HWND PageContainer::Named(const std::string& text) const {

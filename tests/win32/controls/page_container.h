@@ -33,13 +33,15 @@ class PageContainer {
 
   // The page's child windows in creation order.
   std::vector<HWND> Children() const;
-  // The control after the label with this text (a combo box or edit box), or the
-  // control with this text (a button); nullptr when there is none.
-  HWND After(const std::string& label) const;
+  // The control after the label with this text (a combo box or edit box; `skip` more
+  // further on), or the control with this text (a button); nullptr when there is none.
+  HWND After(const std::string& label, size_t skip = 0) const;
   HWND Named(const std::string& text) const;
   void Click(HWND button) const;
   // Selects the item whose text ends with `tail`; false when none does.
   bool Choose(HWND combo, const std::string& tail) const;
+  // Selects exactly the items of a multiple-selection list box with these texts.
+  void Select(HWND list, const std::vector<std::string>& items) const;
   void Type(HWND edit, const std::string& text) const;
   void ShowTab(int index) const;
   static std::string TextOf(HWND window);

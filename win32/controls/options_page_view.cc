@@ -62,6 +62,16 @@ void AddString(HWND control, UINT message, const std::string& text, LRESULT data
   if (at >= 0) SendMessageW(control, data_message, static_cast<WPARAM>(at), data);
 }
 
+// The module the page's window procedure lives in: its class is registered for that
+// module, so that it goes with the module rather than outliving it in the process.
+HINSTANCE PageModule() {
+  HMODULE module = nullptr;
+  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                         GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                     reinterpret_cast<LPCWSTR>(reinterpret_cast<void*>(&PageModule)), &module);
+  return module;
+}
+
 }  // namespace
 
 OptionsPageView::OptionsPageView(const StringTable& strings, std::vector<ProfileFolder> folders,
@@ -70,12 +80,14 @@ OptionsPageView::OptionsPageView(const StringTable& strings, std::vector<Profile
 
 OptionsPageView::~OptionsPageView() {
   if (window_) DestroyWindow(window_);
+  // Fails while another page's window still uses the class; the last page removes it.
+  UnregisterClassW(kClassName, PageModule());
 }
 
 bool OptionsPageView::Create(HWND parent, const RECT& position) {
   INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_TAB_CLASSES | ICC_STANDARD_CLASSES};
   InitCommonControlsEx(&controls);
-  HINSTANCE instance = GetModuleHandleW(nullptr);
+  HINSTANCE instance = PageModule();
   WNDCLASSEXW cls{};
   cls.cbSize = sizeof(cls);
   cls.lpfnWndProc = &OptionsPageView::Proc;
@@ -140,7 +152,7 @@ HWND OptionsPageView::Add(int tab, const wchar_t* kind, const std::string& text,
   int id = kFirstId + static_cast<int>(children_.size());
   HWND control = CreateWindowExW(0, kind, Widen(text).c_str(), WS_CHILD | style, x, y, width,
                                  height, window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                                 GetModuleHandleW(nullptr), nullptr);
+                                 PageModule(), nullptr);
   if (font_) SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
   children_.emplace_back(tab, control);
   return control;
@@ -151,7 +163,7 @@ void OptionsPageView::Build() {
   GetClientRect(window_, &client);
   tabs_ = CreateWindowExW(0, WC_TABCONTROLW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, 4, 4,
                           client.right - 8, client.bottom - 8, window_, nullptr,
-                          GetModuleHandleW(nullptr), nullptr);
+                          PageModule(), nullptr);
   if (font_) SendMessageW(tabs_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
   const int32_t tab_labels[kPageTabCount] = {2700, 2701, 2702, 2703};
   for (int i = 0; i < kPageTabCount; ++i) {
@@ -308,9 +320,7 @@ void OptionsPageView::Show(const RegSettings& settings) {
   const bool fixed = settings.UsingEnterpriseSettings;
   for (HWND control : locked_) EnableWindow(control, !fixed);
   EnableWindow(opt_out_, !settings.EnterpriseSettingsPath().empty() && settings.AllowLocalOverride());
-  ShowWindow(policy_note_, fixed && SendMessageW(tabs_, TCM_GETCURSEL, 0, 0) == 3 ? SW_SHOWNA
-                                                                                   : SW_HIDE);
-  if (!fixed) SetWindowTextW(policy_note_, L"");
+  SetWindowTextW(policy_note_, fixed ? Widen(Text(2744)).c_str() : L"");
   filling_ = false;
 }
 

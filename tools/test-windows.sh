@@ -40,12 +40,12 @@ wineserver -k || true
 if command -v xvfb-run >/dev/null; then
   timeout 60 wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null
   timeout 60 wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1024x768 /f >/dev/null
-  wineserver -k || true
+  wineserver -k || true; wineserver -w || true
   while IFS= read -r test; do
     needs_registration "$test" && continue
     echo "== $(basename "$test") (desktop) =="
     if ! timeout 300 xvfb-run -a sh -c \
-        "wine '$test' --gtest_brief=1 --gtest_filter='*OnDesktop*'; rc=\$?; wineserver -k; exit \$rc"; then
+        "wine '$test' --gtest_brief=1 --gtest_filter='*OnDesktop*'; rc=\$?; wineserver -k; wineserver -w; exit \$rc"; then
       echo "FAILED: $test (desktop)"
       failed=1
     fi
@@ -69,6 +69,7 @@ reg_snapshot() {
 }
 addin_dll=$(winepath -w "$build/win32/addin/ZintraAddin.dll")
 controls_ocx=$(winepath -w "$build/win32/controls/ZintraControls.ocx")
+page_picture=$(winepath -w "$build")\\options-page.bmp
 registry_before="$build/registry-before"
 registry_after="$build/registry-after"
 rm -rf "$registry_before" "$registry_after"
@@ -90,18 +91,20 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
     timeout 60 wine reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f \
       >/dev/null
   done
-  wineserver -k || true  # the tests' own server starts with their display
+  # Each test's own server starts with its display: the one the registration started,
+  # and each test's before the next, must be gone first, or a test joins it and finds
+  # no display (and skips its desktop suites).
+  wineserver -k || true; wineserver -w || true
   while IFS= read -r test; do
     needs_registration "$test" || continue
     echo "== $(basename "$test") =="
     if command -v xvfb-run >/dev/null; then
-      run=(xvfb-run -a sh -c "wine '$test' --gtest_brief=1; rc=\$?; wineserver -k; exit \$rc")
+      run=(xvfb-run -a sh -c "wine '$test' --gtest_brief=1; rc=\$?; wineserver -k; wineserver -w; exit \$rc")
     else
       run=(wine "$test" --gtest_brief=1)
     fi
     # The options page's tests leave a picture of the page (as docs/options-page.png).
-    if ! ZINTRA_REQUIRE_ADDIN=1 ZINTRA_PAGE_SNAPSHOT="$(winepath -w "$build")\\options-page.bmp" \
-        timeout 300 "${run[@]}"; then
+    if ! ZINTRA_REQUIRE_ADDIN=1 ZINTRA_PAGE_SNAPSHOT="$page_picture" timeout 300 "${run[@]}"; then
       echo "FAILED: $test"
       failed=1
     fi

@@ -14,6 +14,7 @@
 #include "win32/com/dispatch_client.h"
 #include "win32/sim_server/dispatch_args.h"
 #include "win32/sim_server/dispatch_object.h"
+#include "win32/sim_server/outlook_declarations.h"
 
 namespace zintra::win32 {
 namespace {
@@ -121,7 +122,7 @@ TEST_F(ComHostOnDesktop, AFolderSetConfiguredOnTheOptionsPageLogsTheNextMail) {
     ASSERT_TRUE(dialog.Choose(dialog.After("Journal folder:"), "\\Clients Journal"));
     EXPECT_EQ(dialog.StatusChanges(), 1);
     DISPPARAMS none{};
-    ASSERT_EQ(page->Dispatch()->Invoke(0x2102, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none,
+    ASSERT_EQ(page->Dispatch()->Invoke(declared::property_page::kApply, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none,
                                        nullptr, nullptr, nullptr),
               S_OK);
   }

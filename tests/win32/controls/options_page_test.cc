@@ -12,6 +12,7 @@
 #include "tests/win32/com_host/com_host.h"
 #include "tests/win32/controls/page_container.h"
 #include "win32/com/unicode.h"
+#include "win32/sim_server/outlook_declarations.h"
 
 namespace zintra::win32 {
 
@@ -37,8 +38,7 @@ constexpr wchar_t kProgId[] = L"ZintraControls.OutlookPropertiesPage";
 constexpr char kProduct[] = "Software\\Brellow\\Zintra";
 constexpr char kPolicy[] = "Software\\Policies\\Brellow\\Zintra";
 
-constexpr IID kIidPropertyPage = {
-    0x0006307E, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+constexpr IID kIidPropertyPage = declared::property_page::kIid;
 
 std::optional<DWORD> Dword(HKEY hive, const std::string& key, const std::string& name) {
   DWORD value = 0, size = sizeof(value);
@@ -104,7 +104,9 @@ TEST_F(OptionsPageTest, PropertyPageMembersAreWhereOutlooksTypeLibraryPutsThem) 
   const struct {
     const wchar_t* name;
     DISPID id;
-  } kDeclared[] = {{L"GetPageInfo", 0x2100}, {L"Dirty", 0x2101}, {L"Apply", 0x2102}};
+  } kDeclared[] = {{L"GetPageInfo", declared::property_page::kGetPageInfo},
+                   {L"Dirty", declared::property_page::kDirty},
+                   {L"Apply", declared::property_page::kApply}};
   for (const auto& member : kDeclared) {
     DISPID id = DISPID_UNKNOWN;
     LPOLESTR name = const_cast<LPOLESTR>(member.name);
@@ -124,7 +126,7 @@ TEST_F(OptionsPageTest, PropertyPageMembersAreWhereOutlooksTypeLibraryPutsThem) 
   DISPPARAMS none{};
   VARIANT result;
   VariantInit(&result);
-  EXPECT_EQ(page_->Invoke(0x2101, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
+  EXPECT_EQ(page_->Invoke(declared::property_page::kDirty, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
                           &result, nullptr, nullptr),
             S_OK);
   EXPECT_EQ(result.vt, VT_BOOL);

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "win32/com/unicode.h"
+#include "win32/sim_server/outlook_declarations.h"
 
 namespace zintra::win32 {
 namespace {
@@ -14,10 +15,11 @@ constexpr wchar_t kClass[] = L"ZintraTestOptionsDialog";
 constexpr RECT kPagePosition{0, 0, 460, 440};
 
 // PropertyPageSite's members, as Outlook's type library numbers them.
-constexpr DISPID kApplication = 61440, kParent = 61441, kClass_ = 61450, kSession = 61451,
-                 kOnStatusChange = 0x2100;
-constexpr IID kIidPropertyPageSite = {
-    0x0006307F, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+namespace site = declared::property_page_site;
+constexpr DISPID kApplication = site::kApplication, kParent = site::kParent,
+                 kClass_ = site::kClass, kSession = site::kSession,
+                 kOnStatusChange = site::kOnStatusChange;
+constexpr IID kIidPropertyPageSite = site::kIid;
 
 }  // namespace
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <optional>
+#include <vector>
 
 #include "tests/win32/com_host/com_host.h"
 #include "tests/win32/controls/page_container.h"
@@ -131,6 +132,29 @@ TEST_F(OptionsPageTest, PropertyPageMembersAreWhereOutlooksTypeLibraryPutsThem) 
             S_OK);
   EXPECT_EQ(result.vt, VT_BOOL);
   EXPECT_EQ(result.boolVal, VARIANT_FALSE);
+}
+
+// The add-in's error log records the control's file version: the file carries one.
+TEST_F(OptionsPageTest, TheRegisteredFileCarriesTheVersionTheErrorLogRecords) {
+  wchar_t path[MAX_PATH] = {};
+  DWORD size = sizeof(path);
+  ASSERT_EQ(RegGetValueW(HKEY_CLASSES_ROOT,
+                         L"CLSID\\{8126899C-11C0-49FE-BA19-AA4AAB4DAE1B}\\InprocServer32", nullptr,
+                         RRF_RT_REG_SZ, nullptr, path, &size),
+            ERROR_SUCCESS);
+  DWORD ignored = 0;
+  DWORD bytes = GetFileVersionInfoSizeW(path, &ignored);
+  ASSERT_GT(bytes, 0u) << Narrow(path) << " has no version resource";
+  std::vector<char> info(bytes);
+  ASSERT_TRUE(GetFileVersionInfoW(path, 0, bytes, info.data()));
+  VS_FIXEDFILEINFO* fixed = nullptr;
+  UINT length = 0;
+  ASSERT_TRUE(VerQueryValueW(info.data(), L"\\", reinterpret_cast<void**>(&fixed), &length));
+  EXPECT_EQ(HIWORD(fixed->dwFileVersionMS), 3u) << "Zintra 3.0";
+  wchar_t* name = nullptr;
+  ASSERT_TRUE(VerQueryValueW(info.data(), L"\\StringFileInfo\\040904b0\\OriginalFilename",
+                             reinterpret_cast<void**>(&name), &length));
+  EXPECT_EQ(Narrow(name), "ZintraControls.ocx");
 }
 
 class OptionsPageOnDesktop : public OptionsPageTest {

@@ -100,7 +100,10 @@ state() {
         print text "\n"
       }' "$WINEPREFIX/$hive.reg" >"$1/$hive.txt"
   done
-  (cd "$WINEPREFIX/drive_c" && find . | grep -v -x './windows/Installer' | sort) >"$1/files.txt"
+  # Left out too: the caches of device INF files Wine writes in the background for a new
+  # prefix (windows/inf/*.pnf), whenever its device setup gets to them.
+  (cd "$WINEPREFIX/drive_c" && find . | grep -v -x './windows/Installer' \
+    | grep -v -x '\./windows/inf/[^/]*\.pnf' | sort) >"$1/files.txt"
 }
 # The user's settings (Software\Brellow\Zintra, in either hive and view) stay when the add-in
 # is removed, and so does the data the add-in wrote while it ran (its log folder).

@@ -5,7 +5,7 @@ namespace {
 
 // Text numbers group by use: 2 the product, 50-56 Outlook names, 135-150 item kinds,
 // 155-186 task descriptions, 500-504 form captions, 1000-1212 windows and toolbar,
-// 1901 letters, 2137-2652 options and monitoring, 2700-2752 the options page's own
+// 1901 letters, 2137-2652 options and monitoring, 2700-2755 the options page's own
 // labels and messages, 2852 auditing, 3000 start-up.
 constexpr StringRow kRows[] = {
     {2, "Zintra", "Zintra", "Zintra"},
@@ -286,6 +286,12 @@ constexpr StringRow kRows[] = {
      "Méthode :"},
     {2752, "Monitored folder '|1' logs no item type.", "Le dossier surveillé '|1' ne consigne aucun type d'élément.",
      "Le dossier surveillé '|1' ne consigne aucun type d'élément."},
+    {2753, "Show the Zintra toolbar", "Afficher la barre d'outils Zintra",
+     "Afficher la barre d'outils Zintra"},
+    {2754, "Show the Zintra toolbar in item windows too", "Afficher aussi la barre d'outils Zintra dans les fenêtres des éléments",
+     "Afficher aussi la barre d'outils Zintra dans les fenêtres des éléments"},
+    {2755, "Never load the toolbars (takes effect when Outlook next starts)", "Ne jamais charger les barres d'outils (au prochain démarrage d'Outlook)",
+     "Ne jamais charger les barres d'outils (au prochain démarrage d'Outlook)"},
     {2852, "Changed by |1 on |2", "Modifié par |1 le |2", "Modifié par |1 le |2"},
     {3000, "You must be running Outlook 2000 or later to use this add-in.",
      "Ce complément nécessite Outlook 2000 ou une version ultérieure.",

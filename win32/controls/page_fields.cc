@@ -29,6 +29,9 @@ constexpr SwitchField kSwitches[] = {
     {T::kAdvanced, 2731, &RegSettings::KeepCacheSynched, false},
     {T::kAdvanced, 2732, &RegSettings::StopFillingCachesOnExit, false},
     {T::kAdvanced, 2736, &RegSettings::RunJobsAsync, false},
+    {T::kAdvanced, 2753, &RegSettings::ShowZintra2Buttons, false},
+    {T::kAdvanced, 2754, &RegSettings::ShowZintra2ButtonsOnInspectors, false},
+    {T::kAdvanced, 2755, &RegSettings::NeverLoadToolbars, false},
     {T::kAdvanced, 2742, &RegSettings::LogReporting, true},
     {T::kAdvanced, 2743, &RegSettings::DontUseEnterpriseSettings, true},
 };

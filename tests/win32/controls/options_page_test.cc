@@ -191,6 +191,7 @@ TEST_F(OptionsPageOnDesktop, AConfiguredFolderSetAndEditedValuesAreSavedOnApply)
   d.ShowTab(3);
   d.Type(d.After("Work timer interval (ms):"), "25");
   d.Click(d.Named("Run work in the background"));
+  d.Click(d.Named("Show the Zintra toolbar"));
   EXPECT_EQ(d.StatusChanges(), 1) << "once dirty, the site is not told again";
   if (const char* snapshot = getenv("ZINTRA_PAGE_SNAPSHOT")) {
     d.ShowTab(0);
@@ -211,6 +212,7 @@ TEST_F(OptionsPageOnDesktop, AConfiguredFolderSetAndEditedValuesAreSavedOnApply)
   EXPECT_EQ(Dword(HKEY_CURRENT_USER, sets + "\\Flags", "1"), 2u);
   EXPECT_EQ(Dword(HKEY_CURRENT_USER, kProduct, "QueuedWorkTimeInterval"), 25u);
   EXPECT_EQ(Dword(HKEY_CURRENT_USER, kProduct, "RunJobsAsync"), 0u);
+  EXPECT_EQ(Dword(HKEY_CURRENT_USER, kProduct, "ShowZintra2Buttons"), 1u);
   // Values left at their defaults are not stored.
   EXPECT_EQ(Dword(HKEY_CURRENT_USER, kProduct, "QueuedWorkTimechunk"), std::nullopt);
   EXPECT_EQ(Text(HKEY_CURRENT_USER, sets + "\\Email\\EntryID", "1").value_or(""), "");

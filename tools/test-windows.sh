@@ -17,9 +17,10 @@ timeout 120 wineboot -i >/dev/null 2>&1 || true
 # A crash must end the run at once instead of waiting on a dialog.
 timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
 
-# Test programs that load the add-in through COM, as Outlook does: they run once
-# ZintraAddin.dll is registered (below), the others on a registry without it.
-registered_tests=" com_host_tests "
+# Test programs that load the add-in or the options page control through COM, as
+# Outlook does: they run once ZintraAddin.dll and ZintraControls.ocx are registered
+# (below), the others on a registry without them.
+registered_tests=" com_host_tests options_page_tests "
 needs_registration() { [[ "$registered_tests" == *" $(basename "$1" .exe) "* ]]; }
 
 failed=0
@@ -39,12 +40,12 @@ wineserver -k || true
 if command -v xvfb-run >/dev/null; then
   timeout 60 wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null
   timeout 60 wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1024x768 /f >/dev/null
-  wineserver -k || true
+  wineserver -k || true; wineserver -w || true
   while IFS= read -r test; do
     needs_registration "$test" && continue
     echo "== $(basename "$test") (desktop) =="
     if ! timeout 300 xvfb-run -a sh -c \
-        "wine '$test' --gtest_brief=1 --gtest_filter='*OnDesktop*'; rc=\$?; wineserver -k; exit \$rc"; then
+        "wine '$test' --gtest_brief=1 --gtest_filter='*OnDesktop*'; rc=\$?; wineserver -k; wineserver -w; exit \$rc"; then
       echo "FAILED: $test (desktop)"
       failed=1
     fi
@@ -67,16 +68,21 @@ reg_snapshot() {
   done
 }
 addin_dll=$(winepath -w "$build/win32/addin/ZintraAddin.dll")
+controls_ocx=$(winepath -w "$build/win32/controls/ZintraControls.ocx")
+page_picture=$(winepath -w "$build")\\options-page.bmp
 registry_before="$build/registry-before"
 registry_after="$build/registry-after"
 rm -rf "$registry_before" "$registry_after"
 reg_snapshot "$registry_before"
 echo "== regsvr32 ZintraAddin.dll =="
+echo "== regsvr32 ZintraControls.ocx =="
 if timeout 60 wine regsvr32 /s "$addin_dll" \
+    && timeout 60 wine regsvr32 /s "$controls_ocx" \
     && timeout 60 wine reg query 'HKCU\Software\Microsoft\Office\Outlook\Addins\ZintraAddin.Connect' \
       /v LoadBehavior >/dev/null; then
-  class_keys=(ZintraAddin.Connect ZintraAddin.WordLetterHandler)
-  for prog_id in ZintraAddin.Connect ZintraAddin.WordLetterHandler; do
+  prog_ids=(ZintraAddin.Connect ZintraAddin.WordLetterHandler ZintraControls.OutlookPropertiesPage)
+  class_keys=("${prog_ids[@]}")
+  for prog_id in "${prog_ids[@]}"; do
     clsid=$(timeout 60 wine reg query "HKCU\\Software\\Classes\\$prog_id\\CLSID" /ve \
       | grep -o "{[0-9A-Fa-f-]*}" | head -1 || true)
     class_keys+=("CLSID\\$clsid")
@@ -85,22 +91,32 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
     timeout 60 wine reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f \
       >/dev/null
   done
-  wineserver -k || true  # the tests' own server starts with their display
+  # Each test's own server starts with its display: the one the registration started,
+  # and each test's before the next, must be gone first, or a test joins it and finds
+  # no display (and skips its desktop suites).
+  wineserver -k || true; wineserver -w || true
   while IFS= read -r test; do
     needs_registration "$test" || continue
     echo "== $(basename "$test") =="
     if command -v xvfb-run >/dev/null; then
-      run=(xvfb-run -a sh -c "wine '$test' --gtest_brief=1; rc=\$?; wineserver -k; exit \$rc")
+      run=(xvfb-run -a sh -c "wine '$test' --gtest_brief=1; rc=\$?; wineserver -k; wineserver -w; exit \$rc")
     else
       run=(wine "$test" --gtest_brief=1)
     fi
-    if ! ZINTRA_REQUIRE_ADDIN=1 timeout 300 "${run[@]}"; then
+    # The options page's tests leave a picture of the page (as docs/options-page.png).
+    if ! ZINTRA_REQUIRE_ADDIN=1 ZINTRA_PAGE_SNAPSHOT="$page_picture" timeout 300 "${run[@]}"; then
       echo "FAILED: $test"
       failed=1
     fi
   done < <(find "$build/tests/win32" -name '*_tests.exe' | sort)
+  if [[ -f "$build/options-page.bmp" ]]; then
+    python3 tools/bmp2png.py "$build/options-page.bmp" "$build/options-page.png" \
+      && echo "the options page as the tests left it: $build/options-page.png"
+  fi
   echo "== regsvr32 /u ZintraAddin.dll =="
   timeout 60 wine regsvr32 /s /u "$addin_dll" || { echo "FAILED: regsvr32 /u"; failed=1; }
+  echo "== regsvr32 /u ZintraControls.ocx =="
+  timeout 60 wine regsvr32 /s /u "$controls_ocx" || { echo "FAILED: regsvr32 /u ocx"; failed=1; }
   for key in "${class_keys[@]}"; do
     timeout 60 wine reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null 2>&1 || true
   done

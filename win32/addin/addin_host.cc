@@ -5,6 +5,7 @@
 #include "src/addin/zintra_addin_app.h"
 #include "src/core/z_error.h"
 #include "win32/addin/com_add_in_adapter.h"
+#include "win32/addin/com_options_page.h"
 #include "win32/addin/dll_module.h"
 #include "win32/com/unicode.h"
 #include "win32/outlook/wrap.h"
@@ -27,6 +28,10 @@ AddinHost::AddinHost()
       strings_(StringTable::ForUserInterface(ports_.platform)),
       host_(ports_.MakeHost(objects_, &toolbar_library_, &word_)) {
   objects_.RegisterNative(kSubclasserProgId, [subclasser = subclasser_] { return subclasser; });
+  // The options page comes from its own file; the add-in talks to it through its port.
+  objects_.RegisterNative(kOptionsPageProgId, [] {
+    return std::make_shared<ComOptionsPage>(ComObjectFactory::CreateDispatch(kOptionsPageProgId));
+  });
   errors_ = std::make_unique<ErrorHandling>(ErrorHandlingHost{ports_.error_logs, ports_.msg_box,
                                                               ports_.registry, ports_.file_system,
                                                               ports_.platform, strings_});

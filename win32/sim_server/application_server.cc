@@ -1,4 +1,6 @@
 // Members of Outlook's Application, NameSpace and the Options dialog's pages.
+#include "win32/com/com_error.h"
+#include "win32/com/unicode.h"
 #include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/server_members.h"
 
@@ -81,12 +83,35 @@ void AddComAddIn(DispatchObject& d, const std::shared_ptr<ComAddIn>& p) {
       [published](const DispatchArgs& a) { *published = ObjectOf(a.PutValue()); });
 }
 
+namespace {
+
+ComPtr<IDispatch> CreateByProgId(const std::string& prog_id) {
+  CLSID clsid{};
+  std::wstring wide = Widen(prog_id);
+  HRESULT hr = CLSIDFromProgID(wide.c_str(), &clsid);
+  ComPtr<IDispatch> object;
+  if (SUCCEEDED(hr)) {
+    hr = CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                          reinterpret_cast<void**>(object.Put()));
+  }
+  if (FAILED(hr)) ThrowComError(hr, nullptr, "PropertyPages.Add(" + prog_id + ")");
+  return object;
+}
+
+}  // namespace
+
 void AddPropertyPages(DispatchObject& d, const std::shared_ptr<PropertyPages>& p) {
   AddClass(d, kOlPropertyPages);
   d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
   d.Member("Item", [p](const DispatchArgs& a) { return ServeVariant(p->Item(a.Long(0))); });
+  // Page is the page object, or the ProgID of a control that Outlook creates itself.
   d.Member("Add", [p](const DispatchArgs& a) {
-    p->Add(a.Object(0), a.Text(1, ""));
+    const VARIANT& page = a.Raw(0);
+    if (page.vt == VT_BSTR) {
+      p->Add(std::make_shared<ForeignObject>(CreateByProgId(a.Text(0))), a.Text(1, ""));
+    } else {
+      p->Add(a.Object(0), a.Text(1, ""));
+    }
     return Nothing();
   });
 }

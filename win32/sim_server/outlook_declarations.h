@@ -96,6 +96,23 @@ inline constexpr IID kIid = OfficeIid(0x000C0351);
 inline constexpr DISPID kClick = 1;  // (Ctrl, var CancelDefault)
 }  // namespace command_bar_button_events
 
+// The Options dialog's page (an interface a page implements) and the page's site.
+namespace property_page {  // PropertyPage.java
+inline constexpr IID kIid = OfficeIid(0x0006307E);
+inline constexpr DISPID kGetPageInfo = 0x2100;  // vtable slot 7: ([inout] HelpFile, HelpContext)
+inline constexpr DISPID kDirty = 0x2101;        // slot 8: read-only
+inline constexpr DISPID kApply = 0x2102;        // slot 9
+}  // namespace property_page
+
+namespace property_page_site {  // PropertyPageSite.java
+inline constexpr IID kIid = OfficeIid(0x0006307F);
+inline constexpr DISPID kApplication = 0xF000;
+inline constexpr DISPID kParent = 0xF001;
+inline constexpr DISPID kClass = 0xF00A;
+inline constexpr DISPID kSession = 0xF00B;
+inline constexpr DISPID kOnStatusChange = 0x2100;
+}  // namespace property_page_site
+
 namespace com_add_in {  // Office_TLB.pas: COMAddIn, COMAddInDisp
 inline constexpr IID kIid = OfficeIid(0x000C033A);
 inline constexpr DISPID kDescription = 0;  // get, put

@@ -100,6 +100,8 @@ HRESULT ComHost::Load() {
                           reinterpret_cast<void**>(addin_.Put()));
 }
 
+ComPtr<IDispatch> ComHost::Session() { return Serve(outlook_->application->Session()); }
+
 HRESULT ComHost::OnConnection(int connect_mode) {
   if (!addin_) return E_POINTER;
   application_ = Serve(outlook_->application);

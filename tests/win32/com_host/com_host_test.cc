@@ -10,8 +10,11 @@
 #include "src/host/mapi_object.h"
 #include "src/logging/zintra_utils.h"
 #include "tests/win32/com_host/com_host.h"
+#include "tests/win32/controls/page_container.h"
 #include "win32/com/dispatch_client.h"
+#include "win32/sim_server/dispatch_args.h"
 #include "win32/sim_server/dispatch_object.h"
+#include "win32/sim_server/outlook_declarations.h"
 
 namespace zintra::win32 {
 namespace {
@@ -86,6 +89,51 @@ TEST_F(ComHostOnDesktop, InboxBacklogIsScannedAndLoggedAtStartup) {
   EXPECT_TRUE(host_->UserProperty(quote, kPropZintraLogged).ToBool());
   EXPECT_FALSE(host_->UserProperty(spam, kPropZintraLogged).ToBool());
   EXPECT_GT(host_->LibraryObjectsCreated(), 0) << "the MAPI library was reached by ProgID";
+  ExpectCleanShutdown();
+}
+
+// The user opens Outlook's Options dialog: the add-in puts its page there, the user
+// sets up a contact folder set on it and applies, and the running add-in takes the
+// new settings: a mail from that folder's contact is logged.
+TEST_F(ComHostOnDesktop, AFolderSetConfiguredOnTheOptionsPageLogsTheNextMail) {
+  CLSID clsid{};
+  if (FAILED(CLSIDFromProgID(L"ZintraControls.OutlookPropertiesPage", &clsid)) &&
+      !getenv("ZINTRA_REQUIRE_ADDIN")) {
+    GTEST_SKIP() << "ZintraControls.OutlookPropertiesPage is not registered";
+  }
+  RegSettings& settings = host_->settings();
+  settings.FoldersetCount = 0;  // nothing tracked until the user sets it up
+  ASSERT_NO_FATAL_FAILURE(Start());
+  host_->PumpFor(200);
+  host_->MailFromAnn("Before");
+  host_->PumpFor(500);
+  EXPECT_EQ(host_->Copies().size(), 0u);
+
+  auto pages = host_->app().ShowOptions();
+  ASSERT_EQ(pages->Count(), 1) << "the add-in adds its page";
+  EXPECT_EQ(pages->Titles()[0], "Zintra");
+  auto page = std::dynamic_pointer_cast<ForeignObject>(pages->Item(1));
+  ASSERT_TRUE(page && page->Dispatch()) << "the page is the control's own object";
+  {
+    PageContainer dialog(host_->Session());
+    ASSERT_EQ(dialog.Host(page->Dispatch()), S_OK);
+    dialog.Click(dialog.Named("Add"));
+    ASSERT_TRUE(dialog.Choose(dialog.After("Contact folder:"), "\\Clients"));
+    ASSERT_TRUE(dialog.Choose(dialog.After("Journal folder:"), "\\Clients Journal"));
+    EXPECT_EQ(dialog.StatusChanges(), 1);
+    DISPPARAMS none{};
+    ASSERT_EQ(page->Dispatch()->Invoke(declared::property_page::kApply, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none,
+                                       nullptr, nullptr, nullptr),
+              S_OK);
+  }
+  pages.reset();
+  page.reset();
+  host_->MailFromAnn("After");
+  auto logged = [&] {
+    auto copies = host_->Copies();
+    return std::find(copies.begin(), copies.end(), "After") != copies.end();
+  };
+  EXPECT_TRUE(host_->PumpUntil(logged, kPatienceMs)) << "the running add-in took the new folder set";
   ExpectCleanShutdown();
 }
 

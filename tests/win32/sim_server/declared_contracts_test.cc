@@ -11,6 +11,7 @@
 #include "win32/addin/idt_extensibility2_com.h"
 #include "win32/com/dispatch_client.h"
 #include "win32/com/outlook_events.h"
+#include "win32/controls/property_page_com.h"
 #include "win32/sim_server/dispatch_object.h"
 #include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/serve.h"
@@ -182,6 +183,16 @@ TEST_F(DeclaredAssignmentTest, EachPropertyTakesOnlyTheKindOfAssignmentItDeclare
     EXPECT_EQ(Assign(d, client.IdOf(c.member), c.flags, d), c.hr) << c.member << " " << c.flags;
     EXPECT_EQ(last, c.hr == S_OK ? c.member : "") << c.member << " " << c.flags;
   }
+}
+
+// The options page control implements Outlook's PropertyPage and calls its site.
+TEST(DeclaredContractsTest, TheOptionsPageImplementsThePageAndCallsTheSiteAsDeclared) {
+  EXPECT_EQ(IidText(kIidPropertyPage), IidText(declared::property_page::kIid));
+  EXPECT_EQ(kDispidGetPageInfo, declared::property_page::kGetPageInfo);
+  EXPECT_EQ(kDispidDirty, declared::property_page::kDirty);
+  EXPECT_EQ(kDispidApply, declared::property_page::kApply);
+  EXPECT_EQ(IidText(kIidPropertyPageSite), IidText(declared::property_page_site::kIid));
+  EXPECT_EQ(kDispidOnStatusChange, declared::property_page_site::kOnStatusChange);
 }
 
 }  // namespace

@@ -18,9 +18,12 @@ timeout 120 wineboot -i >/dev/null 2>&1 || true
 timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
 
 # Test programs that load the add-in through COM, as Outlook does: they run once
-# ZintraAddin.dll is registered (below), the others on a registry without it.
+# ZintraAddin.dll and ZintraKeepAlive.exe are registered (below), the keep-alive
+# program's own tests (which register it themselves) once COM's services can start,
+# the others on a registry without them.
 registered_tests=" com_host_tests "
-needs_registration() { [[ "$registered_tests" == *" $(basename "$1" .exe) "* ]]; }
+own_registration_tests=" keep_alive_tests "
+needs_registration() { [[ "$registered_tests$own_registration_tests" == *" $(basename "$1" .exe) "* ]]; }
 
 failed=0
 while IFS= read -r test; do
@@ -31,6 +34,18 @@ while IFS= read -r test; do
     failed=1
   fi
 done < <(find "$build/tests/win32" -name '*_tests.exe' | sort)
+wineserver -k || true
+
+# COM's services (the running object table, local servers) start in a prefix only once
+# its first server has been restarted, as it was just now.
+for name in $own_registration_tests; do
+  test="$build/tests/win32/keepalive/$name.exe"
+  echo "== $name =="
+  if ! timeout 300 wine "$test" --gtest_brief=1; then
+    echo "FAILED: $test"
+    failed=1
+  fi
+done
 wineserver -k || true
 
 # Forms, dialogs, message boxes and the tray icon need a desktop: their suites (named
@@ -67,16 +82,18 @@ reg_snapshot() {
   done
 }
 addin_dll=$(winepath -w "$build/win32/addin/ZintraAddin.dll")
+keep_alive_exe="$build/win32/keepalive/ZintraKeepAlive.exe"
 registry_before="$build/registry-before"
 registry_after="$build/registry-after"
 rm -rf "$registry_before" "$registry_after"
 reg_snapshot "$registry_before"
-echo "== regsvr32 ZintraAddin.dll =="
+echo "== regsvr32 ZintraAddin.dll, ZintraKeepAlive.exe /RegServer =="
 if timeout 60 wine regsvr32 /s "$addin_dll" \
     && timeout 60 wine reg query 'HKCU\Software\Microsoft\Office\Outlook\Addins\ZintraAddin.Connect' \
-      /v LoadBehavior >/dev/null; then
-  class_keys=(ZintraAddin.Connect ZintraAddin.WordLetterHandler)
-  for prog_id in ZintraAddin.Connect ZintraAddin.WordLetterHandler; do
+      /v LoadBehavior >/dev/null \
+    && timeout 60 wine "$keep_alive_exe" /RegServer; then
+  class_keys=(ZintraAddin.Connect ZintraAddin.WordLetterHandler ZintraKeepAlive.KeepAlive)
+  for prog_id in ZintraAddin.Connect ZintraAddin.WordLetterHandler ZintraKeepAlive.KeepAlive; do
     clsid=$(timeout 60 wine reg query "HKCU\\Software\\Classes\\$prog_id\\CLSID" /ve \
       | grep -o "{[0-9A-Fa-f-]*}" | head -1 || true)
     class_keys+=("CLSID\\$clsid")
@@ -87,7 +104,7 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
   done
   wineserver -k || true  # the tests' own server starts with their display
   while IFS= read -r test; do
-    needs_registration "$test" || continue
+    [[ "$registered_tests" == *" $(basename "$test" .exe) "* ]] || continue
     echo "== $(basename "$test") =="
     if command -v xvfb-run >/dev/null; then
       run=(xvfb-run -a sh -c "wine '$test' --gtest_brief=1; rc=\$?; wineserver -k; exit \$rc")
@@ -101,6 +118,8 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
   done < <(find "$build/tests/win32" -name '*_tests.exe' | sort)
   echo "== regsvr32 /u ZintraAddin.dll =="
   timeout 60 wine regsvr32 /s /u "$addin_dll" || { echo "FAILED: regsvr32 /u"; failed=1; }
+  echo "== ZintraKeepAlive.exe /UnregServer =="
+  timeout 60 wine "$keep_alive_exe" /UnregServer || { echo "FAILED: /UnregServer"; failed=1; }
   for key in "${class_keys[@]}"; do
     timeout 60 wine reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null 2>&1 || true
   done
@@ -115,7 +134,7 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
     failed=1
   fi
 else
-  echo "FAILED: regsvr32 ZintraAddin.dll"
+  echo "FAILED: registering ZintraAddin.dll or ZintraKeepAlive.exe"
   failed=1
 fi
 wineserver -k || true

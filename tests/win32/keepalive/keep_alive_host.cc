@@ -1,7 +1,5 @@
 #include "tests/win32/keepalive/keep_alive_host.h"
 
-#include <gtest/gtest.h>
-#include <shellapi.h>
 #include <tlhelp32.h>
 
 #include <algorithm>
@@ -164,19 +162,3 @@ int PlayOutlook(const std::wstring& ready_event) {
 }
 
 }  // namespace zintra::win32::testing
-
-// The program's own main: started with kPlayOutlookSwitch it is the Outlook of the
-// abrupt-end test, otherwise the test program.
-int main(int argc, char** argv) {
-  int count = 0;
-  LPWSTR* args = CommandLineToArgvW(GetCommandLineW(), &count);
-  if (args && count == 3 &&
-      std::wstring(args[1]) == zintra::win32::testing::kPlayOutlookSwitch) {
-    std::wstring event_name = args[2];
-    LocalFree(args);
-    return zintra::win32::testing::PlayOutlook(event_name);
-  }
-  if (args) LocalFree(args);
-  ::testing::InitGoogleTest(&argc, argv);
-  return RUN_ALL_TESTS();
-}

@@ -84,10 +84,12 @@ void KeepAliveServer::Watch() {
   if (!object_ || !object_->Holding()) return;
   // A round trip to Outlook's apartment: a busy Outlook only makes it wait, a dead one
   // answers that the server is gone.
+  // Our own reference: the add-in may release the object while the call waits.
+  ComPtr<IDispatch> outlook = object_->Outlook();
   UINT count = 0;
-  HRESULT hr = object_->Outlook()->GetTypeInfoCount(&count);
+  HRESULT hr = outlook->GetTypeInfoCount(&count);
   if (MeansServerGone(hr)) {
-    object_->LetGo();
+    if (object_) object_->LetGo();
     End(Ending::kOutlookEnded);
   }
 }

@@ -2,8 +2,9 @@
 # Installs and removes Zintra's packages under Wine, as users and administrators do:
 #   - each package (per user, per machine; 64-bit, and 32-bit as far as Wine can run it):
 #     msiexec /i /qn, the files land only in the scope's folder and the registry entries only
-#     in the scope's hive, they are exactly what the DLL's own registration writes, the test
-#     host activates ZintraAddin.Connect by ProgID and logs a mail, msiexec /x /qn, and the
+#     in the scope's hive, they are exactly what the DLL's and ZintraKeepAlive.exe's own
+#     registrations write, the test host activates ZintraAddin.Connect by ProgID, logs a mail
+#     and is held open by the installed keep-alive program, msiexec /x /qn, and the
 #     registry (Software of both hives) and drive C are as they were before;
 #   - an upgrade replaces the older version and a downgrade is refused;
 #   - a broken install (a missing file, a failure after the registry was written) rolls back
@@ -172,11 +173,13 @@ install_round_trip() {  # arch scope
   [ -f "$dll" ] || fail "$name: $folder/ZintraAddin.dll was not installed"
   [ -f "$WINEPREFIX/drive_c/$folder/Letter macro/ZintraLetter.bas" ] \
     || fail "$name: the letter macro was not installed"
+  local keep_alive="$WINEPREFIX/drive_c/$folder/ZintraKeepAlive.exe"
+  [ -f "$keep_alive" ] || fail "$name: $folder/ZintraKeepAlive.exe was not installed"
   [ -f "$dll" ] && ! "$objdump" -f "$dll" | grep -q "file format $format" \
     && fail "$name: the installed DLL is not $format"
   # Registry entries only in the scope's hive.
   if registration "$work/$name-installed" "$other" \
-      | grep -q -i 'ZintraAddin\|9BEC0744\|0A55C397'; then
+      | grep -q -i 'ZintraAddin\|9BEC0744\|0A55C397\|ZintraKeepAlive\|136B76B5'; then
     fail "$name: the add-in was registered in the other hive"
   fi
   registration "$work/$name-installed" "$hive" >"$work/$name-msi.reg"
@@ -184,19 +187,25 @@ install_round_trip() {  # arch scope
     || fail "$name: Outlook's loader values are missing"
 
   if [ "$arch" = x64 ] || [ $wine32 = 1 ]; then
-    # The same entries as the DLL's own registration of that scope writes.
-    local dll_w
+    # The same entries as the DLL's and the keep-alive program's own registrations of that
+    # scope write.
+    local dll_w keep_alive_scope=()
     dll_w=$(winepath -w "$dll")
+    [ "$scope" = machine ] && keep_alive_scope=(/Machine)
     timeout 60 wine regsvr32 /s /u "${regsvr_scope[@]}" "$dll_w" || fail "$name: regsvr32 /u"
+    timeout 60 wine "$keep_alive" /UnregServer "${keep_alive_scope[@]}" \
+      || fail "$name: ZintraKeepAlive.exe /UnregServer"
     state "$work/$name-unregistered"
     registration "$work/$name-unregistered" "$hive" >"$work/$name-none.reg"
     registration "$work/$name-before" "$hive" | diff - "$work/$name-none.reg" >/dev/null \
       || fail "$name: regsvr32 /u did not remove what the package wrote"
     timeout 60 wine regsvr32 /s "${regsvr_scope[@]}" "$dll_w" || fail "$name: regsvr32"
+    timeout 60 wine "$keep_alive" /RegServer "${keep_alive_scope[@]}" \
+      || fail "$name: ZintraKeepAlive.exe /RegServer"
     state "$work/$name-regsvr32"
     registration "$work/$name-regsvr32" "$hive" >"$work/$name-regsvr32.reg"
     if ! diff "$work/$name-regsvr32.reg" "$work/$name-msi.reg" >"$work/$name-reg.diff"; then
-      fail "$name: the package's registry entries differ from the DLL's own (< DLL, > package):"
+      fail "$name: the package's registry entries differ from the programs' own (< theirs, > package):"
       head -20 "$work/$name-reg.diff"
     fi
   else
@@ -210,17 +219,19 @@ install_round_trip() {  # arch scope
     local copies=()
     if [ "$scope" = user ]; then
       # Wine resolves classes from HKLM only: the per-user classes are copied there for the run.
-      copies=(ZintraAddin.Connect 'CLSID\{9BEC0744-C867-448C-B6F9-3BDDCEC8859F}')
+      copies=(ZintraAddin.Connect 'CLSID\{9BEC0744-C867-448C-B6F9-3BDDCEC8859F}'
+        ZintraKeepAlive.KeepAlive 'CLSID\{136B76B5-1DE6-4486-BA20-73E19DF74AAA}')
       local key
       for key in "${copies[@]}"; do
         timeout 60 wine reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f >/dev/null
       done
       wineserver -k || true
     fi
-    step "$name: the test host loads ZintraAddin.Connect by ProgID and logs a mail"
+    step "$name: the test host loads ZintraAddin.Connect by ProgID, logs a mail, and is held by ZintraKeepAlive.KeepAlive"
     ZINTRA_REQUIRE_ADDIN=1 timeout 300 xvfb-run -a sh -c "wine '$host' --gtest_brief=1 \
-      --gtest_filter=ComHostOnDesktop.NewMailIsLoggedOnceAndSentMailAgainstItsRecipients; \
-      rc=\$?; wineserver -k; exit \$rc" || fail "$name: the installed add-in did not log the mail"
+      --gtest_filter=ComHostOnDesktop.NewMailIsLoggedOnceAndSentMailAgainstItsRecipients:ComHostOnDesktop.ClosingOutlookDuringAJobKeepsItAliveUntilTheJobIsDone; \
+      rc=\$?; wineserver -k; exit \$rc" \
+      || fail "$name: the installed add-in did not log the mail, or the keep-alive program did not hold Outlook"
     for key in "${copies[@]}"; do
       timeout 60 wine reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null
     done

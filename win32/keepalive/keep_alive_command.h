@@ -1,6 +1,6 @@
 // KeepAliveCommand: what the keep-alive program's command line asks for. Switches start
 // with "/" or "-" and ignore letter case:
-//   -Embedding                  COM starts the program to serve its class (KeepAliveServer)
+//   -Embedding (or -Automation) COM starts the program to serve its class (KeepAliveServer)
 //   /RegServer [/Machine]       register the class, per user or (/Machine) per machine
 //   /UnregServer [/Machine]     remove that registration
 // Anything else, or nothing, is a usage error (the program shows what it is for).

@@ -26,8 +26,8 @@ TEST(KeepAliveCommandTest, ReadsCOMsAndTheInstallersSwitches) {
   };
   for (const Case& c : cases) {
     KeepAliveCommand command = KeepAliveCommand::Parse(c.args);
-    EXPECT_EQ(command.action, c.action) << c.args[0].size();
-    EXPECT_EQ(command.per_machine, c.machine) << c.args[0].size();
+    EXPECT_EQ(command.action, c.action) << ::testing::PrintToString(c.args);
+    EXPECT_EQ(command.per_machine, c.machine) << ::testing::PrintToString(c.args);
   }
 }
 
@@ -42,7 +42,8 @@ TEST(KeepAliveCommandTest, AnythingElseIsAUsageError) {
       {L"/"},
   };
   for (const auto& args : bad) {
-    EXPECT_EQ(KeepAliveCommand::Parse(args).action, Action::kUsage) << args.size();
+    EXPECT_EQ(KeepAliveCommand::Parse(args).action, Action::kUsage)
+        << ::testing::PrintToString(args);
   }
 }
 

@@ -10,7 +10,6 @@
 #include "src/host/mapi_object.h"
 #include "src/logging/zintra_utils.h"
 #include "tests/win32/com_host/com_host.h"
-#include "tests/win32/keepalive/fake_outlook.h"
 #include "tests/win32/keepalive/keep_alive_host.h"
 #include "win32/com/dispatch_client.h"
 #include "win32/sim_server/dispatch_object.h"
@@ -241,17 +240,21 @@ TEST_F(ComHostOnDesktop, ClosingOutlookDuringAJobKeepsItAliveUntilTheJobIsDone) 
   host_->settings().ProcessingDelay = 0;
   for (int i = 1; i <= 3; ++i) host_->MailFromAnn("Backlog " + std::to_string(i));
   ASSERT_NO_FATAL_FAILURE(Start());
-  // Outlook publishes its Application, where the keep-alive program finds it.
-  testing::FakeOutlook outlook(host_->Application().Get());
-  ASSERT_TRUE(testing::WaitForRunningObjectTable(kPatienceMs));
-  ASSERT_EQ(outlook.Publish(), S_OK);
+  DispatchObject* outlook = nullptr;
+  ASSERT_EQ(host_->Application()->QueryInterface(kIidDispatchObject,
+                                                 reinterpret_cast<void**>(&outlook)),
+            S_OK);
+  outlook->Release();  // the host holds it
+  // What holds Outlook is another process: COM counts its strong connections.
+  auto held = [outlook] { return outlook->ExternalConnections(); };
+  ASSERT_EQ(held(), 0u);
   const std::vector<DWORD> before = testing::KeepAliveProcesses();
 
   DWORD held_while_job_ran = 0;
   HANDLE process = nullptr;
   CloseInsideAJob closer([&] {
     host_->app().QuitOutlook();  // the last window closes, then Outlook's Quit
-    held_while_job_ran = outlook.Held();
+    held_while_job_ran = held();
     process = testing::NewKeepAliveProcess(before, 0);
   });
   ASSERT_TRUE(closer.PumpUntil([&] { return closer.Closed(); }, kPatienceMs))
@@ -260,13 +263,12 @@ TEST_F(ComHostOnDesktop, ClosingOutlookDuringAJobKeepsItAliveUntilTheJobIsDone) 
   ASSERT_NE(process, nullptr) << "no ZintraKeepAlive.exe process";
   // Outlook ends only once no other process holds it: the job returns, the add-in
   // shuts down and lets go of the keep-alive object, whose process then ends by itself.
-  EXPECT_TRUE(closer.PumpUntil([&] { return outlook.Held() == 0; }, kPatienceMs));
+  EXPECT_TRUE(closer.PumpUntil([&] { return held() == 0; }, kPatienceMs));
   EXPECT_TRUE(closer.PumpUntil(
       [&] { return WaitForSingleObject(process, 0) == WAIT_OBJECT_0; }, kPatienceMs))
       << "the keep-alive process outlived the add-in's shut-down";
   if (WaitForSingleObject(process, 0) != WAIT_OBJECT_0) TerminateProcess(process, 1);
   CloseHandle(process);
-  outlook.Revoke();
   EXPECT_EQ(host_->OnBeginShutdown(), S_OK);
   EXPECT_EQ(host_->OnDisconnection(kExtDmHostShutdown), S_OK);
   host_->ReleaseAddin();

@@ -29,31 +29,9 @@ STDMETHODIMP FakeOutlook::QueryInterface(REFIID iid, void** out) {
 }
 
 STDMETHODIMP FakeOutlook::GetTypeInfoCount(UINT* count) {
-  if (application_) return application_->GetTypeInfoCount(count);
   if (!count) return E_POINTER;
   *count = 0;
   return S_OK;
-}
-
-STDMETHODIMP FakeOutlook::GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) {
-  if (application_) return application_->GetTypeInfo(index, lcid, info);
-  if (info) *info = nullptr;
-  return DISP_E_BADINDEX;
-}
-
-STDMETHODIMP FakeOutlook::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID lcid,
-                                        DISPID* ids) {
-  if (application_) return application_->GetIDsOfNames(iid, names, count, lcid, ids);
-  return DISP_E_UNKNOWNNAME;
-}
-
-STDMETHODIMP FakeOutlook::Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags,
-                                 DISPPARAMS* params, VARIANT* result, EXCEPINFO* excepinfo,
-                                 UINT* arg_error) {
-  if (application_) {
-    return application_->Invoke(id, iid, lcid, flags, params, result, excepinfo, arg_error);
-  }
-  return DISP_E_MEMBERNOTFOUND;
 }
 
 STDMETHODIMP_(DWORD) FakeOutlook::AddConnection(DWORD type, DWORD) {

@@ -2,11 +2,9 @@
 // processes hold on it (IExternalConnection, which COM's stub manager calls as a
 // client takes and drops references), the way Outlook knows it may not end yet. It
 // can publish itself in the running object table under Outlook.Application's class id,
-// as Outlook does. Standing in front of a served Application it passes every IDispatch
-// call on to it. Used on one apartment-threaded thread.
+// as Outlook does. Used on one apartment-threaded thread.
 #pragma once
 
-#include "win32/com/com_ptr.h"
 #include "win32/com/windows_api.h"
 
 namespace zintra::win32::testing {
@@ -17,8 +15,7 @@ namespace zintra::win32::testing {
 #endif
 class FakeOutlook final : public IDispatch, public IExternalConnection {
  public:
-  // `application` (may be null): the served Application to stand in front of.
-  explicit FakeOutlook(IDispatch* application = nullptr) : application_(application) {}
+  FakeOutlook() = default;
   // Revokes the publication; the object must have no outside references left.
   ~FakeOutlook();
 
@@ -32,16 +29,18 @@ class FakeOutlook final : public IDispatch, public IExternalConnection {
   STDMETHODIMP_(ULONG) AddRef() override { return ++refs_; }
   STDMETHODIMP_(ULONG) Release() override { return --refs_; }  // owned by its creator
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-  STDMETHODIMP GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override;
-  STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID lcid,
-                             DISPID* ids) override;
-  STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* params,
-                      VARIANT* result, EXCEPINFO* excepinfo, UINT* arg_error) override;
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return DISP_E_UNKNOWNNAME;
+  }
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                      UINT*) override {
+    return DISP_E_MEMBERNOTFOUND;
+  }
   STDMETHODIMP_(DWORD) AddConnection(DWORD type, DWORD) override;
   STDMETHODIMP_(DWORD) ReleaseConnection(DWORD type, DWORD, BOOL) override;
 
  private:
-  ComPtr<IDispatch> application_;
   ULONG refs_ = 1;
   DWORD strong_ = 0;
   DWORD cookie_ = 0;

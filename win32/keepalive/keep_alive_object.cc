@@ -110,6 +110,7 @@ HRESULT KeepAliveObject::Initialize(DISPPARAMS* params, EXCEPINFO* excepinfo) {
     if (FAILED(hr)) return Fail(excepinfo, hr, L"Outlook's Application has no automation");
   }
   outlook_ = outlook;
+  if (on_hold_) on_hold_();
   return S_OK;
 }
 

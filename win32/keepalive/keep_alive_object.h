@@ -27,9 +27,10 @@ class KeepAliveObject final : public IDispatch {
  public:
   static constexpr DISPID kDispIdInitialize = 1;
 
-  // `on_release` is called when the last reference goes, before the object is deleted.
-  explicit KeepAliveObject(std::function<void()> on_release)
-      : on_release_(std::move(on_release)) {}
+  // `on_hold` is called when the object starts holding Outlook; `on_release` when the
+  // last reference goes, before the object is deleted.
+  KeepAliveObject(std::function<void()> on_hold, std::function<void()> on_release)
+      : on_hold_(std::move(on_hold)), on_release_(std::move(on_release)) {}
 
   bool Holding() const { return static_cast<bool>(outlook_); }
   const ComPtr<IDispatch>& Outlook() const { return outlook_; }
@@ -50,6 +51,7 @@ class KeepAliveObject final : public IDispatch {
   ~KeepAliveObject() = default;
   HRESULT Initialize(DISPPARAMS* params, EXCEPINFO* excepinfo);
 
+  std::function<void()> on_hold_;
   std::function<void()> on_release_;
   ComPtr<IDispatch> outlook_;
   ULONG refs_ = 1;

@@ -1,5 +1,10 @@
 #include "win32/keepalive/keep_alive_server.h"
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
 #include "win32/keepalive/keep_alive_ids.h"
 
 namespace zintra::win32 {
@@ -48,6 +53,7 @@ class KeepAliveServer::Factory final : public IClassFactory {
 
 namespace {
 constexpr UINT_PTR kNoTimer = 0;
+constexpr UINT kWatchdogGraceMs = 5000;
 }  // namespace
 
 bool KeepAliveServer::MeansServerGone(HRESULT hr) {
@@ -67,7 +73,7 @@ bool KeepAliveServer::MeansServerGone(HRESULT hr) {
 
 HRESULT KeepAliveServer::CreateObject(REFIID iid, void** out) {
   if (object_ || ended_) return CO_E_SERVER_STOPPING;  // one object per process
-  auto* object = new KeepAliveObject([this] { ObjectReleased(); });
+  auto* object = new KeepAliveObject([this] { held_ = true; }, [this] { ObjectReleased(); });
   object_ = object;
   created_ = true;
   HRESULT hr = object->QueryInterface(iid, out);
@@ -107,6 +113,17 @@ KeepAliveServer::Ending KeepAliveServer::Run() {
   HRESULT hr = CoRegisterClassObject(kClsidKeepAlive, &factory, CLSCTX_LOCAL_SERVER,
                                      REGCLS_SINGLEUSE, &cookie);
   if (FAILED(hr)) return Ending::kFailed;
+  // The idle limit holds even when this thread is stuck in a call that never returns
+  // (a system service that does not answer): a process that never came to hold Outlook
+  // ends a little after the limit, from a thread of its own.
+  std::mutex mutex;
+  std::condition_variable stopped;
+  bool running = true;
+  std::thread watchdog([&] {
+    std::unique_lock lock(mutex);
+    const auto limit = std::chrono::milliseconds(timing_.idle_limit_ms + kWatchdogGraceMs);
+    if (!stopped.wait_for(lock, limit, [&] { return !running; }) && !held_) ExitProcess(0);
+  });
   UINT_PTR watch = SetTimer(nullptr, kNoTimer, timing_.watch_interval_ms, nullptr);
   UINT_PTR idle = SetTimer(nullptr, kNoTimer, timing_.idle_limit_ms, nullptr);
   MSG msg;
@@ -124,6 +141,12 @@ KeepAliveServer::Ending KeepAliveServer::Run() {
     TranslateMessage(&msg);
     DispatchMessageW(&msg);
   }
+  {
+    std::lock_guard lock(mutex);
+    running = false;
+  }
+  stopped.notify_all();
+  watchdog.join();
   if (watch != kNoTimer) KillTimer(nullptr, watch);
   if (idle != kNoTimer) KillTimer(nullptr, idle);
   CoRevokeClassObject(cookie);

@@ -7,9 +7,11 @@
 //     the Application and a reply that the server is gone ends the process, so it never
 //     outlives Outlook;
 //   - when nothing has started holding Outlook within the idle limit of its start (the
-//     caller died, or never called Initialize).
+//     caller died, or never called Initialize), even if its thread is stuck in a call.
 // One thread, a single-threaded apartment; COM's calls arrive through its message loop.
 #pragma once
+
+#include <atomic>
 
 #include "win32/com/windows_api.h"
 #include "win32/keepalive/keep_alive_object.h"
@@ -44,6 +46,7 @@ class KeepAliveServer {
   KeepAliveObject* object_ = nullptr;  // while it lives; COM's callers own it
   int locks_ = 0;                      // IClassFactory::LockServer
   bool created_ = false;
+  std::atomic<bool> held_ = false;  // Outlook was held at some time (read by the watchdog)
   bool ended_ = false;
   Ending ending_ = Ending::kFailed;
 };

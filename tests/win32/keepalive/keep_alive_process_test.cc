@@ -3,6 +3,13 @@
 // Application, and ending by itself when released or when Outlook ends.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
 #include "tests/win32/keepalive/fake_outlook.h"
 #include "tests/win32/keepalive/keep_alive_host.h"
 #include "win32/com/com_ptr.h"
@@ -11,6 +18,42 @@ namespace zintra::win32::testing {
 namespace {
 
 constexpr DWORD kPatienceMs = 15000;  // generous: a slow machine only makes a run longer
+constexpr auto kTestLimit = std::chrono::seconds(90);
+
+// A call into a keep-alive process that never answers would block its caller for good:
+// past the limit the watchdog ends the test's keep-alive processes, which fails the call.
+class Watchdog {
+ public:
+  explicit Watchdog(std::vector<DWORD> before)
+      : thread_([this, before = std::move(before)] {
+          std::unique_lock lock(mutex_);
+          if (stop_.wait_for(lock, kTestLimit, [this] { return stopped_; })) return;
+          fired_ = true;
+          for (DWORD id : KeepAliveProcesses()) {
+            if (std::find(before.begin(), before.end(), id) != before.end()) continue;
+            if (HANDLE p = OpenProcess(PROCESS_TERMINATE, FALSE, id)) {
+              TerminateProcess(p, 1);
+              CloseHandle(p);
+            }
+          }
+        }) {}
+  ~Watchdog() {
+    {
+      std::lock_guard lock(mutex_);
+      stopped_ = true;
+    }
+    stop_.notify_all();
+    thread_.join();
+  }
+  bool Fired() const { return fired_; }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable stop_;
+  bool stopped_ = false;
+  std::atomic<bool> fired_ = false;
+  std::thread thread_;
+};
 
 bool Ended(HANDLE process) { return WaitForSingleObject(process, 0) == WAIT_OBJECT_0; }
 
@@ -29,9 +72,12 @@ class KeepAliveProcessTest : public ::testing::Test {
     registered_ = true;
     ASSERT_EQ(CLSIDFromProgID(L"ZintraKeepAlive.KeepAlive", &clsid), S_OK);
     before_ = KeepAliveProcesses();
+    watchdog_ = std::make_unique<Watchdog>(before_);
   }
   void TearDown() override {
     keep_alive_.Reset();
+    if (watchdog_ && watchdog_->Fired()) ADD_FAILURE() << "a call into the keep-alive hung";
+    watchdog_.reset();
     if (process_) {
       if (!PumpUntil([&] { return Ended(process_); }, kPatienceMs)) {
         ADD_FAILURE() << "a keep-alive process outlived its test";
@@ -69,6 +115,7 @@ class KeepAliveProcessTest : public ::testing::Test {
   ComPtr<IDispatch> keep_alive_;
   HANDLE process_ = nullptr;
   std::vector<DWORD> before_;
+  std::unique_ptr<Watchdog> watchdog_;
   bool registered_ = false;
 };
 

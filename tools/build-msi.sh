@@ -4,7 +4,7 @@
 # Usage: tools/build-msi.sh [x64|x86]...   (default: both)
 # Cross-builds ZintraAddin.dll and ZintraControls.ocx (the options page) of each bitness
 # first (presets win64-mingw and win32-mingw), checks that each is a DLL of that bitness
-# importing system DLLs only, and writes
+# importing system DLLs only, does the same for ZintraKeepAlive.exe, and writes
 #   build/msi/Zintra-<version>-<x64|x86>-<user|machine>.msi
 # Extra wixl definitions (-D NAME=VALUE) may follow "--" (tools/test-msi.sh builds its
 # broken and older packages so).
@@ -73,10 +73,27 @@ for arch in "${archs[@]}"; do
     done
   done
 
+  # The keep-alive program, checked as the DLL is: of the package's bitness, importing
+  # system DLLs only.
+  echo "== ZintraKeepAlive.exe ($arch, preset $preset) =="
+  cmake --build "build/$preset" --target ZintraKeepAlive -j "$(nproc)"
+  exe=build/$preset/win32/keepalive/ZintraKeepAlive.exe
+  actual=$("$triple-objdump" -f "$exe" | sed -n 's/.*file format \(.*\)/\1/p')
+  [ "$actual" = "$format" ] || { echo "build-msi: $exe is $actual, not $format" >&2; exit 1; }
+  imports=$("$triple-objdump" -p "$exe" | sed -n 's/.*DLL Name: \(.*\)/\1/p' | tr '[:upper:]' '[:lower:]')
+  [ -n "$imports" ] || { echo "build-msi: no import table in $exe" >&2; exit 1; }
+  for name in $imports; do
+    if [[ " ${system_dlls[*]} " != *" $name "* ]]; then
+      echo "build-msi: $exe imports $name, which is not a Windows system DLL" >&2
+      exit 1
+    fi
+  done
+  echo "imports: ${imports//$'\n'/ }"
+
   for scope in user machine; do
     msi=$out/Zintra-$version-$arch-$scope.msi
     wixl -a "$arch" -D Scope="$scope" -D Arch="$arch" -D Version="$version" \
-      -D AddinDll="$dll" -D ControlsOcx="$ocx" -D MacroDir=installer/letter-macro "${extra[@]}" \
+      -D AddinDll="$dll" -D ControlsOcx="$ocx" -D KeepAliveExe="$exe" -D MacroDir=installer/letter-macro "${extra[@]}" \
       -o "$msi" installer/zintra.wxs
     echo "$msi"
   done

@@ -7,6 +7,7 @@
 #include "win32/addin/com_add_in_adapter.h"
 #include "win32/addin/com_options_page.h"
 #include "win32/addin/dll_module.h"
+#include "win32/addin/keep_alive_client.h"
 #include "win32/com/unicode.h"
 #include "win32/outlook/wrap.h"
 
@@ -32,6 +33,11 @@ AddinHost::AddinHost()
   objects_.RegisterNative(kOptionsPageProgId, [] {
     return std::make_shared<ComOptionsPage>(ComObjectFactory::CreateDispatch(kOptionsPageProgId));
   });
+  // The keep-alive program is told which Outlook to hold: the one the add-in runs in.
+  objects_.RegisterNative(kKeepAliveProgId, [this] {
+    return std::make_shared<KeepAliveClient>(ComObjectFactory::CreateDispatch(kKeepAliveProgId),
+                                             [this] { return OutlookOfAddin(); });
+  });
   errors_ = std::make_unique<ErrorHandling>(ErrorHandlingHost{ports_.error_logs, ports_.msg_box,
                                                               ports_.registry, ports_.file_system,
                                                               ports_.platform, strings_});
@@ -48,6 +54,12 @@ AddinHost::~AddinHost() {
   // The add-in goes first: it borrows everything else.
   connect_.reset();
   SetFailureSink(std::move(previous_failure_sink_));
+}
+
+ComPtr<IDispatch> AddinHost::OutlookOfAddin() const {
+  std::shared_ptr<ZintraAddinApp> app = addin_.lock();
+  auto* outlook = app ? dynamic_cast<const ComAdapter*>(app->OLApp().get()) : nullptr;
+  return outlook ? outlook->Object() : ComPtr<IDispatch>();
 }
 
 std::shared_ptr<Application> AddinHost::WrapApplication(const ComPtr<IDispatch>& application) {

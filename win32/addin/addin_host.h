@@ -73,6 +73,9 @@ class AddinHost {
   StringTable strings_;
   std::unique_ptr<ErrorHandling> errors_;
   FailureSink previous_failure_sink_;
+  // The Application the started add-in holds; null before it starts or once it let go.
+  ComPtr<IDispatch> OutlookOfAddin() const;
+
   zintra::Host host_;
   std::shared_ptr<zintra::Connect> connect_;
   std::weak_ptr<ZintraAddinApp> addin_;

@@ -140,6 +140,8 @@ STDMETHODIMP DispatchObject::QueryInterface(REFIID iid, void** out) {
     *out = static_cast<IDispatch*>(this);
   } else if (IsEqualIID(iid, IID_IConnectionPointContainer)) {
     *out = static_cast<IConnectionPointContainer*>(this);
+  } else if (IsEqualIID(iid, IID_IExternalConnection)) {
+    *out = static_cast<IExternalConnection*>(this);
   } else if (IsEqualIID(iid, kIidDispatchObject)) {
     *out = this;
   } else {
@@ -151,6 +153,16 @@ STDMETHODIMP DispatchObject::QueryInterface(REFIID iid, void** out) {
 }
 
 STDMETHODIMP_(ULONG) DispatchObject::AddRef() { return ++refs_; }
+
+STDMETHODIMP_(DWORD) DispatchObject::AddConnection(DWORD type, DWORD) {
+  if (type & EXTCONN_STRONG) ++external_;
+  return external_;
+}
+
+STDMETHODIMP_(DWORD) DispatchObject::ReleaseConnection(DWORD type, DWORD, BOOL) {
+  if ((type & EXTCONN_STRONG) && external_ > 0) --external_;
+  return external_;
+}
 
 STDMETHODIMP_(ULONG) DispatchObject::Release() {
   ULONG left = --refs_;

@@ -48,7 +48,9 @@ inline constexpr IID kIidDispatchObject = {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
-class DispatchObject final : public IDispatch, public IConnectionPointContainer {
+class DispatchObject final : public IDispatch,
+                             public IConnectionPointContainer,
+                             public IExternalConnection {
  public:
   using Getter = std::function<Variant(const DispatchArgs&)>;
   using Putter = std::function<void(const DispatchArgs&)>;
@@ -86,6 +88,9 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
 
   // The simulated object behind one of our objects, or nullptr for a foreign one.
   static std::shared_ptr<AutomationObject> TargetOf(IDispatch* object);
+  // Strong connections other processes hold on this object now (COM's stub manager
+  // reports them through IExternalConnection): what keeps Outlook from ending.
+  DWORD ExternalConnections() const { return external_; }
   // The object serving `target` now, if any (no reference added).
   static DispatchObject* ServingNow(const AutomationObject* target);
   // Objects alive now, and sink calls that failed, in this process.
@@ -108,6 +113,9 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
   // IConnectionPointContainer
   STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** out) override;
   STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** out) override;
+  // IExternalConnection
+  STDMETHODIMP_(DWORD) AddConnection(DWORD type, DWORD reserved) override;
+  STDMETHODIMP_(DWORD) ReleaseConnection(DWORD type, DWORD reserved, BOOL last_release) override;
 
  private:
   struct Entry {
@@ -124,6 +132,7 @@ class DispatchObject final : public IDispatch, public IConnectionPointContainer 
   HRESULT Call(DISPID id, WORD flags, DISPPARAMS* params, VARIANT* result);
 
   ULONG refs_ = 1;
+  DWORD external_ = 0;
   std::string type_name_;
   std::shared_ptr<AutomationObject> target_;
   std::vector<Entry> members_;

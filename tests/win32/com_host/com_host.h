@@ -56,6 +56,8 @@ class ComHost {
   // Releases the add-in and the application object the host still holds.
   void ReleaseAddin();
   bool Loaded() const { return static_cast<bool>(addin_); }
+  // The Application passed to OnConnection (empty before).
+  const ComPtr<IDispatch>& Application() const { return application_; }
   // The add-in instance passed to OnConnection (empty before).
   const ComPtr<IDispatch>& AddInInstance() const { return add_in_instance_; }
   // The sinks advised on the application's events now, each with a reference.

@@ -11,6 +11,7 @@
 #include "src/logging/zintra_utils.h"
 #include "tests/win32/com_host/com_host.h"
 #include "tests/win32/controls/page_container.h"
+#include "tests/win32/keepalive/keep_alive_host.h"
 #include "win32/com/dispatch_client.h"
 #include "win32/sim_server/dispatch_args.h"
 #include "win32/sim_server/dispatch_object.h"
@@ -226,6 +227,99 @@ TEST_F(ComHostOnDesktop, TheDllStaysLoadedWhileOutlookStillHoldsOneOfItsSinks) {
   EXPECT_EQ(ComHost::DllCanUnloadNow(), S_FALSE) << "unloading would leave Outlook a dangling sink";
   held.clear();
   EXPECT_EQ(ComHost::DllCanUnloadNow(), S_OK);
+}
+
+// A thread timer that closes Outlook's windows from inside the add-in's own message
+// pump: the add-in pumps messages while a job is active (its task list does on Outlook
+// 2003), which is when a user's closing the last window defers the shut-down.
+class CloseInsideAJob {
+ public:
+  explicit CloseInsideAJob(std::function<void()> close) : close_(std::move(close)) {
+    current_ = this;
+    timer_ = SetTimer(nullptr, 0, 10, &CloseInsideAJob::Tick);
+  }
+  ~CloseInsideAJob() {
+    if (timer_) KillTimer(nullptr, timer_);
+    current_ = nullptr;
+  }
+  bool Closed() const { return closed_; }
+  // Pumps as Outlook does, noting which message is being dispatched.
+  bool PumpUntil(const std::function<bool()>& done, DWORD timeout_ms) {
+    const DWORD start = GetTickCount();
+    while (!(done && done())) {
+      if (GetTickCount() - start >= timeout_ms) return false;
+      MSG msg;
+      while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        outer_is_ours_ = msg.hwnd == nullptr && msg.message == WM_TIMER;
+        ++depth_;
+        DispatchMessageW(&msg);
+        --depth_;
+      }
+      MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
+    }
+    return true;
+  }
+
+ private:
+  static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
+    CloseInsideAJob* self = current_;
+    // Only inside another message's dispatch (the add-in's timer, running its queue).
+    if (!self || self->closed_ || self->depth_ == 0 || self->outer_is_ours_) return;
+    KillTimer(nullptr, self->timer_);
+    self->timer_ = 0;
+    self->closed_ = true;
+    self->close_();
+  }
+
+  static inline CloseInsideAJob* current_ = nullptr;
+  std::function<void()> close_;
+  UINT_PTR timer_ = 0;
+  int depth_ = 0;
+  bool outer_is_ours_ = false;
+  bool closed_ = false;
+};
+
+TEST_F(ComHostOnDesktop, ClosingOutlookDuringAJobKeepsItAliveUntilTheJobIsDone) {
+  CLSID keep_alive{};
+  if (FAILED(CLSIDFromProgID(L"ZintraKeepAlive.KeepAlive", &keep_alive)) &&
+      !getenv("ZINTRA_REQUIRE_ADDIN")) {
+    GTEST_SKIP() << "ZintraKeepAlive.KeepAlive is not registered";
+  }
+  host_->settings().ProcessingDelay = 0;
+  for (int i = 1; i <= 3; ++i) host_->MailFromAnn("Backlog " + std::to_string(i));
+  ASSERT_NO_FATAL_FAILURE(Start());
+  DispatchObject* outlook = nullptr;
+  ASSERT_EQ(host_->Application()->QueryInterface(kIidDispatchObject,
+                                                 reinterpret_cast<void**>(&outlook)),
+            S_OK);
+  outlook->Release();  // the host holds it
+  // What holds Outlook is another process: COM counts its strong connections.
+  auto held = [outlook] { return outlook->ExternalConnections(); };
+  ASSERT_EQ(held(), 0u);
+  const std::vector<DWORD> before = testing::KeepAliveProcesses();
+
+  DWORD held_while_job_ran = 0;
+  HANDLE process = nullptr;
+  CloseInsideAJob closer([&] {
+    host_->app().QuitOutlook();  // the last window closes, then Outlook's Quit
+    held_while_job_ran = held();
+    process = testing::NewKeepAliveProcess(before, 0);
+  });
+  ASSERT_TRUE(closer.PumpUntil([&] { return closer.Closed(); }, kPatienceMs))
+      << "the add-in never pumped messages inside a job";
+  EXPECT_GT(held_while_job_ran, 0u) << "nothing held Outlook while the job finished";
+  ASSERT_NE(process, nullptr) << "no ZintraKeepAlive.exe process";
+  // Outlook ends only once no other process holds it: the job returns, the add-in
+  // shuts down and lets go of the keep-alive object, whose process then ends by itself.
+  EXPECT_TRUE(closer.PumpUntil([&] { return held() == 0; }, kPatienceMs));
+  EXPECT_TRUE(closer.PumpUntil(
+      [&] { return WaitForSingleObject(process, 0) == WAIT_OBJECT_0; }, kPatienceMs))
+      << "the keep-alive process outlived the add-in's shut-down";
+  if (WaitForSingleObject(process, 0) != WAIT_OBJECT_0) TerminateProcess(process, 1);
+  CloseHandle(process);
+  EXPECT_EQ(host_->OnBeginShutdown(), S_OK);
+  EXPECT_EQ(host_->OnDisconnection(kExtDmHostShutdown), S_OK);
+  host_->ReleaseAddin();
 }
 
 // Faults in the calls the add-in makes: Outlook (this host) keeps running, every call

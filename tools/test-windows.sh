@@ -17,9 +17,10 @@ timeout 120 wineboot -i >/dev/null 2>&1 || true
 # A crash must end the run at once instead of waiting on a dialog.
 timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
 
-# Test programs that load the add-in through COM, as Outlook does: they run once
-# ZintraAddin.dll is registered (below), the others on a registry without it.
-registered_tests=" com_host_tests "
+# Test programs that load the add-in or the toolbar library through COM, as Outlook does:
+# they run once ZintraAddin.dll and Quillbar.dll are registered (below), the others on a
+# registry without them.
+registered_tests=" com_host_tests toolbar_library_tests "
 needs_registration() { [[ "$registered_tests" == *" $(basename "$1" .exe) "* ]]; }
 
 failed=0
@@ -67,16 +68,17 @@ reg_snapshot() {
   done
 }
 addin_dll=$(winepath -w "$build/win32/addin/ZintraAddin.dll")
+toolbar_dll=$(winepath -w "$build/win32/toolbar_library/Quillbar.dll")
 registry_before="$build/registry-before"
 registry_after="$build/registry-after"
 rm -rf "$registry_before" "$registry_after"
 reg_snapshot "$registry_before"
-echo "== regsvr32 ZintraAddin.dll =="
-if timeout 60 wine regsvr32 /s "$addin_dll" \
+echo "== regsvr32 ZintraAddin.dll Quillbar.dll =="
+if timeout 60 wine regsvr32 /s "$addin_dll" && timeout 60 wine regsvr32 /s "$toolbar_dll" \
     && timeout 60 wine reg query 'HKCU\Software\Microsoft\Office\Outlook\Addins\ZintraAddin.Connect' \
       /v LoadBehavior >/dev/null; then
-  class_keys=(ZintraAddin.Connect ZintraAddin.WordLetterHandler)
-  for prog_id in ZintraAddin.Connect ZintraAddin.WordLetterHandler; do
+  class_keys=(ZintraAddin.Connect ZintraAddin.WordLetterHandler Quillbar.ToolbarHelper)
+  for prog_id in ZintraAddin.Connect ZintraAddin.WordLetterHandler Quillbar.ToolbarHelper; do
     clsid=$(timeout 60 wine reg query "HKCU\\Software\\Classes\\$prog_id\\CLSID" /ve \
       | grep -o "{[0-9A-Fa-f-]*}" | head -1 || true)
     class_keys+=("CLSID\\$clsid")
@@ -99,8 +101,9 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
       failed=1
     fi
   done < <(find "$build/tests/win32" -name '*_tests.exe' | sort)
-  echo "== regsvr32 /u ZintraAddin.dll =="
+  echo "== regsvr32 /u ZintraAddin.dll Quillbar.dll =="
   timeout 60 wine regsvr32 /s /u "$addin_dll" || { echo "FAILED: regsvr32 /u"; failed=1; }
+  timeout 60 wine regsvr32 /s /u "$toolbar_dll" || { echo "FAILED: regsvr32 /u Quillbar.dll"; failed=1; }
   for key in "${class_keys[@]}"; do
     timeout 60 wine reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null 2>&1 || true
   done
@@ -115,7 +118,7 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
     failed=1
   fi
 else
-  echo "FAILED: regsvr32 ZintraAddin.dll"
+  echo "FAILED: regsvr32 ZintraAddin.dll Quillbar.dll"
   failed=1
 fi
 wineserver -k || true

@@ -1,8 +1,30 @@
 // Members of the command bars of Outlook's windows.
+#include "src/core/z_error.h"
 #include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
+
+namespace {
+
+// Office refuses a call with more arguments than the member declares.
+void TakesAtMost(const DispatchArgs& a, size_t declared) {
+  if (a.Count() > declared) {
+    throw ZError(static_cast<int32_t>(DISP_E_BADPARAMCOUNT), "Invalid number of parameters.");
+  }
+}
+
+// Only buttons declare Style; a control whose kind cannot be read is served as one.
+bool IsButton(const std::shared_ptr<CommandBarControl>& p) {
+  try {
+    return p->Type() == kMsoControlButton;
+  } catch (const ZError&) {
+    return true;
+  }
+}
+
+}  // namespace
+
 void AddCommandBars(DispatchObject& d, const std::shared_ptr<CommandBars>& p) {
   d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
   d.Member("Item", [p](const DispatchArgs& a) {
@@ -11,9 +33,12 @@ void AddCommandBars(DispatchObject& d, const std::shared_ptr<CommandBars>& p) {
     return ServeVariant(p->Item(key.ToLong()));
   });
   d.Member("Add", [p](const DispatchArgs& a) {
-    return ServeVariant(p->Add(a.Text(0), a.Long(1, kMsoBarTop), a.Bool(4, true)));
+    TakesAtMost(a, declared::command_bars::kAddParameters);
+    return ServeVariant(p->Add(a.Text(0), a.Long(1, kMsoBarTop),
+                               a.Bool(declared::command_bars::kAddTemporary, false)));
   });
   d.Member("FindControl", [p](const DispatchArgs& a) {
+    TakesAtMost(a, declared::command_bars::kFindControlParameters);
     return ServeVariant(
         p->FindControl(a.Long(0, 0), a.Long(1, 0), a.Text(2, ""), a.Bool(3, false)));
   });
@@ -29,6 +54,7 @@ void AddCommandBar(DispatchObject& d, const std::shared_ptr<CommandBar>& p) {
       [p](const DispatchArgs& a) { p->SetVisible(a.PutAsValue().ToBool()); });
   d.Member("Controls", [p](const DispatchArgs&) { return ServeVariant(p->Controls()); });
   d.Member("FindControl", [p](const DispatchArgs& a) {
+    TakesAtMost(a, declared::command_bar::kFindControlParameters);
     return ServeVariant(p->FindControl(a.Long(0, 0), a.Long(1, 0), a.Text(2, ""), a.Bool(3, false),
                                        a.Bool(4, false)));
   });
@@ -43,8 +69,9 @@ void AddCommandBarControls(DispatchObject& d, const std::shared_ptr<CommandBarCo
   d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
   d.Member("Item", [p](const DispatchArgs& a) { return ServeVariant(p->Item(a.Long(0))); });
   d.Member("Add", [p](const DispatchArgs& a) {
+    TakesAtMost(a, declared::command_bar_controls::kAddParameters);
     return ServeVariant(
-        p->Add(a.Long(0, kMsoControlButton), a.Long(1, 1), a.Long(3, 0), a.Bool(4, true)));
+        p->Add(a.Long(0, kMsoControlButton), a.Long(1, 1), a.Long(3, 0), a.Bool(4, false)));
   });
 }
 
@@ -61,9 +88,11 @@ void AddCommandBarControl(DispatchObject& d, const std::shared_ptr<CommandBarCon
   d.Member(
       "Visible", [p](const DispatchArgs&) { return Ret(p->Visible()); },
       [p](const DispatchArgs& a) { p->SetVisible(a.PutAsValue().ToBool()); });
-  d.Member(
-      "Style", [p](const DispatchArgs&) { return Ret(p->Style()); },
-      [p](const DispatchArgs& a) { p->SetStyle(a.PutAsValue().ToLong()); });
+  if (IsButton(p)) {
+    d.Member(
+        "Style", [p](const DispatchArgs&) { return Ret(p->Style()); },
+        [p](const DispatchArgs& a) { p->SetStyle(a.PutAsValue().ToLong()); });
+  }
   d.Member(
       "Enabled", [p](const DispatchArgs&) { return Ret(p->Enabled()); },
       [p](const DispatchArgs& a) { p->SetEnabled(a.PutAsValue().ToBool()); });

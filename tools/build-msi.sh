@@ -2,8 +2,9 @@
 # Builds Zintra's Windows Installer packages with wixl (Debian package wixl) from
 # installer/zintra.wxs: per user and per machine, for 64-bit and 32-bit Outlook.
 # Usage: tools/build-msi.sh [x64|x86]...   (default: both)
-# Cross-builds ZintraAddin.dll of each bitness first (presets win64-mingw and win32-mingw),
-# checks that it is a DLL of that bitness importing system DLLs only, and writes
+# Cross-builds ZintraAddin.dll and the toolbar library Quillbar.dll of each bitness first
+# (presets win64-mingw and win32-mingw), checks that each is a DLL of that bitness
+# importing system DLLs only, and writes
 #   build/msi/Zintra-<version>-<x64|x86>-<user|machine>.msi
 # Extra wixl definitions (-D NAME=VALUE) may follow "--" (tools/test-msi.sh builds its
 # broken and older packages so).
@@ -42,37 +43,40 @@ for arch in "${archs[@]}"; do
   else
     preset=win32-mingw triple=i686-w64-mingw32 format=pei-i386
   fi
-  echo "== ZintraAddin.dll ($arch, preset $preset) =="
+  echo "== ZintraAddin.dll, Quillbar.dll ($arch, preset $preset) =="
   [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >/dev/null
-  cmake --build "build/$preset" --target ZintraAddin -j "$(nproc)"
-  dll=build/$preset/win32/addin/ZintraAddin.dll
-
-  # The package of a bitness must carry the DLL of that bitness.
-  actual=$("$triple-objdump" -f "$dll" | sed -n 's/.*file format \(.*\)/\1/p')
-  if [ "$actual" != "$format" ]; then
-    echo "build-msi: $dll is $actual, not $format" >&2
-    exit 1
-  fi
-  imports=$("$triple-objdump" -p "$dll" | sed -n 's/.*DLL Name: \(.*\)/\1/p' | tr '[:upper:]' '[:lower:]')
-  [ -n "$imports" ] || { echo "build-msi: no import table in $dll" >&2; exit 1; }
-  for name in $imports; do
-    if [[ " ${system_dlls[*]} " != *" $name "* ]]; then
-      echo "build-msi: $dll imports $name, which is not a Windows system DLL" >&2
+  cmake --build "build/$preset" --target ZintraAddin Quillbar -j "$(nproc)"
+  toolbar_dll=build/$preset/win32/toolbar_library/Quillbar.dll
+  for dll in build/$preset/win32/addin/ZintraAddin.dll "$toolbar_dll"; do
+    # The package of a bitness must carry the DLL of that bitness.
+    actual=$("$triple-objdump" -f "$dll" | sed -n 's/.*file format \(.*\)/\1/p')
+    if [ "$actual" != "$format" ]; then
+      echo "build-msi: $dll is $actual, not $format" >&2
       exit 1
     fi
+    imports=$("$triple-objdump" -p "$dll" | sed -n 's/.*DLL Name: \(.*\)/\1/p' | tr '[:upper:]' '[:lower:]')
+    [ -n "$imports" ] || { echo "build-msi: no import table in $dll" >&2; exit 1; }
+    for name in $imports; do
+      if [[ " ${system_dlls[*]} " != *" $name "* ]]; then
+        echo "build-msi: $dll imports $name, which is not a Windows system DLL" >&2
+        exit 1
+      fi
+    done
+    echo "$(basename "$dll") imports: ${imports//$'\n'/ }"
+    # COM finds the entry points by these undecorated names (a 32-bit stdcall name would
+    # otherwise be exported as DllGetClassObject@12).
+    exports=$("$triple-objdump" -p "$dll" | sed -n '/Ordinal\/Name Pointer/,/^$/s/.*\] //p')
+    for name in DllGetClassObject DllCanUnloadNow DllRegisterServer DllUnregisterServer; do
+      grep -q -x "$name" <<<"$exports" || { echo "build-msi: $dll does not export $name" >&2; exit 1; }
+    done
   done
-  echo "imports: ${imports//$'\n'/ }"
-  # COM finds the entry points by these undecorated names (a 32-bit stdcall name would
-  # otherwise be exported as DllGetClassObject@12).
-  exports=$("$triple-objdump" -p "$dll" | sed -n '/Ordinal\/Name Pointer/,/^$/s/.*\] //p')
-  for name in DllGetClassObject DllCanUnloadNow DllRegisterServer DllUnregisterServer; do
-    grep -q -x "$name" <<<"$exports" || { echo "build-msi: $dll does not export $name" >&2; exit 1; }
-  done
+  dll=build/$preset/win32/addin/ZintraAddin.dll
 
   for scope in user machine; do
     msi=$out/Zintra-$version-$arch-$scope.msi
     wixl -a "$arch" -D Scope="$scope" -D Arch="$arch" -D Version="$version" \
-      -D AddinDll="$dll" -D MacroDir=installer/letter-macro "${extra[@]}" \
+      -D AddinDll="$dll" -D MacroDir=installer/letter-macro -D ToolbarDll="$toolbar_dll" \
+      "${extra[@]}" \
       -o "$msi" installer/zintra.wxs
     echo "$msi"
   done

@@ -2,8 +2,9 @@
 # Installs and removes Zintra's packages under Wine, as users and administrators do:
 #   - each package (per user, per machine; 64-bit, and 32-bit as far as Wine can run it):
 #     msiexec /i /qn, the files land only in the scope's folder and the registry entries only
-#     in the scope's hive, they are exactly what the DLL's own registration writes, the test
-#     host activates ZintraAddin.Connect by ProgID and logs a mail, msiexec /x /qn, and the
+#     in the scope's hive, they are exactly what the DLLs' own registration writes (the
+#     add-in's and the toolbar library's), the test host activates ZintraAddin.Connect by
+#     ProgID, logs a mail and a phone call from the installed toolbar, msiexec /x /qn, and the
 #     registry (Software of both hives) and drive C are as they were before;
 #   - an upgrade replaces the older version and a downgrade is refused;
 #   - a broken install (a missing file, a failure after the registry was written) rolls back
@@ -174,9 +175,11 @@ install_round_trip() {  # arch scope
     || fail "$name: the letter macro was not installed"
   [ -f "$dll" ] && ! "$objdump" -f "$dll" | grep -q "file format $format" \
     && fail "$name: the installed DLL is not $format"
+  local toolbar_dll="$WINEPREFIX/drive_c/$folder/Quillbar.dll"
+  [ -f "$toolbar_dll" ] || fail "$name: $folder/Quillbar.dll (the toolbar library) was not installed"
   # Registry entries only in the scope's hive.
   if registration "$work/$name-installed" "$other" \
-      | grep -q -i 'ZintraAddin\|9BEC0744\|0A55C397'; then
+      | grep -q -i 'ZintraAddin\|9BEC0744\|0A55C397\|Quillbar\|7D2A4C61'; then
     fail "$name: the add-in was registered in the other hive"
   fi
   registration "$work/$name-installed" "$hive" >"$work/$name-msi.reg"
@@ -185,14 +188,18 @@ install_round_trip() {  # arch scope
 
   if [ "$arch" = x64 ] || [ $wine32 = 1 ]; then
     # The same entries as the DLL's own registration of that scope writes.
-    local dll_w
+    local dll_w toolbar_w
     dll_w=$(winepath -w "$dll")
+    toolbar_w=$(winepath -w "$toolbar_dll")
     timeout 60 wine regsvr32 /s /u "${regsvr_scope[@]}" "$dll_w" || fail "$name: regsvr32 /u"
+    timeout 60 wine regsvr32 /s /u "${regsvr_scope[@]}" "$toolbar_w" \
+      || fail "$name: regsvr32 /u Quillbar.dll"
     state "$work/$name-unregistered"
     registration "$work/$name-unregistered" "$hive" >"$work/$name-none.reg"
     registration "$work/$name-before" "$hive" | diff - "$work/$name-none.reg" >/dev/null \
       || fail "$name: regsvr32 /u did not remove what the package wrote"
     timeout 60 wine regsvr32 /s "${regsvr_scope[@]}" "$dll_w" || fail "$name: regsvr32"
+    timeout 60 wine regsvr32 /s "${regsvr_scope[@]}" "$toolbar_w" || fail "$name: regsvr32 Quillbar.dll"
     state "$work/$name-regsvr32"
     registration "$work/$name-regsvr32" "$hive" >"$work/$name-regsvr32.reg"
     if ! diff "$work/$name-regsvr32.reg" "$work/$name-msi.reg" >"$work/$name-reg.diff"; then
@@ -210,17 +217,18 @@ install_round_trip() {  # arch scope
     local copies=()
     if [ "$scope" = user ]; then
       # Wine resolves classes from HKLM only: the per-user classes are copied there for the run.
-      copies=(ZintraAddin.Connect 'CLSID\{9BEC0744-C867-448C-B6F9-3BDDCEC8859F}')
+      copies=(ZintraAddin.Connect 'CLSID\{9BEC0744-C867-448C-B6F9-3BDDCEC8859F}'
+        Quillbar.ToolbarHelper 'CLSID\{7D2A4C61-93B5-4E0F-A8D3-5C1E6B9F2A47}')
       local key
       for key in "${copies[@]}"; do
         timeout 60 wine reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f >/dev/null
       done
       wineserver -k || true
     fi
-    step "$name: the test host loads ZintraAddin.Connect by ProgID and logs a mail"
+    step "$name: the test host loads ZintraAddin.Connect by ProgID, logs a mail and a phone call from the toolbar"
     ZINTRA_REQUIRE_ADDIN=1 timeout 300 xvfb-run -a sh -c "wine '$host' --gtest_brief=1 \
-      --gtest_filter=ComHostOnDesktop.NewMailIsLoggedOnceAndSentMailAgainstItsRecipients; \
-      rc=\$?; wineserver -k; exit \$rc" || fail "$name: the installed add-in did not log the mail"
+      --gtest_filter=ComHostOnDesktop.NewMailIsLoggedOnceAndSentMailAgainstItsRecipients:ComHostOnDesktop.APhoneCallButtonOfTheToolbarOpensAJournalEntryForTheSelectedContact; \
+      rc=\$?; wineserver -k; exit \$rc" || fail "$name: the installed add-in did not log the mail or the phone call"
     for key in "${copies[@]}"; do
       timeout 60 wine reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null
     done

@@ -45,7 +45,8 @@ ComPtr<IDispatch> ButtonObject(const std::shared_ptr<CommandBarControl>& control
 const VARIANT& Required(const DispatchTable::Args& args, UINT index) {
   const VARIANT* v = args.At(index);
   if (!v || v->vt == VT_ERROR) {
-    throw ZError(kErrWrongArgumentCount, "Argument not optional", "ToolbarHelper");
+    throw ZError(kErrWrongArgumentCount, "Wrong number of arguments or invalid property assignment",
+                 "ToolbarHelper");
   }
   return *v;
 }

@@ -1,4 +1,8 @@
 // Members of the command bars of Outlook's windows.
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "src/core/z_error.h"
 #include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/server_members.h"
@@ -11,6 +15,25 @@ namespace {
 void TakesAtMost(const DispatchArgs& a, size_t declared) {
   if (a.Count() > declared) {
     throw ZError(static_cast<int32_t>(DISP_E_BADPARAMCOUNT), "Invalid number of parameters.");
+  }
+}
+
+// The buttons served now, each with its control, for the clicks Office shares by tag.
+struct ServedButton {
+  DispatchObject* object;
+  std::shared_ptr<CommandBarControl> control;
+};
+std::vector<ServedButton>& ServedButtons() {
+  static std::vector<ServedButton> served;
+  return served;
+}
+
+// A deleted control has no tag.
+std::string TagOf(const std::shared_ptr<CommandBarControl>& control) {
+  try {
+    return control->Tag();
+  } catch (const ZError&) {
+    return {};
   }
 }
 
@@ -107,13 +130,30 @@ void AddCommandBarControl(DispatchObject& d, const std::shared_ptr<CommandBarCon
   d.Member("Parent", [p](const DispatchArgs&) { return ServeVariant(p->Parent()); });
   DispatchObject* raw = &d;
   d.Source(declared::command_bar_button_events::kIid);
-  d.Keep(p->Click.Connect([raw](std::shared_ptr<Control> control, bool& cancel_default) {
+  ServedButtons().push_back({raw, p});
+  d.Keep(Connection([raw] {
+    auto& served = ServedButtons();
+    served.erase(std::remove_if(served.begin(), served.end(),
+                                [raw](const ServedButton& b) { return b.object == raw; }),
+                 served.end());
+  }));
+  d.Keep(p->Click.Connect([](std::shared_ptr<Control> control, bool& cancel_default) {
+    // Office raises the click on every button that carries the clicked one's tag.
+    std::vector<ComPtr<DispatchObject>> targets;
+    const std::string tag = TagOf(control);
+    for (const ServedButton& b : ServedButtons()) {
+      if (b.control == control || (!tag.empty() && TagOf(b.control) == tag)) {
+        targets.emplace_back(b.object);
+      }
+    }
     VARIANT_BOOL flag = cancel_default ? VARIANT_TRUE : VARIANT_FALSE;
-    std::vector<Variant> args;
-    args.push_back(ServeVariant(control));
-    args.push_back(ByRefBool(&flag));
-    raw->Fire(declared::command_bar_button_events::kIid,
-              declared::command_bar_button_events::kClick, args);
+    for (const auto& target : targets) {
+      std::vector<Variant> args;
+      args.push_back(ServeVariant(control));
+      args.push_back(ByRefBool(&flag));
+      target->Fire(declared::command_bar_button_events::kIid,
+                   declared::command_bar_button_events::kClick, args);
+    }
     cancel_default = flag != VARIANT_FALSE;
   }));
 }

@@ -8,9 +8,12 @@
 
 #include "sim/outlook/sim_command_bars.h"
 #include "sim/outlook/sim_ol_windows.h"
+#include "src/core/version.h"
 #include "tests/win32/outlook/served_profile.h"
+#include "win32/com/unicode.h"
 #include "win32/outlook/com_object_factory.h"
 #include "win32/outlook/com_toolbar_library.h"
+#include "win32/ports/win32_platform.h"
 #include "win32/sim_server/dispatch_object.h"
 
 namespace zintra::win32::testing {
@@ -164,6 +167,26 @@ TEST_F(QuillbarTest, BadDeclarationsAreRefusedWithTheRunTimeError) {
             kErrInvalidCall);
   EXPECT_EQ(ErrorOf([&] { helper_->Initialize(p_.app, "Zintra"); }), kErrInvalidCall);
   EXPECT_FALSE(ButtonIn(explorer_));
+}
+
+// The error log reads the library's version from the file beside the add-in.
+TEST_F(QuillbarTest, TheRegisteredFileCarriesTheAddinsVersion) {
+  CLSID clsid{};
+  ASSERT_EQ(CLSIDFromProgID(L"Quillbar.ToolbarHelper", &clsid), S_OK);
+  wchar_t clsid_text[40] = {};
+  StringFromGUID2(clsid, clsid_text, 40);
+  std::wstring key = std::wstring(L"CLSID\\") + clsid_text + L"\\InprocServer32";
+  wchar_t path[MAX_PATH] = {};
+  DWORD size = sizeof(path);
+  ASSERT_EQ(
+      RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, path, &size),
+      ERROR_SUCCESS);
+  EXPECT_NE(Narrow(path).find("Quillbar.dll"), std::string::npos);
+  auto version = Win32Platform().FileVersion(Narrow(path));
+  ASSERT_TRUE(version);
+  EXPECT_EQ(version->major, kAddinVersionMajor);
+  EXPECT_EQ(version->minor, kAddinVersionMinor);
+  EXPECT_EQ(version->revision, kAddinVersionRevision);
 }
 
 }  // namespace

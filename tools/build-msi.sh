@@ -2,9 +2,10 @@
 # Builds Zintra's Windows Installer packages with wixl (Debian package wixl) from
 # installer/zintra.wxs: per user and per machine, for 64-bit and 32-bit Outlook.
 # Usage: tools/build-msi.sh [x64|x86]...   (default: both)
-# Cross-builds ZintraAddin.dll and ZintraControls.ocx (the options page) of each bitness
-# first (presets win64-mingw and win32-mingw), checks that each is a DLL of that bitness
-# importing system DLLs only, does the same for ZintraKeepAlive.exe, and writes
+# Cross-builds ZintraAddin.dll, ZintraControls.ocx (the options page), the toolbar library
+# Quillbar.dll and ZintraKeepAlive.exe of each bitness first (presets win64-mingw and
+# win32-mingw), checks that each is of that bitness and imports system DLLs only (and that
+# each DLL exports COM's entry points), and writes
 #   build/msi/Zintra-<version>-<x64|x86>-<user|machine>.msi
 # Extra wixl definitions (-D NAME=VALUE) may follow "--" (tools/test-msi.sh builds its
 # broken and older packages so).
@@ -43,14 +44,16 @@ for arch in "${archs[@]}"; do
   else
     preset=win32-mingw triple=i686-w64-mingw32 format=pei-i386
   fi
-  echo "== ZintraAddin.dll, ZintraControls.ocx ($arch, preset $preset) =="
+  echo "== ZintraAddin.dll, ZintraControls.ocx, Quillbar.dll, ZintraKeepAlive.exe ($arch, preset $preset) =="
   [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >/dev/null
-  cmake --build "build/$preset" --target ZintraAddin ZintraControls -j "$(nproc)"
+  cmake --build "build/$preset" --target ZintraAddin ZintraControls Quillbar ZintraKeepAlive -j "$(nproc)"
   dll=build/$preset/win32/addin/ZintraAddin.dll
   ocx=build/$preset/win32/controls/ZintraControls.ocx
+  toolbar_dll=build/$preset/win32/toolbar_library/Quillbar.dll
+  exe=build/$preset/win32/keepalive/ZintraKeepAlive.exe
 
-  for file in "$dll" "$ocx"; do
-    # The package of a bitness must carry the DLL of that bitness.
+  for file in "$dll" "$ocx" "$toolbar_dll" "$exe"; do
+    # The package of a bitness must carry programs of that bitness.
     actual=$("$triple-objdump" -f "$file" | sed -n 's/.*file format \(.*\)/\1/p')
     if [ "$actual" != "$format" ]; then
       echo "build-msi: $file is $actual, not $format" >&2
@@ -64,7 +67,8 @@ for arch in "${archs[@]}"; do
         exit 1
       fi
     done
-    echo "imports: ${imports//$'\n'/ }"
+    echo "$(basename "$file") imports: ${imports//$'\n'/ }"
+    [ "$file" = "$exe" ] && continue
     # COM finds the entry points by these undecorated names (a 32-bit stdcall name would
     # otherwise be exported as DllGetClassObject@12).
     exports=$("$triple-objdump" -p "$file" | sed -n '/Ordinal\/Name Pointer/,/^$/s/.*\] //p')
@@ -73,27 +77,11 @@ for arch in "${archs[@]}"; do
     done
   done
 
-  # The keep-alive program, checked as the DLL is: of the package's bitness, importing
-  # system DLLs only.
-  echo "== ZintraKeepAlive.exe ($arch, preset $preset) =="
-  cmake --build "build/$preset" --target ZintraKeepAlive -j "$(nproc)"
-  exe=build/$preset/win32/keepalive/ZintraKeepAlive.exe
-  actual=$("$triple-objdump" -f "$exe" | sed -n 's/.*file format \(.*\)/\1/p')
-  [ "$actual" = "$format" ] || { echo "build-msi: $exe is $actual, not $format" >&2; exit 1; }
-  imports=$("$triple-objdump" -p "$exe" | sed -n 's/.*DLL Name: \(.*\)/\1/p' | tr '[:upper:]' '[:lower:]')
-  [ -n "$imports" ] || { echo "build-msi: no import table in $exe" >&2; exit 1; }
-  for name in $imports; do
-    if [[ " ${system_dlls[*]} " != *" $name "* ]]; then
-      echo "build-msi: $exe imports $name, which is not a Windows system DLL" >&2
-      exit 1
-    fi
-  done
-  echo "imports: ${imports//$'\n'/ }"
-
   for scope in user machine; do
     msi=$out/Zintra-$version-$arch-$scope.msi
     wixl -a "$arch" -D Scope="$scope" -D Arch="$arch" -D Version="$version" \
-      -D AddinDll="$dll" -D ControlsOcx="$ocx" -D KeepAliveExe="$exe" -D MacroDir=installer/letter-macro "${extra[@]}" \
+      -D AddinDll="$dll" -D ControlsOcx="$ocx" -D KeepAliveExe="$exe" -D ToolbarDll="$toolbar_dll" \
+      -D MacroDir=installer/letter-macro "${extra[@]}" \
       -o "$msi" installer/zintra.wxs
     echo "$msi"
   done

@@ -2,12 +2,13 @@
 # Installs and removes Zintra's packages under Wine, as users and administrators do:
 #   - each package (per user, per machine; 64-bit, and 32-bit as far as Wine can run it):
 #     msiexec /i /qn, the files land only in the scope's folder and the registry entries only
-#     in the scope's hive, they are exactly what the DLL's, the options page control's and
-#     ZintraKeepAlive.exe's own registrations write, the test host activates
-#     ZintraAddin.Connect by ProgID and logs a mail, opens Outlook's Options dialog, where the
-#     add-in puts the installed options page, configures a folder set on it and sees the next
-#     mail logged, and is held open by the installed keep-alive program, msiexec /x /qn, and
-#     the registry (Software of both hives) and drive C are as they were before;
+#     in the scope's hive, they are exactly what the programs' own registrations write (the
+#     add-in's, the options page control's, the toolbar library's and ZintraKeepAlive.exe's),
+#     the test host activates ZintraAddin.Connect by ProgID and logs a mail and a phone call
+#     from the installed toolbar, opens Outlook's Options dialog, where the add-in puts the
+#     installed options page, configures a folder set on it and sees the next mail logged,
+#     and is held open by the installed keep-alive program, msiexec /x /qn, and the registry
+#     (Software of both hives) and drive C are as they were before;
 #   - an upgrade replaces the older version and a downgrade is refused;
 #   - a broken install (a missing file, a failure after the registry was written) rolls back
 #     and leaves nothing.
@@ -184,9 +185,11 @@ install_round_trip() {  # arch scope
   [ -f "$keep_alive" ] || fail "$name: $folder/ZintraKeepAlive.exe was not installed"
   [ -f "$dll" ] && ! "$objdump" -f "$dll" | grep -q "file format $format" \
     && fail "$name: the installed DLL is not $format"
+  local toolbar_dll="$WINEPREFIX/drive_c/$folder/Quillbar.dll"
+  [ -f "$toolbar_dll" ] || fail "$name: $folder/Quillbar.dll (the toolbar library) was not installed"
   # Registry entries only in the scope's hive.
   if registration "$work/$name-installed" "$other" \
-      | grep -q -i 'ZintraAddin\|9BEC0744\|0A55C397\|ZintraControls\|8126899C\|ZintraKeepAlive\|136B76B5'; then
+      | grep -q -i 'ZintraAddin\|9BEC0744\|0A55C397\|ZintraControls\|8126899C\|ZintraKeepAlive\|136B76B5\|Quillbar\|7D2A4C61'; then
     fail "$name: the add-in was registered in the other hive"
   fi
   registration "$work/$name-installed" "$hive" >"$work/$name-msi.reg"
@@ -194,14 +197,16 @@ install_round_trip() {  # arch scope
     || fail "$name: Outlook's loader values are missing"
 
   if [ "$arch" = x64 ] || [ $wine32 = 1 ]; then
-    # The same entries as the DLL's, the control's and the keep-alive program's own
-    # registrations of that scope write.
-    local dll_w ocx_w keep_alive_scope=()
+    # The same entries as the programs' own registrations of that scope write.
+    local dll_w ocx_w toolbar_w keep_alive_scope=()
     dll_w=$(winepath -w "$dll")
     ocx_w=$(winepath -w "$ocx")
+    toolbar_w=$(winepath -w "$toolbar_dll")
     [ "$scope" = machine ] && keep_alive_scope=(/Machine)
     timeout 60 wine regsvr32 /s /u "${regsvr_scope[@]}" "$dll_w" || fail "$name: regsvr32 /u"
     timeout 60 wine regsvr32 /s /u "${regsvr_scope[@]}" "$ocx_w" || fail "$name: regsvr32 /u ocx"
+    timeout 60 wine regsvr32 /s /u "${regsvr_scope[@]}" "$toolbar_w" \
+      || fail "$name: regsvr32 /u Quillbar.dll"
     timeout 60 wine "$keep_alive" /UnregServer "${keep_alive_scope[@]}" \
       || fail "$name: ZintraKeepAlive.exe /UnregServer"
     state "$work/$name-unregistered"
@@ -212,6 +217,7 @@ install_round_trip() {  # arch scope
     timeout 60 wine regsvr32 /s "${regsvr_scope[@]}" "$ocx_w" || fail "$name: regsvr32 ocx"
     timeout 60 wine "$keep_alive" /RegServer "${keep_alive_scope[@]}" \
       || fail "$name: ZintraKeepAlive.exe /RegServer"
+    timeout 60 wine regsvr32 /s "${regsvr_scope[@]}" "$toolbar_w" || fail "$name: regsvr32 Quillbar.dll"
     state "$work/$name-regsvr32"
     registration "$work/$name-regsvr32" "$hive" >"$work/$name-regsvr32.reg"
     if ! diff "$work/$name-regsvr32.reg" "$work/$name-msi.reg" >"$work/$name-reg.diff"; then
@@ -231,18 +237,19 @@ install_round_trip() {  # arch scope
       # Wine resolves classes from HKLM only: the per-user classes are copied there for the run.
       copies=(ZintraAddin.Connect 'CLSID\{9BEC0744-C867-448C-B6F9-3BDDCEC8859F}'
         ZintraControls.OutlookPropertiesPage 'CLSID\{8126899C-11C0-49FE-BA19-AA4AAB4DAE1B}'
-        ZintraKeepAlive.KeepAlive 'CLSID\{136B76B5-1DE6-4486-BA20-73E19DF74AAA}')
+        ZintraKeepAlive.KeepAlive 'CLSID\{136B76B5-1DE6-4486-BA20-73E19DF74AAA}'
+        Quillbar.ToolbarHelper 'CLSID\{7D2A4C61-93B5-4E0F-A8D3-5C1E6B9F2A47}')
       local key
       for key in "${copies[@]}"; do
         timeout 60 wine reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f >/dev/null
       done
       wineserver -k || true
     fi
-    step "$name: the test host loads ZintraAddin.Connect by ProgID and logs a mail; its Options dialog shows the page; ZintraKeepAlive.KeepAlive holds it"
+    step "$name: the test host loads ZintraAddin.Connect by ProgID and logs a mail and a phone call from the toolbar; its Options dialog shows the page; ZintraKeepAlive.KeepAlive holds it"
     ZINTRA_REQUIRE_ADDIN=1 timeout 300 xvfb-run -a sh -c "wine '$host' --gtest_brief=1 \
-      --gtest_filter=ComHostOnDesktop.NewMailIsLoggedOnceAndSentMailAgainstItsRecipients:ComHostOnDesktop.AFolderSetConfiguredOnTheOptionsPageLogsTheNextMail:ComHostOnDesktop.ClosingOutlookDuringAJobKeepsItAliveUntilTheJobIsDone; \
+      --gtest_filter=ComHostOnDesktop.NewMailIsLoggedOnceAndSentMailAgainstItsRecipients:ComHostOnDesktop.APhoneCallButtonOfTheToolbarOpensAJournalEntryForTheSelectedContact:ComHostOnDesktop.AFolderSetConfiguredOnTheOptionsPageLogsTheNextMail:ComHostOnDesktop.ClosingOutlookDuringAJobKeepsItAliveUntilTheJobIsDone; \
       rc=\$?; wineserver -k; exit \$rc" \
-      || fail "$name: the installed add-in did not log the mail, the options page failed, or the keep-alive program did not hold Outlook"
+      || fail "$name: the installed add-in did not log the mail or the phone call, the options page failed, or the keep-alive program did not hold Outlook"
     for key in "${copies[@]}"; do
       timeout 60 wine reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null
     done

@@ -17,11 +17,12 @@ timeout 120 wineboot -i >/dev/null 2>&1 || true
 # A crash must end the run at once instead of waiting on a dialog.
 timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
 
-# Test programs that load the add-in or the options page control through COM, as
-# Outlook does: they run once ZintraAddin.dll, ZintraControls.ocx and ZintraKeepAlive.exe
-# are registered (below), the keep-alive program's own tests (which register it
-# themselves) once COM's services can start, the others on a registry without them.
-registered_tests=" com_host_tests options_page_tests "
+# Test programs that load the add-in, the options page control or the toolbar library
+# through COM, as Outlook does: they run once ZintraAddin.dll, ZintraControls.ocx,
+# Quillbar.dll and ZintraKeepAlive.exe are registered (below), the keep-alive program's own
+# tests (which register it themselves) once COM's services can start, the others on a
+# registry without them.
+registered_tests=" com_host_tests options_page_tests toolbar_library_tests "
 own_registration_tests=" keep_alive_tests "
 needs_registration() { [[ "$registered_tests$own_registration_tests" == *" $(basename "$1" .exe) "* ]]; }
 
@@ -91,18 +92,20 @@ addin_dll=$(winepath -w "$build/win32/addin/ZintraAddin.dll")
 controls_ocx=$(winepath -w "$build/win32/controls/ZintraControls.ocx")
 page_picture=$(winepath -w "$build")\\options-page.bmp
 keep_alive_exe="$build/win32/keepalive/ZintraKeepAlive.exe"
+toolbar_dll=$(winepath -w "$build/win32/toolbar_library/Quillbar.dll")
 registry_before="$build/registry-before"
 registry_after="$build/registry-after"
 rm -rf "$registry_before" "$registry_after"
 reg_snapshot "$registry_before"
-echo "== regsvr32 ZintraAddin.dll, regsvr32 ZintraControls.ocx, ZintraKeepAlive.exe /RegServer =="
+echo "== regsvr32 ZintraAddin.dll ZintraControls.ocx Quillbar.dll, ZintraKeepAlive.exe /RegServer =="
 if timeout 60 wine regsvr32 /s "$addin_dll" \
     && timeout 60 wine regsvr32 /s "$controls_ocx" \
+    && timeout 60 wine regsvr32 /s "$toolbar_dll" \
     && timeout 60 wine reg query 'HKCU\Software\Microsoft\Office\Outlook\Addins\ZintraAddin.Connect' \
       /v LoadBehavior >/dev/null \
     && timeout 60 wine "$keep_alive_exe" /RegServer; then
   prog_ids=(ZintraAddin.Connect ZintraAddin.WordLetterHandler ZintraControls.OutlookPropertiesPage
-    ZintraKeepAlive.KeepAlive)
+    ZintraKeepAlive.KeepAlive Quillbar.ToolbarHelper)
   class_keys=("${prog_ids[@]}")
   for prog_id in "${prog_ids[@]}"; do
     clsid=$(timeout 60 wine reg query "HKCU\\Software\\Classes\\$prog_id\\CLSID" /ve \
@@ -141,6 +144,8 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
   timeout 60 wine regsvr32 /s /u "$controls_ocx" || { echo "FAILED: regsvr32 /u ocx"; failed=1; }
   echo "== ZintraKeepAlive.exe /UnregServer =="
   timeout 60 wine "$keep_alive_exe" /UnregServer || { echo "FAILED: /UnregServer"; failed=1; }
+  echo "== regsvr32 /u Quillbar.dll =="
+  timeout 60 wine regsvr32 /s /u "$toolbar_dll" || { echo "FAILED: regsvr32 /u Quillbar.dll"; failed=1; }
   for key in "${class_keys[@]}"; do
     timeout 60 wine reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null 2>&1 || true
   done
@@ -155,7 +160,7 @@ if timeout 60 wine regsvr32 /s "$addin_dll" \
     failed=1
   fi
 else
-  echo "FAILED: registering ZintraAddin.dll or ZintraKeepAlive.exe"
+  echo "FAILED: registering ZintraAddin.dll, ZintraControls.ocx, Quillbar.dll or ZintraKeepAlive.exe"
   failed=1
 fi
 wineserver -k || true

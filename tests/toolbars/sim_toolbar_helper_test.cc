@@ -63,5 +63,24 @@ TEST_F(SimToolbarHelperTest, ClicksCarryTheWindowAndClosedWindowsAreForgotten) {
   EXPECT_EQ(helper_->WindowCount(), 0);
 }
 
+TEST_F(SimToolbarHelperTest, AWindowThatCouldNotTakeItsBarGetsItWhenActivated) {
+  helper_->Initialize(app_, "Zintra");
+  helper_->DeclareBar(kToolbarKindExplorer, "Zintra");
+  helper_->DeclareButton(kToolbarKindExplorer, "Zintra", "A", kMsoButtonCaption, true);
+  const int refusal = profile_.Faults().FailAlways("CommandBars.Add", kErrInvalidCall);
+  auto explorer = app_->OpenExplorer(inbox_);
+  profile_.Faults().Remove(refusal);
+  EXPECT_TRUE(events_.empty()) << "a bar was reported that Outlook refused";
+  auto other = app_->OpenExplorer(contacts_);  // takes the activation
+  events_.clear();
+  explorer->Activate();
+  EXPECT_THAT(events_, ElementsAre("BarCreated Zintra", "ControlCreated A", "UpdateBar Zintra",
+                                   "UpdateControl A"));
+  other->Activate();
+  events_.clear();
+  explorer->Activate();  // made once only
+  EXPECT_THAT(events_, ElementsAre("UpdateBar Zintra", "UpdateControl A"));
+}
+
 }  // namespace
 }  // namespace zintra::testing_support

@@ -81,7 +81,8 @@ void ComApplication::OnEvent(DISPID id, const EventArgs& args) {
     case ev::kItemSend: {
       bool cancel = args.BoolAt(1);
       ItemSend.Raise(Wrap<Item>(args.ObjectAt(0)), cancel);
-      args.SetBoolAt(1, cancel);
+      // A caller that passes Cancel by value cannot be refused; that is no error.
+      if (args.IsByRef(1)) args.SetBoolAt(1, cancel);
       break;
     }
     case ev::kNewMail:

@@ -31,7 +31,8 @@ void ComCommandBarControl::OnEvent(DISPID id, const EventArgs& args) {
   if (id != ev::kButtonClick) return;
   bool cancel_default = args.Count() > 1 && args.BoolAt(1);
   Click.Raise(Wrap<CommandBarControl>(args.ObjectAt(0)), cancel_default);
-  if (args.Count() > 1) args.SetBoolAt(1, cancel_default);
+  // CancelDefault passed by value cannot reach the caller; that is no error.
+  if (args.Count() > 1 && args.IsByRef(1)) args.SetBoolAt(1, cancel_default);
 }
 
 std::shared_ptr<CommandBar> ComCommandBarControl::Parent() {

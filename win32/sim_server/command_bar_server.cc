@@ -1,8 +1,53 @@
 // Members of the command bars of Outlook's windows.
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "src/core/z_error.h"
 #include "win32/sim_server/outlook_declarations.h"
 #include "win32/sim_server/server_members.h"
 
 namespace zintra::win32 {
+
+namespace {
+
+// Office refuses a call with more arguments than the member declares.
+void TakesAtMost(const DispatchArgs& a, size_t declared) {
+  if (a.Count() > declared) {
+    throw ZError(static_cast<int32_t>(DISP_E_BADPARAMCOUNT), "Invalid number of parameters.");
+  }
+}
+
+// The buttons served now, each with its control, for the clicks Office shares by tag.
+struct ServedButton {
+  DispatchObject* object;
+  std::shared_ptr<CommandBarControl> control;
+};
+std::vector<ServedButton>& ServedButtons() {
+  static std::vector<ServedButton> served;
+  return served;
+}
+
+// A deleted control has no tag.
+std::string TagOf(const std::shared_ptr<CommandBarControl>& control) {
+  try {
+    return control->Tag();
+  } catch (const ZError&) {
+    return {};
+  }
+}
+
+// Only buttons declare Style; a control whose kind cannot be read is served as one.
+bool IsButton(const std::shared_ptr<CommandBarControl>& p) {
+  try {
+    return p->Type() == kMsoControlButton;
+  } catch (const ZError&) {
+    return true;
+  }
+}
+
+}  // namespace
+
 void AddCommandBars(DispatchObject& d, const std::shared_ptr<CommandBars>& p) {
   d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
   d.Member("Item", [p](const DispatchArgs& a) {
@@ -11,9 +56,12 @@ void AddCommandBars(DispatchObject& d, const std::shared_ptr<CommandBars>& p) {
     return ServeVariant(p->Item(key.ToLong()));
   });
   d.Member("Add", [p](const DispatchArgs& a) {
-    return ServeVariant(p->Add(a.Text(0), a.Long(1, kMsoBarTop), a.Bool(4, true)));
+    TakesAtMost(a, declared::command_bars::kAddParameters);
+    return ServeVariant(p->Add(a.Text(0), a.Long(1, kMsoBarTop),
+                               a.Bool(declared::command_bars::kAddTemporary, false)));
   });
   d.Member("FindControl", [p](const DispatchArgs& a) {
+    TakesAtMost(a, declared::command_bars::kFindControlParameters);
     return ServeVariant(
         p->FindControl(a.Long(0, 0), a.Long(1, 0), a.Text(2, ""), a.Bool(3, false)));
   });
@@ -29,6 +77,7 @@ void AddCommandBar(DispatchObject& d, const std::shared_ptr<CommandBar>& p) {
       [p](const DispatchArgs& a) { p->SetVisible(a.PutAsValue().ToBool()); });
   d.Member("Controls", [p](const DispatchArgs&) { return ServeVariant(p->Controls()); });
   d.Member("FindControl", [p](const DispatchArgs& a) {
+    TakesAtMost(a, declared::command_bar::kFindControlParameters);
     return ServeVariant(p->FindControl(a.Long(0, 0), a.Long(1, 0), a.Text(2, ""), a.Bool(3, false),
                                        a.Bool(4, false)));
   });
@@ -43,8 +92,9 @@ void AddCommandBarControls(DispatchObject& d, const std::shared_ptr<CommandBarCo
   d.Member("Count", [p](const DispatchArgs&) { return Ret(p->Count()); });
   d.Member("Item", [p](const DispatchArgs& a) { return ServeVariant(p->Item(a.Long(0))); });
   d.Member("Add", [p](const DispatchArgs& a) {
+    TakesAtMost(a, declared::command_bar_controls::kAddParameters);
     return ServeVariant(
-        p->Add(a.Long(0, kMsoControlButton), a.Long(1, 1), a.Long(3, 0), a.Bool(4, true)));
+        p->Add(a.Long(0, kMsoControlButton), a.Long(1, 1), a.Long(3, 0), a.Bool(4, false)));
   });
 }
 
@@ -61,9 +111,11 @@ void AddCommandBarControl(DispatchObject& d, const std::shared_ptr<CommandBarCon
   d.Member(
       "Visible", [p](const DispatchArgs&) { return Ret(p->Visible()); },
       [p](const DispatchArgs& a) { p->SetVisible(a.PutAsValue().ToBool()); });
-  d.Member(
-      "Style", [p](const DispatchArgs&) { return Ret(p->Style()); },
-      [p](const DispatchArgs& a) { p->SetStyle(a.PutAsValue().ToLong()); });
+  if (IsButton(p)) {
+    d.Member(
+        "Style", [p](const DispatchArgs&) { return Ret(p->Style()); },
+        [p](const DispatchArgs& a) { p->SetStyle(a.PutAsValue().ToLong()); });
+  }
   d.Member(
       "Enabled", [p](const DispatchArgs&) { return Ret(p->Enabled()); },
       [p](const DispatchArgs& a) { p->SetEnabled(a.PutAsValue().ToBool()); });
@@ -78,13 +130,30 @@ void AddCommandBarControl(DispatchObject& d, const std::shared_ptr<CommandBarCon
   d.Member("Parent", [p](const DispatchArgs&) { return ServeVariant(p->Parent()); });
   DispatchObject* raw = &d;
   d.Source(declared::command_bar_button_events::kIid);
-  d.Keep(p->Click.Connect([raw](std::shared_ptr<Control> control, bool& cancel_default) {
+  ServedButtons().push_back({raw, p});
+  d.Keep(Connection([raw] {
+    auto& served = ServedButtons();
+    served.erase(std::remove_if(served.begin(), served.end(),
+                                [raw](const ServedButton& b) { return b.object == raw; }),
+                 served.end());
+  }));
+  d.Keep(p->Click.Connect([](std::shared_ptr<Control> control, bool& cancel_default) {
+    // Office raises the click on every button that carries the clicked one's tag.
+    std::vector<ComPtr<DispatchObject>> targets;
+    const std::string tag = TagOf(control);
+    for (const ServedButton& b : ServedButtons()) {
+      if (b.control == control || (!tag.empty() && TagOf(b.control) == tag)) {
+        targets.emplace_back(b.object);
+      }
+    }
     VARIANT_BOOL flag = cancel_default ? VARIANT_TRUE : VARIANT_FALSE;
-    std::vector<Variant> args;
-    args.push_back(ServeVariant(control));
-    args.push_back(ByRefBool(&flag));
-    raw->Fire(declared::command_bar_button_events::kIid,
-              declared::command_bar_button_events::kClick, args);
+    for (const auto& target : targets) {
+      std::vector<Variant> args;
+      args.push_back(ServeVariant(control));
+      args.push_back(ByRefBool(&flag));
+      target->Fire(declared::command_bar_button_events::kIid,
+                   declared::command_bar_button_events::kClick, args);
+    }
     cancel_default = flag != VARIANT_FALSE;
   }));
 }

@@ -6,8 +6,8 @@
 #include "src/core/text.h"
 #include "src/core/z_error.h"
 #include "win32/com/com_error.h"
+#include "win32/com/connection_point.h"
 #include "win32/com/unicode.h"
-#include "win32/sim_server/connection_point.h"
 #include "win32/sim_server/type_name_info.h"
 
 namespace zintra::win32 {
@@ -204,8 +204,16 @@ STDMETHODIMP DispatchObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPAR
   if (arg_error) *arg_error = 0;
   if (result) VariantInit(result);
   ComPtr<DispatchObject> self(this);  // the member may release the caller's reference
-  return GuardCall(type_name_, excepinfo,
-                   [&]() -> HRESULT { return Call(id, flags, params, result); });
+  return GuardCall(type_name_, excepinfo, [&]() -> HRESULT {
+    try {
+      return Call(id, flags, params, result);
+    } catch (const ZError& e) {
+      // A call with more arguments than the member declares is refused by IDispatch
+      // itself, as Office's objects refuse it, not as an exception of the member's.
+      if (e.Number() == static_cast<int32_t>(DISP_E_BADPARAMCOUNT)) return DISP_E_BADPARAMCOUNT;
+      throw;
+    }
+  });
 }
 
 HRESULT DispatchObject::Call(DISPID id, WORD flags, DISPPARAMS* params, VARIANT* result) {

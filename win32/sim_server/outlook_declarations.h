@@ -19,6 +19,8 @@
 //   src/MyPub/Office/AddInDesignerObjects_TLB_Word.pas (_IDTExtensibility2).
 #pragma once
 
+#include <cstddef>
+
 #include "win32/com/windows_api.h"
 
 namespace zintra::win32::declared {
@@ -90,6 +92,25 @@ inline constexpr DISPID kOpen = 0xF003;   // ([inout] Cancel)
 inline constexpr DISPID kClose = 0xF004;  // ([inout] Cancel)
 inline constexpr DISPID kSend = 0xF005;   // ([inout] Cancel)
 }  // namespace item_events_10
+
+// The command bar members the add-in and the toolbar library call, with the number of
+// parameters each declares (all optional); Style is declared by _CommandBarButton only,
+// not by CommandBarControl or the popups of the menu bar.
+namespace command_bars {                     // Office_TLB.pas: _CommandBars
+inline constexpr size_t kAddParameters = 4;  // Add(Name, Position, MenuBar, Temporary)
+inline constexpr size_t kAddTemporary = 3;
+inline constexpr size_t kFindControlParameters = 4;  // FindControl(Type, Id, Tag, Visible)
+}  // namespace command_bars
+
+namespace command_bar {  // Office_TLB.pas: CommandBar
+// FindControl(Type, Id, Tag, Visible, Recursive)
+inline constexpr size_t kFindControlParameters = 5;
+}  // namespace command_bar
+
+namespace command_bar_controls {  // Office_TLB.pas: CommandBarControls
+// Add(Type, Id, Parameter, Before, Temporary)
+inline constexpr size_t kAddParameters = 5;
+}  // namespace command_bar_controls
 
 namespace command_bar_button_events {  // Office_TLB.pas: _CommandBarButtonEvents
 inline constexpr IID kIid = OfficeIid(0x000C0351);

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "sim/outlook/sim_command_bars.h"
+#include "sim/outlook/sim_item.h"
 #include "src/host/idt_extensibility2.h"
 #include "src/host/mapi_object.h"
 #include "src/logging/zintra_utils.h"
@@ -77,6 +79,44 @@ class ComHostTest : public ::testing::Test {
 };
 
 using ComHostOnDesktop = ComHostTest;
+
+// The toolbar library is a DLL of its own, registered beside the add-in's.
+TEST_F(ComHostOnDesktop, APhoneCallButtonOfTheToolbarOpensAJournalEntryForTheSelectedContact) {
+  CLSID clsid{};
+  if (FAILED(CLSIDFromProgID(L"Quillbar.ToolbarHelper", &clsid))) {
+    if (getenv("ZINTRA_REQUIRE_ADDIN")) FAIL() << "Quillbar.ToolbarHelper is not registered";
+    GTEST_SKIP() << "Quillbar.ToolbarHelper is not registered";
+  }
+  host_->settings().NeverLoadToolbars = false;
+  auto explorer = host_->app().OpenExplorers().front();
+  explorer->Select({sim::MakeItem(&host_->profile(), host_->ann())});
+  Start();
+  std::vector<std::string> captions;
+  std::shared_ptr<sim::SimCommandBarControl> phone_call;
+  auto controls = explorer->CommandBars()->Item("Zintra")->Controls();
+  for (int32_t i = 1; i <= controls->Count(); ++i) {
+    auto control = std::dynamic_pointer_cast<sim::SimCommandBarControl>(controls->Item(i));
+    ASSERT_TRUE(control);
+    EXPECT_TRUE(control->Visible());
+    captions.push_back(control->Caption());
+    if (control->Tag().rfind("Zintra_PhoneCall", 0) == 0) phone_call = control;
+  }
+  EXPECT_EQ(captions, (std::vector<std::string>{"Phone Call", "Email", "File Link", "Note",
+                                                "Appointment", "Letter"}));
+  ASSERT_TRUE(phone_call);
+  const size_t open_before = host_->app().OpenInspectors().size();
+  phone_call->ClickByUser();
+  auto inspectors = host_->app().OpenInspectors();
+  ASSERT_EQ(inspectors.size(), open_before + 1) << "the click did not reach the add-in";
+  auto entry = inspectors.back()->CurrentItem();
+  EXPECT_EQ(entry->Class(), ItemClass::kJournal);
+  EXPECT_EQ(entry->Type(), "Phone Call");
+  auto links = entry->Links();
+  ASSERT_EQ(links->Count(), 1);
+  EXPECT_EQ(links->Item(1)->Name(), "Ann Lee");
+  inspectors.back()->Close(/*olDiscard=*/1);
+  ExpectCleanShutdown();
+}
 
 TEST_F(ComHostOnDesktop, InboxBacklogIsScannedAndLoggedAtStartup) {
   auto quote = host_->MailFromAnn("Quote");

@@ -117,6 +117,51 @@ TEST(EventsTest, AnItemsCloseWithCancelByValueIsHeardAndIsNoError) {
   EXPECT_EQ(DispatchObject::FailedSinkCalls(), failed_before);
 }
 
+TEST(EventsTest, ASendAndAButtonClickWithCancelByValueAreHeardAndAreNoError) {
+  ServedProfile p;
+  p.sim_app->OpenExplorer(p.build.Default(kOlFolderInbox));
+  std::vector<std::string> reported;
+  SetEventErrorReporter([&](const std::string& where, const ZError& e) {
+    reported.push_back(where + " " + std::to_string(e.Number()));
+  });
+  auto item = p.app->Session()->GetDefaultFolder(kOlFolderInbox)->Items()->GetFirst();
+  auto bar = p.app->ActiveExplorer()->CommandBars()->Add("Mine", kMsoBarTop, true);
+  auto button = bar->Controls()->Add(kMsoControlButton, 1, 0, true);
+  int sends = 0;
+  int clicks = 0;
+  // The handlers' answers cannot reach a source that passed the flag by value.
+  Connection send = p.app->ItemSend.Connect([&](std::shared_ptr<Item>, bool& cancel) {
+    ++sends;
+    cancel = true;
+  });
+  Connection click = button->Click.Connect([&](std::shared_ptr<CommandBarControl>, bool& cancel) {
+    ++clicks;
+    cancel = true;
+  });
+  ComPtr<DispatchObject> application = ServedProfile::Served(*p.app);
+  ComPtr<DispatchObject> served_item = ServedProfile::Served(*item);
+  ComPtr<DispatchObject> served_button = ServedProfile::Served(*button);
+  ASSERT_TRUE(application && served_item && served_button);
+  const int64_t failed_before = DispatchObject::FailedSinkCalls();
+  for (bool given : {false, true}) {
+    std::vector<Variant> send_args;
+    send_args.emplace_back(ComPtr<IDispatch>(served_item->AsDispatch()));
+    send_args.emplace_back(Value(given));
+    application->Fire(declared::application_events_11::kIid,
+                      declared::application_events_11::kItemSend, send_args);
+    std::vector<Variant> click_args;
+    click_args.emplace_back(ComPtr<IDispatch>(served_button->AsDispatch()));
+    click_args.emplace_back(Value(given));
+    served_button->Fire(declared::command_bar_button_events::kIid,
+                        declared::command_bar_button_events::kClick, click_args);
+  }
+  SetEventErrorReporter(nullptr);
+  EXPECT_EQ(sends, 2);
+  EXPECT_EQ(clicks, 2);
+  EXPECT_EQ(reported, std::vector<std::string>{});
+  EXPECT_EQ(DispatchObject::FailedSinkCalls(), failed_before);
+}
+
 TEST(EventsTest, NewWindowsArriveAsTheirPorts) {
   ServedProfile p;
   auto explorers = p.app->Explorers();

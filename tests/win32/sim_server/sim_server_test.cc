@@ -3,6 +3,7 @@
 // library's classes by ProgID, and no object left alive once the caller lets go.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "src/core/z_error.h"
 #include "src/host/mapi_object.h"
 #include "win32/com/bstr.h"
+#include "win32/com/com_error.h"
 #include "win32/com/dispatch_client.h"
 #include "win32/com/event_sink.h"
 #include "win32/sim_server/dispatch_object.h"
@@ -153,6 +155,60 @@ TEST_F(SimServerTest, FailuresArriveWithThePlatformsNumbers) {
     EXPECT_EQ(e.Number(), kMapiNetworkError);
     EXPECT_EQ(e.Description(), "link down");
   }
+}
+
+// Office's command bars take what their type library declares and refuse the rest: more
+// arguments than a member declares, and Style on a control that is not a button.
+TEST_F(SimServerTest, CommandBarsRefuseWhatOfficeDoesNotDeclare) {
+  host_->application->OpenExplorer(ProfileBuilder(host_->profile).Default(kOlFolderInbox));
+  DispatchClient bars = Obj(Obj(app_, "ActiveExplorer"), "CommandBars");
+  DispatchClient popup =
+      Obj(Obj(Obj(bars, "Item", {Arg("Menu Bar")}), "Controls"), "Item", {Arg(1)});
+  DispatchClient bar = Obj(bars, "Add", {Arg("Mine"), Arg(kMsoBarTop), Missing(), Arg(true)});
+  DispatchClient controls = Obj(bar, "Controls");
+  DispatchClient button =
+      Obj(controls, "Add", {Arg(kMsoControlButton), Arg(1), Missing(), Missing(), Arg(true)});
+  button.Put("Style", Arg(3));  // msoButtonIconAndCaption
+  EXPECT_EQ(button.GetValue("Style").ToLong(), 3);
+  struct Case {
+    const char* what;
+    std::function<void()> call;
+    int32_t number;
+  };
+  const Case cases[] = {
+      {"Style of a popup", [&] { popup.Get("Style"); }, kErrNoSuchMember},
+      {"Style put on a popup", [&] { popup.Put("Style", Arg(1)); }, kErrNoSuchMember},
+      {"Id put", [&] { button.Put("Id", Arg(5)); }, kErrNoSuchMember},
+      {"CommandBars.Add with five arguments",
+       [&] {
+         bars.Call("Add", {Arg("X"), Arg(1), Arg(false), Arg(true), Arg(1)});
+       },
+       kErrWrongArgumentCount},
+      {"CommandBars.FindControl with five arguments",
+       [&] {
+         bars.Call("FindControl", {Arg(1), Arg(1), Arg("t"), Arg(false), Arg(true)});
+       },
+       kErrWrongArgumentCount},
+      {"CommandBar.FindControl with six arguments",
+       [&] {
+         bar.Call("FindControl", {Arg(1), Arg(1), Arg("t"), Arg(false), Arg(true), Arg(1)});
+       },
+       kErrWrongArgumentCount},
+      {"CommandBarControls.Add with six arguments",
+       [&] {
+         controls.Call("Add", {Arg(1), Arg(1), Missing(), Missing(), Arg(true), Arg(1)});
+       },
+       kErrWrongArgumentCount},
+  };
+  for (const Case& c : cases) {
+    try {
+      c.call();
+      ADD_FAILURE() << c.what << ": no error";
+    } catch (const ZError& e) {
+      EXPECT_EQ(e.Number(), c.number) << c.what << ": " << e.Description();
+    }
+  }
+  EXPECT_EQ(controls.GetValue("Count").ToLong(), 1) << "a refused Add added a control";
 }
 
 TEST_F(SimServerTest, ItemEventsReachAdvisedSinksWithTheItem) {

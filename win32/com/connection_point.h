@@ -1,4 +1,4 @@
-// ConnectionPoint: one source interface of a DispatchObject. It is a part of its
+// ConnectionPoint: one source interface of a COM object of ours. It is a part of its
 // container: AddRef and Release go to the container, which owns it. Sinks are held
 // (one reference each) from Advise to Unadvise; cookies start at 1 and are never
 // reused within the point.

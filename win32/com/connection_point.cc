@@ -1,4 +1,4 @@
-#include "win32/sim_server/connection_point.h"
+#include "win32/com/connection_point.h"
 
 namespace zintra::win32 {
 

@@ -1,8 +1,8 @@
 #include "win32/addin/options_page_link.h"
 
+#include "src/addin/addin_services.h"
 #include "src/addin/zintra_addin_app.h"
 #include "src/monitoring/monitoring.h"
-#include "src/monitoring_part/monitoring_part.h"
 #include "win32/addin/dispatch_table.h"
 #include "win32/com/com_error.h"
 #include "win32/com/variant.h"
@@ -98,8 +98,8 @@ void OptionsPageLink::SettingsSaved() {
 void OptionsPageLink::ScanAll(bool stop_when_found) {
   std::shared_ptr<ZintraAddinApp> app = app_.lock();
   if (!app || app->Quitting() || app->TornDown()) return;
-  auto part = std::dynamic_pointer_cast<MonitoringPart>(app->Monitoring());
-  if (part && part->GetMonitoring()) part->GetMonitoring()->ScanAll(stop_when_found);
+  const std::shared_ptr<Monitoring>& monitoring = AddinServices::Of(app)->GetMonitoring();
+  if (monitoring) monitoring->ScanAll(stop_when_found);
 }
 
 }  // namespace zintra::win32

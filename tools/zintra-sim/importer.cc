@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "src/core/text.h"
+#include "tools/zintra-sim/imported_folders.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/mime_reader.h"
 #include "tools/zintra-sim/msg_reader.h"
@@ -98,50 +99,11 @@ std::vector<PersonSpec> Directory(const std::vector<const ItemSpec*>& mails, con
   return people;
 }
 
-// Folders of one name in one parent are one folder: `from` is merged into `into`.
-void MergeFolders(std::vector<FolderSpec>& into, std::vector<FolderSpec> from) {
-  for (FolderSpec& f : from) {
-    auto same = std::find_if(into.begin(), into.end(), [&](const FolderSpec& g) {
-      return text::EqualsNoCase(g.name, f.name);
-    });
-    if (same == into.end()) {
-      into.push_back(std::move(f));
-      continue;
-    }
-    for (ItemSpec& item : f.items) same->items.push_back(std::move(item));
-    MergeFolders(same->folders, std::move(f.folders));
-  }
-}
-
 template <typename Folders, typename Fn>
 void ForEachItem(Folders& folders, const Fn& fn) {
   for (auto& f : folders) {
     for (auto& item : f.items) fn(item);
     ForEachItem(f.folders, fn);
-  }
-}
-
-// Takes the user's own mail out of every folder (it is sent again in the timeline),
-// puts the rest of each folder in date order and names the contact folders other than
-// the tracked one.
-void SettleFolders(std::vector<FolderSpec>& folders, const PersonSpec& me, const std::string& path,
-                   std::vector<ItemSpec>& sent, std::vector<std::string>& other_contacts) {
-  for (FolderSpec& f : folders) {
-    std::string here = path.empty() ? f.name : path + "/" + f.name;
-    std::vector<ItemSpec> kept;
-    for (ItemSpec& item : f.items) {
-      item.source_line = 0;
-      bool mine = item.item_class != ItemClass::kContact && item.from && Key(*item.from) == Key(me);
-      (mine ? sent : kept).push_back(std::move(item));
-    }
-    std::stable_sort(kept.begin(), kept.end(),
-                     [](const ItemSpec& a, const ItemSpec& b) { return a.time < b.time; });
-    f.items = std::move(kept);
-    bool contacts = std::any_of(f.items.begin(), f.items.end(), [](const ItemSpec& i) {
-      return i.item_class == ItemClass::kContact;
-    });
-    if (contacts && here != "Contacts") other_contacts.push_back(here);
-    SettleFolders(f.folders, me, here, sent, other_contacts);
   }
 }
 
@@ -271,7 +233,7 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   MergeFolders(folders, std::move(store_folders));
   std::vector<ItemSpec> sent_mails;
   std::vector<std::string> other_contacts;
-  SettleFolders(folders, me, "", sent_mails, other_contacts);
+  SettleFolders(folders, me, sent_mails, other_contacts);
   std::stable_sort(sent_mails.begin(), sent_mails.end(),
                    [](const ItemSpec& a, const ItemSpec& b) { return a.time < b.time; });
   ForEachItem(folders, [&](const ItemSpec& i) {

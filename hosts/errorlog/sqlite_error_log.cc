@@ -196,8 +196,8 @@ void SqliteErrorLog::Open(const std::string& path, int32_t max_size_kb, bool cre
     throw;
   }
   // The WAL is copied back into the file at about a quarter of the cap.
-  int64_t pages = max_bytes_ > 0 ? max_bytes_ / 4 / QueryInt("PRAGMA page_size") : 256;
-  pages = std::clamp<int64_t>(pages, 16, 256);
+  int64_t pages = max_bytes_ > 0 ? max_bytes_ / 4 / QueryInt("PRAGMA page_size") : 4096;
+  pages = std::clamp<int64_t>(pages, 16, 4096);
   Exec(("PRAGMA wal_autocheckpoint = " + std::to_string(pages) + ";").c_str());
   if (EnforceCap()) Exec("PRAGMA wal_checkpoint(TRUNCATE);");
 }

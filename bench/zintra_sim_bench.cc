@@ -5,11 +5,12 @@
 // resident memory. The baseline in the same run is building the same profile alone.
 // BM_ImportAndRun times `import` and `run` over a generated mailbox of exported files at
 // the smallest and the largest log settings; run each alone (--benchmark_filter) for its
-// own peak memory. Measured on the shared 2-core machine while other builds ran, 20,000
-// mails and 5,000 contacts: smallest, import 4.3 s + run 26.5 s, 387 MB; largest, import
-// 7.0 s + run 204 s (94,882 log lines left at the 32 MB cap), 875 MB; 13,062 logged and
-// no report mismatch at either. 2,000 mails at the largest took 415 s while the error log
-// synced the disk for every line, 12 s since.
+// own peak memory. Measured on the shared 2-core machine, 20,000 mails and 5,000
+// contacts: smallest, import 1.1 s + run 5.7 s, 387 MB; largest, import 1.5 s + run 43 s
+// (94,882 log lines left at the 32 MB cap), 876 MB; 13,062 logged and no report mismatch
+// at either. The largest took 215 s while the error log's write-ahead log was copied
+// back every 256 pages; 2,000 mails at the largest took 415 s while the log synced the
+// disk for every line.
 #include <sys/resource.h>
 
 #include <benchmark/benchmark.h>

@@ -1,7 +1,9 @@
 // Cost of one log write through the add-in's error handling into the SQLite store,
 // against the bare SQLite insert of a row of the same size into a database with the same
 // settings. Read the ratio of the "*/real_time" lines to BM_BareInsert; also the write
-// into a log that sits at its cap, where every write trims the oldest rows.
+// into a log that sits at its cap, where writes trim the oldest rows. On the shared 2-core
+// machine: a log write 0.23 ms (16 ms while every write synced the disk), at the cap
+// 3.2 ms (17 ms); the bare insert 0.04 ms.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -36,7 +38,8 @@ void BM_BareInsert(benchmark::State& state) {
   sqlite3* db = nullptr;
   sqlite3_open((folder / "bare.db").string().c_str(), &db);
   sqlite3_exec(db,
-               "PRAGMA auto_vacuum=FULL; PRAGMA journal_mode=TRUNCATE; PRAGMA synchronous=NORMAL;"
+               "PRAGMA page_size=1024; PRAGMA auto_vacuum=FULL; PRAGMA journal_mode=WAL;"
+               "PRAGMA synchronous=NORMAL;"
                "CREATE TABLE t (ID INTEGER PRIMARY KEY AUTOINCREMENT, Kind TEXT, AppID TEXT,"
                " Description TEXT, V1 TEXT, V2 TEXT, V3 TEXT, V4 TEXT, V5 TEXT, V6 TEXT)",
                nullptr, nullptr, nullptr);

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -14,13 +16,20 @@ constexpr int32_t kErrPathFileAccess = 75;
 constexpr int32_t kErrCannotCreateObject = 429;
 
 // auto_vacuum must be set before the first table exists to take effect.
-// A log line is worth one write to the journal, not a flush of every page: TRUNCATE
-// keeps the journal file and NORMAL drops the extra sync, which is safe in TRUNCATE mode
-// except for the last entries before a power loss.
+// A log line is worth one append to the write-ahead log, not a sync of the disk: in WAL
+// mode with NORMAL a commit is written through to the operating system (a crash of the
+// process loses no row) and the disk is synced only when the WAL is copied back into the
+// database (every quarter of the cap, see Open, and after each trim, so the file on disk
+// keeps within the cap); a power loss may lose the last rows, never the file. A sync per
+// line made a busy log (every line kept) a hundred times slower. The WAL is kept to 1 MB
+// once copied back, and goes away when the log is closed. Small pages let a small cap
+// hold a fair number of rows.
 constexpr const char* kSchema =
+    "PRAGMA page_size = 1024;"
     "PRAGMA auto_vacuum = FULL;"
-    "PRAGMA journal_mode = TRUNCATE;"
+    "PRAGMA journal_mode = WAL;"
     "PRAGMA synchronous = NORMAL;"
+    "PRAGMA journal_size_limit = 1048576;"
     "CREATE TABLE IF NOT EXISTS ErrorLog ("
     " ID INTEGER PRIMARY KEY AUTOINCREMENT,"
     " LoggedAt TEXT NOT NULL DEFAULT (strftime('%Y-%m-%d %H:%M:%f', 'now', 'localtime')),"
@@ -186,7 +195,11 @@ void SqliteErrorLog::Open(const std::string& path, int32_t max_size_kb, bool cre
     native_path_.clear();
     throw;
   }
-  EnforceCap();
+  // The WAL is copied back into the file at about a quarter of the cap.
+  int64_t pages = max_bytes_ > 0 ? max_bytes_ / 4 / QueryInt("PRAGMA page_size") : 4096;
+  pages = std::clamp<int64_t>(pages, 16, 4096);
+  Exec(("PRAGMA wal_autocheckpoint = " + std::to_string(pages) + ";").c_str());
+  if (EnforceCap()) Exec("PRAGMA wal_checkpoint(TRUNCATE);");
 }
 
 int64_t SqliteErrorLog::DatabaseBytes() const {
@@ -198,6 +211,12 @@ void SqliteErrorLog::Insert(const ErrorLogRow& row) {
   if (db_ == nullptr) {
     throw ZError(kErrObjectNotSet, "The error log is not open", "ZintraErrorLog");
   }
+  InsertRow(row);
+  // Freed pages leave the file when a delete commits, so each trim is its own.
+  if (EnforceCap()) Exec("PRAGMA wal_checkpoint(TRUNCATE);");
+}
+
+void SqliteErrorLog::InsertRow(const ErrorLogRow& row) {
   Statement st(db_,
                "INSERT INTO ErrorLog (Kind, AppID, Description, LastDllError, ErrorNumber, Source,"
                " Module, Procedure, Line, Trail, AddinVersion, ControlsVersion, OutlookVersion,"
@@ -221,18 +240,21 @@ void SqliteErrorLog::Insert(const ErrorLogRow& row) {
   st.Bind(15, row.versions.library);
   st.Bind(16, row.versions.others);
   if (sqlite3_step(st.get()) != SQLITE_DONE) Fail("Cannot write to error log");
-  EnforceCap();
 }
 
-void SqliteErrorLog::EnforceCap() {
-  if (max_bytes_ <= 0 || db_ == nullptr) return;
-  // Each pass drops about the share of rows by which the file is too large (at least
-  // one), since rows are of similar size; the newest row always stays.
-  while (DatabaseBytes() > max_bytes_) {
+bool SqliteErrorLog::EnforceCap() {
+  if (max_bytes_ <= 0 || db_ == nullptr || DatabaseBytes() <= max_bytes_) return false;
+  // A log over its cap is cut to seven eighths of it, so that trims (and the sync that
+  // follows each) come once in many rows, not with every row. Each pass drops about the
+  // share of rows by which the file is too large (at least one), since rows are of
+  // similar size; the newest row always stays.
+  const int64_t target = max_bytes_ - max_bytes_ / 8;
+  bool trimmed = false;
+  while (DatabaseBytes() > target) {
     int64_t rows = QueryInt("SELECT COUNT(*) FROM ErrorLog");
     if (rows <= 1) break;
     int64_t bytes = DatabaseBytes();
-    int64_t excess = bytes - max_bytes_;
+    int64_t excess = bytes - target;
     int64_t drop = rows * excess / bytes + 1;
     if (drop > rows - 1) drop = rows - 1;
     Statement st(db_,
@@ -240,7 +262,9 @@ void SqliteErrorLog::EnforceCap() {
     if (!st.ok()) Fail("Cannot trim error log");
     st.Bind(1, drop);
     if (sqlite3_step(st.get()) != SQLITE_DONE) Fail("Cannot trim error log");
+    trimmed = true;
   }
+  return trimmed;
 }
 
 void SqliteErrorLog::LogError(const std::string& app_id, const std::string& description,
@@ -295,10 +319,13 @@ void SqliteErrorLog::Relocate(const std::string& new_path) {
                  "ZintraErrorLog");
   }
   std::filesystem::remove(old_file, ec);
-  // The empty journal that TRUNCATE mode keeps beside the file must not stay behind.
-  std::filesystem::path old_journal = old_file;
-  old_journal += "-journal";
-  std::filesystem::remove(old_journal, ec);
+  // Closing copied the WAL back and removed it; a journal an older version kept beside
+  // the file must not stay behind either.
+  for (const char* suffix : {"-journal", "-wal", "-shm"}) {
+    std::filesystem::path beside = old_file;
+    beside += suffix;
+    std::filesystem::remove(beside, ec);
+  }
   path_ = new_path;
   OpenNative(target, true);
 }

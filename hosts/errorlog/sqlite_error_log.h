@@ -72,7 +72,8 @@ class SqliteErrorLog : public ErrorLogStore {
   void OpenNative(const std::filesystem::path& file, bool create);
   void Close();
   void Insert(const ErrorLogRow& row);
-  void EnforceCap();
+  void InsertRow(const ErrorLogRow& row);
+  bool EnforceCap();  // true when rows were dropped
   void Exec(const char* sql);
   [[noreturn]] void Fail(const std::string& what) const;
   int64_t QueryInt(const char* sql) const;

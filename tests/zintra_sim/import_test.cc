@@ -134,6 +134,19 @@ TEST(MailImportTest, ReadsHeadersEncodedWordsAndAttachments) {
   }
 }
 
+// RFC 2156's Sensitivity header, as Outlook writes it into the mail it sends.
+TEST(MailImportTest, ReadsTheSensitivityHeader) {
+  const std::pair<const char*, int32_t> cases[] = {{"Personal", kOlPersonal},
+                                                   {"private", kOlPrivate},
+                                                   {"Company-Confidential", kOlConfidential},
+                                                   {"Secret", kOlNormal}};
+  for (const auto& [value, expected] : cases) {
+    ItemSpec m = Mail(std::string("From: a@b.c\nSubject: s\nSensitivity: ") + value + "\n\nx\n");
+    EXPECT_EQ(m.sensitivity, expected) << value;
+  }
+  EXPECT_EQ(Mail("From: a@b.c\nSubject: s\n\nx\n").sensitivity, kOlNormal);
+}
+
 TEST(MailImportTest, ExchangeAddressesStayAsTheyAre) {
   auto r = ReadEml(
       "From: Tom Baker </O=CONTOSO/OU=FIRST ADMINISTRATIVE GROUP/CN=RECIPIENTS/CN=TBAKER>\n"

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <map>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "tools/zintra-sim/importer.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/msg_reader.h"
+#include "tools/zintra-sim/runner.h"
 
 namespace zintra::simtool {
 namespace {
@@ -230,7 +232,7 @@ Node NameIds(const std::vector<std::string>& guids, const std::string& entries,
 // 2026-01-05 09:00:00 UTC as a FILETIME: seconds since 1970 plus 1601..1970, in 100 ns.
 constexpr uint64_t kJan5 = (1767603600ull + 11644473600ull) * 10000000ull;
 
-std::string MailMsg() {
+std::string MailMsg(uint32_t sensitivity = 2) {  // private unless told
   Props item;
   item.header = 32;
   item.Text(0x001A, u"IPM.Note")
@@ -239,7 +241,7 @@ std::string MailMsg() {
       .Text(0x0C1A, u"Tom Baker")
       .Text(0x0C1E, u"EX")
       .Text(0x0C1F, u"/O=CONTOSO/OU=EXCHANGE ADMINISTRATIVE GROUP/CN=RECIPIENTS/CN=TBAKER")
-      .Long(0x0036, 2)  // private
+      .Long(0x0036, sensitivity)
       .Time(0x0039, kJan5)
       .Time(0x0E06, kJan5 + 600ull * 10000000ull);
   // Categories: the named property "Keywords" of PS_PUBLIC_STRINGS, here 0x8000.
@@ -380,6 +382,59 @@ TEST(MsgImportTest, DamagedFilesFailByName) {
   // A compound file that is no Outlook item (a Word document, say).
   Node doc{u"Root Entry", true, "", {{u"WordDocument", false, "text", {}}}};
   EXPECT_THROW(ReadMsg(WriteCompoundFile(doc), "letter.doc"), InputError);
+}
+
+// A reply from Ann to Tom, whom it names by his Exchange address and his SMTP address.
+std::string ReplyMsg() {
+  Props item;
+  item.header = 32;
+  item.Text(0x001A, u"IPM.Note")
+      .Text(0x0037, u"RE: Quarterly figures")
+      .Text(0x0C1A, u"Ann Lee")
+      .Text(0x0C1E, u"SMTP")
+      .Text(0x0C1F, u"ann@fabrikam.com")
+      .Time(0x0039, kJan5 + 3600ull * 10000000ull);
+  Props tom;
+  tom.Long(0x0C15, 1)
+      .Text(0x3001, u"Tom Baker")
+      .Text(0x3002, u"EX")
+      .Text(0x3003, u"/O=CONTOSO/OU=EXCHANGE ADMINISTRATIVE GROUP/CN=RECIPIENTS/CN=TBAKER")
+      .Text(0x39FE, u"tom.baker@contoso.com");
+  return WriteCompoundFile(item.Storage(
+      u"Root Entry", {tom.Storage(u"__recip_version1.0_#00000000"), NameIds({}, "", "")}));
+}
+
+// Tom's mail gives him by his Exchange address alone; another item gives his SMTP
+// address, so the directory resolves him and the add-in finds his tracked contact.
+TEST(MsgImportTest, AnExchangeOnlySenderResolvesThroughTheDirectory) {
+  auto dir = std::filesystem::path(::testing::TempDir()) / "msg-exchange";
+  std::filesystem::remove_all(dir);
+  std::filesystem::create_directories(dir);
+  std::ofstream(dir / "mail.msg", std::ios::binary) << MailMsg(0);
+  std::ofstream(dir / "reply.msg", std::ios::binary) << ReplyMsg();
+  std::ofstream(dir / "tom.vcf", std::ios::binary)
+      << "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Tom Baker\r\nEMAIL:tom.baker@contoso.com\r\n"
+         "END:VCARD\r\n";
+  ImportResult r = Import({dir.string()}, PersonSpec{"Ann Lee", "ann@fabrikam.com", ""});
+  EXPECT_EQ(r.received, 1);
+  EXPECT_EQ(r.sent, 1);
+  EXPECT_THAT(r.scenario.profile.directory,
+              ::testing::Contains(PersonSpec{
+                  "Tom Baker", "tom.baker@contoso.com",
+                  "/O=CONTOSO/OU=EXCHANGE ADMINISTRATIVE GROUP/CN=RECIPIENTS/CN=TBAKER"}));
+  RunOptions options;
+  options.quiet = true;
+  std::ostringstream out;
+  RunResult run = RunScenario(r.scenario, options, out);
+  bool found = false;
+  for (const WhyRow& row : run.why) {
+    if (row.subject != "Quarterly figures \u20AC" || row.outcome == "copy") continue;
+    found = true;
+    EXPECT_EQ(row.outcome, "logged") << row.reason;
+    EXPECT_THAT(row.contacts, ElementsAre("Tom Baker (tom.baker@contoso.com)"));
+  }
+  EXPECT_TRUE(found);
+  std::filesystem::remove_all(dir);
 }
 
 // Every byte of a good item changed in turn: the reader reads it or throws InputError;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "src/core/text.h"
+#include "tools/zintra-sim/imported_folders.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/mime_reader.h"
 #include "tools/zintra-sim/msg_reader.h"
@@ -81,7 +82,7 @@ std::string Key(const PersonSpec& p) { return text::LCase(PersonText(p)); }
 
 // Exchange people whose SMTP address the items give, once each: the directory resolves
 // their Exchange addresses. Those given only by an Exchange address stay as they are.
-std::vector<PersonSpec> Directory(const std::vector<ItemSpec>& mails, const PersonSpec& me) {
+std::vector<PersonSpec> Directory(const std::vector<const ItemSpec*>& mails, const PersonSpec& me) {
   std::vector<PersonSpec> people;
   std::set<std::string> seen{text::LCase(me.exchange)};
   auto add = [&](const PersonSpec& p) {
@@ -89,13 +90,21 @@ std::vector<PersonSpec> Directory(const std::vector<ItemSpec>& mails, const Pers
     if (!seen.insert(text::LCase(p.exchange)).second) return;
     people.push_back(p);
   };
-  for (const ItemSpec& m : mails) {
-    if (m.from) add(*m.from);
-    for (const auto* list : {&m.to, &m.cc, &m.bcc}) {
+  for (const ItemSpec* m : mails) {
+    if (m->from) add(*m->from);
+    for (const auto* list : {&m->to, &m->cc, &m->bcc}) {
       for (const PersonSpec& p : *list) add(p);
     }
   }
   return people;
+}
+
+template <typename Folders, typename Fn>
+void ForEachItem(Folders& folders, const Fn& fn) {
+  for (auto& f : folders) {
+    for (auto& item : f.items) fn(item);
+    ForEachItem(f.folders, fn);
+  }
 }
 
 // Outlook starts (the add-in scans the Inbox), the user sends each of their own mails
@@ -125,7 +134,9 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   if (paths.empty()) throw InputError("", 0, "", "name at least one .vcf, .eml or .mbox file");
   ImportResult result;
   std::vector<ItemSpec> contacts, mails;
+  std::vector<FolderSpec> store_folders;  // the data files' folders, merged
   int skipped = 0;
+  int stored_items = 0;
   for (const Source& source : Expand(paths)) {
     std::string file = source.path.string();
     try {
@@ -158,8 +169,8 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
         case FileKind::kOutlookStore: {
           StoreReadResult r = ReadOutlookStore(file);
           notes.insert(notes.end(), r.notes.begin(), r.notes.end());
-          for (ItemSpec& m : r.mails) mails.push_back(std::move(m));
-          for (ItemSpec& c : r.contacts) contacts.push_back(std::move(c));
+          stored_items += r.mails + r.contacts;
+          MergeFolders(store_folders, std::move(r.folders));
           break;
         }
         case FileKind::kUnknown:
@@ -174,7 +185,7 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
     }
   }
   // A folder of which nothing could be read is bad input, not an empty mailbox.
-  if (contacts.empty() && mails.empty() && !result.not_imported.empty()) {
+  if (contacts.empty() && mails.empty() && stored_items == 0 && !result.not_imported.empty()) {
     std::string why;
     for (const std::string& f : result.not_imported) why += "\n  " + f;
     throw InputError(paths.front(), 0, "", "nothing could be imported:" + why);
@@ -184,13 +195,19 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
                            " recipient entries without an address (empty groups) left out");
   }
 
+  // Every mail, loose or filed in a data file's folders.
+  std::vector<const ItemSpec*> all_mails;
+  for (const ItemSpec& m : mails) all_mails.push_back(&m);
+  ForEachItem(store_folders, [&](const ItemSpec& i) {
+    if (i.item_class != ItemClass::kContact) all_mails.push_back(&i);
+  });
   PersonSpec me;
   if (user) {
     me = *user;
   } else {
     std::map<std::string, std::pair<int, PersonSpec>> seen;
-    for (const ItemSpec& m : mails) {
-      for (const auto* list : {&m.to, &m.cc}) {
+    for (const ItemSpec* m : all_mails) {
+      for (const auto* list : {&m->to, &m->cc}) {
         for (const PersonSpec& p : *list) {
           auto& slot = seen[Key(p)];
           ++slot.first;
@@ -207,25 +224,29 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
                            "> (use --user to say otherwise)");
   }
 
-  std::vector<PersonSpec> directory = Directory(mails, me);
-  FolderSpec inbox{"Inbox", kOlMailItem, {}, {}};
-  FolderSpec sent{"Sent Items", kOlMailItem, {}, {}};
-  FolderSpec contact_folder{"Contacts", kOlContactItem, {}, {}};
-  std::stable_sort(mails.begin(), mails.end(),
-                   [](const ItemSpec& a, const ItemSpec& b) { return a.time < b.time; });
+  std::vector<PersonSpec> directory = Directory(all_mails, me);
+  // Loose files go to the Inbox and Contacts; a data file's folders keep their places.
+  std::vector<FolderSpec> folders;
+  folders.push_back(FolderSpec{"Inbox", kOlMailItem, {}, std::move(mails)});
+  folders.push_back(FolderSpec{"Sent Items", kOlMailItem, {}, {}});
+  folders.push_back(FolderSpec{"Contacts", kOlContactItem, {}, std::move(contacts)});
+  MergeFolders(folders, std::move(store_folders));
   std::vector<ItemSpec> sent_mails;
-  for (ItemSpec& m : mails) {
-    m.source_line = 0;
-    bool mine = m.from && Key(*m.from) == Key(me);
-    (mine ? sent_mails : inbox.items).push_back(std::move(m));
-  }
-  for (ItemSpec& c : contacts) {
-    c.source_line = 0;
-    contact_folder.items.push_back(std::move(c));
-  }
-  result.contacts = static_cast<int>(contact_folder.items.size());
-  result.received = static_cast<int>(inbox.items.size());
+  std::vector<std::string> other_contacts;
+  SettleFolders(folders, me, sent_mails, other_contacts);
+  std::stable_sort(sent_mails.begin(), sent_mails.end(),
+                   [](const ItemSpec& a, const ItemSpec& b) { return a.time < b.time; });
+  ForEachItem(folders, [&](const ItemSpec& i) {
+    ++(i.item_class == ItemClass::kContact ? result.contacts : result.received);
+  });
   result.sent = static_cast<int>(sent_mails.size());
+  if (!other_contacts.empty()) {
+    std::string list;
+    for (const std::string& f : other_contacts) list += (list.empty() ? "" : ", ") + f;
+    result.notes.push_back("contacts in " + list +
+                           " are not tracked: the scenario's folder set tracks Contacts (add one "
+                           "for each folder to track)");
+  }
 
   Scenario& s = result.scenario;
   s.name = "imported mailbox";
@@ -237,7 +258,7 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
   s.profile.directory = std::move(directory);
   StoreSpec mailbox;
   mailbox.kind = StoreKind::kMailbox;
-  mailbox.folders = {std::move(inbox), std::move(sent), std::move(contact_folder)};
+  mailbox.folders = std::move(folders);
   s.profile.stores.push_back(std::move(mailbox));
   // The imported contacts are tracked, their mail logged in the mailbox's Journal.
   FoldersetSpec set;

@@ -20,4 +20,13 @@ inline constexpr uint16_t kMessageClass = 0x001A, kSensitivity = 0x0036, kSubjec
                           kSenderSmtp = 0x5D01, kSentRepresentingSmtp = 0x5D02,
                           kPasswordChecksum = 0x67FF;
 
+// Where a data file keeps its folders: the message store names the top of the visible
+// tree and some default folders, the store's root the others (entry identifiers).
+inline constexpr uint16_t kIpmSubtreeEntryId = 0x35E0, kIpmOutboxEntryId = 0x35E2,
+                          kIpmWastebasketEntryId = 0x35E3, kIpmSentMailEntryId = 0x35E4,
+                          kIpmAppointmentEntryId = 0x36D0, kIpmContactEntryId = 0x36D1,
+                          kIpmJournalEntryId = 0x36D2, kIpmNoteEntryId = 0x36D3,
+                          kIpmTaskEntryId = 0x36D4, kIpmDraftsEntryId = 0x36D7,
+                          kContainerClass = 0x3613;
+
 }  // namespace zintra::simtool::mapi_ids

@@ -353,6 +353,11 @@ ItemSpec ToItem(GMimeMessage* m, const std::string& marker, ReadContext& cx) {
   ReadAddresses(m, "Cc", item.cc, cx);
   ReadAddresses(m, "Bcc", item.bcc, cx);
   item.time = ReadDate(m, marker);
+  // The sensitivity mail gateways and Outlook write (RFC 2156's "Sensitivity" header).
+  std::string sensitivity = text::LCase(RawHeader(GMIME_OBJECT(m), "Sensitivity"));
+  if (sensitivity == "personal") item.sensitivity = kOlPersonal;
+  if (sensitivity == "private") item.sensitivity = kOlPrivate;
+  if (sensitivity == "company-confidential") item.sensitivity = kOlConfidential;
   GMimeObject* plain = top ? PlainTextPart(top) : nullptr;
   item.body = PartText(plain ? plain : g_mime_message_get_body(m), cx);
 

@@ -2,6 +2,7 @@
 
 #include <libpff.h>
 
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -128,6 +129,34 @@ class Reader {
     return FiletimeToSerial(value);
   }
 
+  // The node an entry identifier names: its last four bytes (0 when absent).
+  uint32_t EntryNode(libpff_item_t* item, uint32_t type) const {
+    Entry e = Find(item, 0, type);
+    size_t size = 0;
+    libpff_error_t* error = nullptr;
+    if (!e || libpff_record_entry_get_data_size(e.get(), &size, &error) != 1 || size < 24) {
+      if (error != nullptr) libpff_error_free(&error);
+      return 0;
+    }
+    std::string data(size, '\0');
+    if (libpff_record_entry_get_data(e.get(), reinterpret_cast<uint8_t*>(data.data()), size,
+                                     &error) != 1) {
+      if (error != nullptr) libpff_error_free(&error);
+      return 0;
+    }
+    uint32_t node = 0;
+    for (int i = 0; i < 4; ++i)
+      node |= static_cast<uint32_t>(static_cast<uint8_t>(data[20 + i])) << (8 * i);
+    return node;
+  }
+
+  uint32_t Identifier(libpff_item_t* item) const {
+    uint32_t id = 0;
+    libpff_error_t* error = nullptr;
+    Check(libpff_item_get_identifier(item, &id, &error), &error, "folder");
+    return id;
+  }
+
   // Outlook's categories: the multi-valued named property "Keywords".
   std::string Categories(libpff_item_t* item) const {
     Entry e = Find(item, 0, 0, "Keywords");
@@ -165,6 +194,14 @@ class Reader {
   std::string file_;
 };
 
+// A data file keeps a subject behind a control mark when it has a prefix ("RE: "): 0x01,
+// then a character that gives the prefix's length. The subject shown goes without it.
+std::string Subject(const Reader& r, libpff_item_t* m) {
+  std::string subject = r.Text(m, kSubject);
+  if (subject.size() >= 2 && subject[0] == '\x01') subject.erase(0, 2);
+  return subject;
+}
+
 std::optional<PersonSpec> Sender(const Reader& r, libpff_item_t* m) {
   auto representing =
       MapiPerson(r.Text(m, kSentRepresentingName), r.Text(m, kSentRepresentingAddrType),
@@ -179,7 +216,7 @@ ItemSpec ReadMail(const Reader& r, libpff_item_t* m, ItemClass item_class) {
   item.item_class = item_class;
   item.message_class = r.Text(m, kMessageClass);
   if (text::EqualsNoCase(item.message_class, "IPM.Note")) item.message_class.clear();
-  item.subject = r.Text(m, kSubject);
+  item.subject = Subject(r, m);
   item.body = r.Text(m, kBody);
   item.sensitivity = static_cast<int32_t>(r.Long(m, kSensitivity).value_or(kOlNormal));
   if (item.sensitivity < kOlNormal || item.sensitivity > kOlConfidential) {
@@ -250,7 +287,7 @@ std::optional<ItemSpec> ReadContact(const Reader& r, libpff_item_t* c) {
     item.sensitivity = kOlNormal;
   }
   item.body = r.Text(c, kBody);
-  if (item.full_name.empty()) item.full_name = r.Text(c, kSubject);
+  if (item.full_name.empty()) item.full_name = Subject(r, c);
   if (item.full_name.empty()) item.full_name = item.company;
   if (item.full_name.empty() && !item.emails.empty()) item.full_name = item.emails.front();
   if (item.full_name.empty()) return std::nullopt;
@@ -258,16 +295,49 @@ std::optional<ItemSpec> ReadContact(const Reader& r, libpff_item_t* c) {
   return item;
 }
 
+// The kind of a folder's items, from its container class ("IPF.Contact", ...).
+int32_t KindOfClass(const std::string& container_class, int32_t fallback) {
+  std::string c = text::LCase(container_class);
+  auto is = [&](const char* prefix) {
+    return c == prefix || text::StartsWith(c, std::string(prefix) + ".");
+  };
+  if (is("ipf.note")) return kOlMailItem;
+  if (is("ipf.contact")) return kOlContactItem;
+  if (is("ipf.appointment")) return kOlAppointmentItem;
+  if (is("ipf.task")) return kOlTaskItem;
+  if (is("ipf.journal")) return kOlJournalItem;
+  if (is("ipf.stickynote")) return kOlNoteItem;
+  if (is("ipf.post")) return kOlPostItem;
+  return fallback;
+}
+
+// A store default folder: the name a mailbox gives it and its kind.
+struct DefaultFolder {
+  const char* name;
+  int32_t kind;
+};
+
 struct Walk {
   StoreReadResult result;
+  std::map<uint32_t, DefaultFolder> defaults;  // by node
   int folders = 0;
   int others = 0;
   int unnamed = 0;
+  int renamed_slash = 0;
 };
 
-void ReadFolder(const Reader& r, libpff_item_t* folder, Walk& w, int depth) {
-  if (depth > 64) return;  // a store's folders are not nested deeper; a damaged one may loop
-  ++w.folders;
+FolderSpec& FolderNamed(std::vector<FolderSpec>& folders, const std::string& name, int32_t kind) {
+  for (FolderSpec& f : folders) {
+    if (text::EqualsNoCase(f.name, name)) return f;
+  }
+  folders.push_back(FolderSpec{name, kind, {}, {}});
+  return folders.back();
+}
+
+// Reads the items of `folder` into `into` (mail and contacts; others are counted), those
+// of the top into the Inbox and Contacts of `top`.
+void ReadItems(const Reader& r, libpff_item_t* folder, Walk& w, FolderSpec* into,
+               std::vector<FolderSpec>* top) {
   libpff_error_t* error = nullptr;
   int messages = 0;
   r.Check(libpff_folder_get_number_of_sub_messages(folder, &messages, &error), &error, "folder");
@@ -277,37 +347,84 @@ void ReadFolder(const Reader& r, libpff_item_t* folder, Walk& w, int depth) {
     Item m(raw);
     uint8_t type = 0;
     r.Check(libpff_item_get_type(m.get(), &type, &error), &error, "item");
+    std::optional<ItemSpec> item;
     switch (type) {
       case LIBPFF_ITEM_TYPE_EMAIL:
       case LIBPFF_ITEM_TYPE_EMAIL_SMIME:
       case LIBPFF_ITEM_TYPE_POSTING_NOTE: {
         std::string cls = text::LCase(r.Text(m.get(), kMessageClass));
-        w.result.mails.push_back(ReadMail(
-            r, m.get(), text::StartsWith(cls, "report.") ? ItemClass::kReport : ItemClass::kMail));
+        item = ReadMail(r, m.get(),
+                        text::StartsWith(cls, "report.") ? ItemClass::kReport : ItemClass::kMail);
         break;
       }
       case LIBPFF_ITEM_TYPE_MEETING:
-        w.result.mails.push_back(ReadMail(r, m.get(), ItemClass::kMeeting));
+        item = ReadMail(r, m.get(), ItemClass::kMeeting);
         break;
       case LIBPFF_ITEM_TYPE_CONTACT:
-        if (auto c = ReadContact(r, m.get())) {
-          w.result.contacts.push_back(std::move(*c));
-        } else {
-          ++w.unnamed;
-        }
+        item = ReadContact(r, m.get());
+        if (!item) ++w.unnamed;
         break;
       default:
         ++w.others;
     }
+    if (!item) continue;
+    bool contact = item->item_class == ItemClass::kContact;
+    ++(contact ? w.result.contacts : w.result.mails);
+    FolderSpec& target = into != nullptr ? *into
+                         : contact       ? FolderNamed(*top, "Contacts", kOlContactItem)
+                                         : FolderNamed(*top, "Inbox", kOlMailItem);
+    target.items.push_back(std::move(*item));
   }
+}
+
+// Reads the subfolders of `folder` into `into`; `top`: they are the store's top folders.
+void ReadFolders(const Reader& r, libpff_item_t* folder, Walk& w, std::vector<FolderSpec>& into,
+                 bool top, int depth) {
+  if (depth > 64) return;  // a store's folders are not nested deeper; a damaged one may loop
+  libpff_error_t* error = nullptr;
   int subfolders = 0;
   r.Check(libpff_folder_get_number_of_sub_folders(folder, &subfolders, &error), &error, "folder");
   for (int i = 0; i < subfolders; ++i) {
     libpff_item_t* raw = nullptr;
     r.Check(libpff_folder_get_sub_folder(folder, i, &raw, &error), &error, "folder");
     Item sub(raw);
-    ReadFolder(r, sub.get(), w, depth + 1);
+    ++w.folders;
+    std::string name = r.Text(sub.get(), kDisplayName);
+    int32_t kind = KindOfClass(r.Text(sub.get(), kContainerClass), kOlMailItem);
+    auto known = top ? w.defaults.find(r.Identifier(sub.get())) : w.defaults.end();
+    if (known != w.defaults.end()) {
+      name = known->second.name;
+      kind = known->second.kind;
+    }
+    if (name.find('/') != std::string::npos) {
+      ++w.renamed_slash;
+      for (char& c : name) {
+        if (c == '/') c = '-';
+      }
+    }
+    if (name.empty()) name = "Folder " + std::to_string(r.Identifier(sub.get()));
+    // Folders of one name in one parent are one folder (a mailbox's default folders too).
+    FolderSpec* f = &FolderNamed(into, name, kind);
+    ReadItems(r, sub.get(), w, f, nullptr);
+    std::vector<FolderSpec> children = std::move(f->folders);
+    ReadFolders(r, sub.get(), w, children, false, depth + 1);
+    f = &FolderNamed(into, name, kind);  // `into` may have moved
+    f->folders = std::move(children);
   }
+}
+
+// The top of the folders the user sees: the one the store names, else the root itself.
+Item TopOf(const Reader& r, libpff_item_t* root, uint32_t top_node) {
+  libpff_error_t* error = nullptr;
+  int subfolders = 0;
+  r.Check(libpff_folder_get_number_of_sub_folders(root, &subfolders, &error), &error, "folder");
+  for (int i = 0; top_node != 0 && i < subfolders; ++i) {
+    libpff_item_t* raw = nullptr;
+    r.Check(libpff_folder_get_sub_folder(root, i, &raw, &error), &error, "folder");
+    Item sub(raw);
+    if (r.Identifier(sub.get()) == top_node) return sub;
+  }
+  return nullptr;
 }
 
 }  // namespace
@@ -326,6 +443,8 @@ StoreReadResult ReadOutlookStore(const std::string& file) {
   std::unique_ptr<libpff_file_t, FileClose> pff(raw_file);
   r.Check(libpff_file_open(pff.get(), file.c_str(), LIBPFF_OPEN_READ, &error), &error, "open");
 
+  Walk w;
+  uint32_t top_node = 0;
   libpff_item_t* raw_store = nullptr;
   if (r.Check(libpff_file_get_message_store(pff.get(), &raw_store, &error), &error,
               "message store")) {
@@ -335,14 +454,50 @@ StoreReadResult ReadOutlookStore(const std::string& file) {
                        "the Outlook data file is password-protected: remove its password in "
                        "Outlook (Data File Settings, Change Password), then import it");
     }
+    top_node = r.EntryNode(store.get(), kIpmSubtreeEntryId);
+    w.defaults[r.EntryNode(store.get(), kIpmSentMailEntryId)] = {"Sent Items", kOlMailItem};
+    w.defaults[r.EntryNode(store.get(), kIpmWastebasketEntryId)] = {"Deleted Items", kOlMailItem};
+    w.defaults[r.EntryNode(store.get(), kIpmOutboxEntryId)] = {"Outbox", kOlMailItem};
   }
   libpff_item_t* raw_root = nullptr;
   if (!r.Check(libpff_file_get_root_folder(pff.get(), &raw_root, &error), &error, "folders")) {
     throw InputError(file, 0, "", "a damaged or unreadable Outlook data file (no folders)");
   }
   Item root(raw_root);
-  Walk w;
-  ReadFolder(r, root.get(), w, 0);
+  Item top = TopOf(r, root.get(), top_node);
+  libpff_item_t* visible = top ? top.get() : root.get();
+  // The other default folders are named by the Inbox (and the store's root): the top
+  // folder that names them is the Inbox.
+  const std::pair<uint16_t, DefaultFolder> by_inbox[] = {
+      {kIpmAppointmentEntryId, {"Calendar", kOlAppointmentItem}},
+      {kIpmContactEntryId, {"Contacts", kOlContactItem}},
+      {kIpmJournalEntryId, {"Journal", kOlJournalItem}},
+      {kIpmNoteEntryId, {"Notes", kOlNoteItem}},
+      {kIpmTaskEntryId, {"Tasks", kOlTaskItem}},
+      {kIpmDraftsEntryId, {"Drafts", kOlMailItem}}};
+  auto name_defaults = [&](libpff_item_t* holder) {
+    bool any = false;
+    for (const auto& [tag, folder] : by_inbox) {
+      if (uint32_t node = r.EntryNode(holder, tag)) {
+        w.defaults.emplace(node, folder);
+        any = true;
+      }
+    }
+    return any;
+  };
+  name_defaults(root.get());
+  int top_folders = 0;
+  r.Check(libpff_folder_get_number_of_sub_folders(visible, &top_folders, &error), &error, "folder");
+  for (int i = 0; i < top_folders; ++i) {
+    libpff_item_t* raw = nullptr;
+    r.Check(libpff_folder_get_sub_folder(visible, i, &raw, &error), &error, "folder");
+    Item sub(raw);
+    if (name_defaults(sub.get()))
+      w.defaults.emplace(r.Identifier(sub.get()), DefaultFolder{"Inbox", kOlMailItem});
+  }
+  w.defaults.erase(0);
+  ReadItems(r, visible, w, nullptr, &w.result.folders);
+  ReadFolders(r, visible, w, w.result.folders, true, 0);
   w.result.notes.push_back(std::to_string(w.folders) + " folders read");
   if (w.others > 0) {
     w.result.notes.push_back(std::to_string(w.others) +
@@ -351,6 +506,10 @@ StoreReadResult ReadOutlookStore(const std::string& file) {
   if (w.unnamed > 0) {
     w.result.notes.push_back(std::to_string(w.unnamed) +
                              " contacts without a name or address left out");
+  }
+  if (w.renamed_slash > 0) {
+    w.result.notes.push_back(std::to_string(w.renamed_slash) +
+                             " folder names with \"/\" given with \"-\" instead");
   }
   return w.result;
 }

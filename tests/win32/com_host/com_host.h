@@ -75,6 +75,7 @@ class ComHost {
   Value UserProperty(const std::shared_ptr<sim::MessageRecord>& record, const std::string& name);
 
   const std::shared_ptr<sim::MessageRecord>& ann() const { return ann_; }
+  const std::shared_ptr<sim::FolderRecord>& clients() const { return clients_; }
   const std::shared_ptr<sim::FolderRecord>& journal() const { return journal_; }
   int64_t LibraryObjectsCreated() const { return classes_ ? classes_->Created() : 0; }
   // What failed to register of the library's classes (empty when all are served).

@@ -105,24 +105,24 @@ void CallCounter::Count(std::string_view member) {
 
 CallCounter::HostCall CallCounter::Enter(std::string_view member) {
   Count(member);
-  if (depth_++ == 0) started_ns_ = clock_();
+  if (depth_++ == 0) started_ns_ = Now();
   return HostCall(this);
 }
 
 void CallCounter::Leave() {
-  if (--depth_ == 0) host_ns_ += clock_() - started_ns_;
+  if (--depth_ == 0) host_ns_ += Now() - started_ns_;
 }
 
 CallCounter::AddinCallback CallCounter::Callback() {
   const int depth = depth_;
-  if (depth > 0) host_ns_ += clock_() - started_ns_;
+  if (depth > 0) host_ns_ += Now() - started_ns_;
   depth_ = 0;
   return AddinCallback(this, depth);
 }
 
 void CallCounter::Resume(int depth) {
   depth_ = depth;
-  if (depth > 0) started_ns_ = clock_();
+  if (depth > 0) started_ns_ = Now();
 }
 
 int64_t CallCounter::SteadyNanoseconds() {
@@ -155,8 +155,9 @@ void CallCounter::Reset() {
   members_.clear();
   totals_ = Tally{};
   host_ns_ = 0;
+  readings_ = 0;
   // A call under way goes on being timed from now.
-  if (depth_ > 0) started_ns_ = clock_();
+  if (depth_ > 0) started_ns_ = Now();
 }
 
 }  // namespace zintra::sim

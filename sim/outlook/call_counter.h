@@ -106,6 +106,9 @@ class CallCounter {
   // Time inside host calls since the last Reset, nested calls counted once.
   int64_t HostNanoseconds() const { return host_ns_; }
   double HostSeconds() const { return static_cast<double>(host_ns_) / 1e9; }
+  // Readings of the clock since the last Reset: about half of each one's cost falls
+  // inside the host's time and half outside, which a bench can take back out.
+  int64_t ClockReadings() const { return readings_; }
   // An observer for a port that reports bare member names; `prefix` names the class.
   std::function<void(std::string_view)> Observer(std::string prefix);
 
@@ -133,6 +136,11 @@ class CallCounter {
   int depth_ = 0;  // host calls under way, the outermost included
   int64_t started_ns_ = 0;
   int64_t host_ns_ = 0;
+  int64_t readings_ = 0;
+  int64_t Now() {
+    ++readings_;
+    return clock_();
+  }
 };
 
 }  // namespace zintra::sim

@@ -118,6 +118,8 @@ TEST(CallCounterTest, HostTimeCountsANestedCallOnceAndLeavesOutTheAddinsHandlers
   EXPECT_EQ(counter.Totals().Total(), 3);
   const int64_t elapsed = fake_now - 1000;
   EXPECT_EQ(elapsed - counter.HostNanoseconds(), 40 + 56 + 200);  // the add-in's own
+  // Copy's start and end, Subject's, and the handler's two edges.
+  EXPECT_EQ(counter.ClockReadings(), 6);
 
   // A call that throws (a fault rule fired) ends there; Reset clears the time too.
   try {

@@ -42,7 +42,7 @@ void SimClassRegistry::RegisterLibrary() {
 
 std::shared_ptr<AutomationObject> SimClassRegistry::CreateObject(const std::string& prog_id) {
   requests_.push_back(prog_id);
-  profile_->Faults().Check("ObjectFactory.CreateObject", nullptr);
+  HostCall host_call = profile_->Faults().Check("ObjectFactory.CreateObject", nullptr);
   auto it = classes_.find(text::LCase(prog_id));
   if (it == classes_.end()) {
     throw ZError(kErrCannotCreateObject, "ActiveX component can't create object");

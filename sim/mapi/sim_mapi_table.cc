@@ -7,13 +7,14 @@
 
 namespace zintra::sim {
 
-void SimMapiTable::Hit(std::string_view member) const {
-  profile_->Faults().Check(member, FaultKey());
+HostCall SimMapiTable::Hit(std::string_view member) const {
+  HostCall call = profile_->Faults().Check(member, FaultKey());
   if (!folder_) throw ZError(kMapiInvalidParameter, "The table has no folder");
+  return call;
 }
 
 void SimMapiTable::SetItem(const std::shared_ptr<AutomationObject>& source) {
-  profile_->Faults().Check("MapiTable.SetItem", profile_);
+  HostCall host_call = profile_->Faults().Check("MapiTable.SetItem", profile_);
   auto folder = FolderRecordOf(source);
   if (!folder) throw ZError(kMapiInvalidParameter, "The table source is not a folder");
   Profile::CheckAlive(*folder);
@@ -22,7 +23,7 @@ void SimMapiTable::SetItem(const std::shared_ptr<AutomationObject>& source) {
 }
 
 void SimMapiTable::SetColumns(const std::vector<int32_t>& prop_tags) {
-  profile_->Faults().Check("MapiTable.SetColumns", FaultKey());
+  HostCall host_call = profile_->Faults().Check("MapiTable.SetColumns", FaultKey());
   if (prop_tags.empty()) throw ZError(kMapiInvalidParameter, "No columns given");
   columns_ = prop_tags;
 }
@@ -30,18 +31,18 @@ void SimMapiTable::SetColumns(const std::vector<int32_t>& prop_tags) {
 std::vector<int32_t> SimMapiTable::Columns() const { return columns_; }
 
 int32_t SimMapiTable::RowCount() {
-  Hit("MapiTable.RowCount");
+  HostCall host_call = Hit("MapiTable.RowCount");
   Profile::CheckAlive(*folder_);
   return static_cast<int32_t>(folder_->messages.size());
 }
 
 void SimMapiTable::GoToFirst() {
-  Hit("MapiTable.GoToFirst");
+  HostCall host_call = Hit("MapiTable.GoToFirst");
   position_ = 0;
 }
 
 MapiRows SimMapiTable::GetRows(int32_t count) {
-  Hit("MapiTable.GetRows");
+  HostCall host_call = Hit("MapiTable.GetRows");
   MapiRows result;
   if (folder_->deleted) {
     result.error = kMapiObjectDeleted;

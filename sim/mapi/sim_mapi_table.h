@@ -29,7 +29,7 @@ class SimMapiTable : public MapiTable, public SimKeyed {
   MapiRows GetRows(int32_t count) override;
 
  private:
-  void Hit(std::string_view member) const;
+  [[nodiscard]] HostCall Hit(std::string_view member) const;
   Profile* profile_;
   std::shared_ptr<FolderRecord> folder_;
   std::vector<int32_t> columns_{static_cast<int32_t>(0x0FFF0102)};

@@ -14,7 +14,7 @@ SimMapiUtils::SimMapiUtils(Profile* profile) : profile_(profile) {
 const SimMapiObject& SimMapiUtils::Resolve(const std::shared_ptr<MapiObject>& object,
                                            std::string_view member) {
   auto sim = std::dynamic_pointer_cast<SimMapiObject>(object);
-  profile_->Faults().Check(member, sim ? sim->FaultKey() : nullptr);
+  HostCall host_call = profile_->Faults().Check(member, sim ? sim->FaultKey() : nullptr);
   if (!sim) throw ZError(kMapiInvalidParameter, "The object is not a MAPI object");
   if (sim->message()) Profile::CheckAlive(*sim->message());
   if (sim->folder()) Profile::CheckAlive(*sim->folder());
@@ -96,7 +96,7 @@ void SimMapiUtils::HrDeleteOneProp(const std::shared_ptr<MapiObject>& object, in
 }
 
 bool SimMapiUtils::CompareIDs(const std::string& entry_id1, const std::string& entry_id2) {
-  profile_->Faults().Check("MapiUtils.CompareIDs", profile_);
+  HostCall host_call = profile_->Faults().Check("MapiUtils.CompareIDs", profile_);
   auto a = FromHex(entry_id1);
   auto b = FromHex(entry_id2);
   if (!a || !b || a->empty() || b->empty()) {
@@ -105,6 +105,8 @@ bool SimMapiUtils::CompareIDs(const std::string& entry_id1, const std::string& e
   return *a == *b;
 }
 
-void SimMapiUtils::Cleanup() { profile_->Faults().Check("MapiUtils.Cleanup", profile_); }
+void SimMapiUtils::Cleanup() {
+  HostCall host_call = profile_->Faults().Check("MapiUtils.Cleanup", profile_);
+}
 
 }  // namespace zintra::sim

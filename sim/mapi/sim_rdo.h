@@ -69,7 +69,7 @@ class SimRdoFolder : public RdoFolder, public SimKeyed, public FolderHolder {
   std::shared_ptr<RdoMessage> AddItem(const std::string& message_class) override;
 
  private:
-  void Hit(std::string_view member) const;
+  [[nodiscard]] HostCall Hit(std::string_view member) const;
   Profile* profile_;
   std::string class_name_;
   std::shared_ptr<FolderRecord> folder_;
@@ -93,7 +93,7 @@ class SimRdoSession : public RdoSession, public SimKeyed {
   std::shared_ptr<zintra::AddressLists> AddressLists() override;
 
  private:
-  void Hit(std::string_view member) const;
+  [[nodiscard]] HostCall Hit(std::string_view member) const;
   Profile* profile_;
   std::shared_ptr<MapiObject> session_;
   bool logged_on_ = false;

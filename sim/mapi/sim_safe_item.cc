@@ -7,14 +7,15 @@
 
 namespace zintra::sim {
 
-void SimSafeItem::Hit(std::string_view member) const {
-  profile_->Faults().Check(member, FaultKey());
+HostCall SimSafeItem::Hit(std::string_view member) const {
+  HostCall call = profile_->Faults().Check(member, FaultKey());
   if (!record_) throw ZError(kErrObjectNotSet, "Object variable or With block variable not set");
   Profile::CheckAlive(*record_);
+  return call;
 }
 
 void SimSafeItem::SetItem(const std::shared_ptr<zintra::Item>& item) {
-  profile_->Faults().Check("SafeItem.SetItem", FaultKey());
+  HostCall host_call = profile_->Faults().Check("SafeItem.SetItem", FaultKey());
   auto record = RecordOf(item);
   if (!record) throw ZError(kMapiInvalidParameter, "The object is not an Outlook item");
   item_ = item;
@@ -22,12 +23,12 @@ void SimSafeItem::SetItem(const std::shared_ptr<zintra::Item>& item) {
 }
 
 std::shared_ptr<zintra::Item> SimSafeItem::Item() {
-  Hit("SafeItem.Item");
+  HostCall host_call = Hit("SafeItem.Item");
   return item_;
 }
 
 std::shared_ptr<AddressEntry> SimSafeItem::Sender() {
-  Hit("SafeItem.Sender");
+  HostCall host_call = Hit("SafeItem.Sender");
   if (!KindHasSentReceived(record_->item_class)) {
     throw ZError(kErrNoSuchMember, "Object doesn't support this property or method");
   }
@@ -35,7 +36,7 @@ std::shared_ptr<AddressEntry> SimSafeItem::Sender() {
 }
 
 std::shared_ptr<zintra::Recipients> SimSafeItem::Recipients() {
-  Hit("SafeItem.Recipients");
+  HostCall host_call = Hit("SafeItem.Recipients");
   if (!KindHasRecipients(record_->item_class)) {
     throw ZError(kErrNoSuchMember, "Object doesn't support this property or method");
   }
@@ -43,40 +44,40 @@ std::shared_ptr<zintra::Recipients> SimSafeItem::Recipients() {
 }
 
 std::string SimSafeItem::Body() {
-  Hit("SafeItem.Body");
+  HostCall host_call = Hit("SafeItem.Body");
   return MessageProps::Text(*record_, kPrBody);
 }
 
 Value SimSafeItem::Fields(int32_t prop_tag) {
-  Hit("SafeItem.Fields");
+  HostCall host_call = Hit("SafeItem.Fields");
   return MessageProps::Get(*record_, prop_tag);
 }
 
 void SimSafeItem::SetFields(int32_t prop_tag, const Value& value) {
-  Hit("SafeItem.SetFields");
+  HostCall host_call = Hit("SafeItem.SetFields");
   record_->props.Set(prop_tag, value);
 }
 
 std::shared_ptr<RdoMessage> SimSafeItem::CopyTo(const std::shared_ptr<AutomationObject>& folder) {
-  Hit("SafeItem.CopyTo");
+  HostCall host_call = Hit("SafeItem.CopyTo");
   auto target = FolderRecordOf(folder);
   if (!target) throw ZError(kMapiInvalidParameter, "The destination is not a folder");
   return std::make_shared<SimRdoMessage>(profile_, profile_->CopyMessage(record_, target));
 }
 
 void SimSafeInspector::SetItem(const std::shared_ptr<Inspector>& inspector) {
-  profile_->Faults().Check("SafeInspector.SetItem", profile_);
+  HostCall host_call = profile_->Faults().Check("SafeInspector.SetItem", profile_);
   if (!inspector) throw ZError(kErrObjectNotSet, "Object variable or With block variable not set");
   inspector_ = inspector;
 }
 
 std::shared_ptr<Inspector> SimSafeInspector::Item() {
-  profile_->Faults().Check("SafeInspector.Item", profile_);
+  HostCall host_call = profile_->Faults().Check("SafeInspector.Item", profile_);
   return inspector_;
 }
 
 int32_t SimSafeInspector::Hwnd() {
-  profile_->Faults().Check("SafeInspector.Hwnd", profile_);
+  HostCall host_call = profile_->Faults().Check("SafeInspector.Hwnd", profile_);
   if (!inspector_) throw ZError(kErrObjectNotSet, "Object variable or With block variable not set");
   return inspector_->Hwnd();
 }

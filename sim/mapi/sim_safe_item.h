@@ -31,7 +31,7 @@ class SimSafeItem : public SafeItem, public SimKeyed {
   std::shared_ptr<RdoMessage> CopyTo(const std::shared_ptr<AutomationObject>& folder) override;
 
  private:
-  void Hit(std::string_view member) const;
+  [[nodiscard]] HostCall Hit(std::string_view member) const;
   Profile* profile_;
   std::string class_name_;
   std::shared_ptr<zintra::Item> item_;

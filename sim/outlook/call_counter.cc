@@ -1,6 +1,7 @@
 #include "sim/outlook/call_counter.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace zintra::sim {
 
@@ -102,6 +103,34 @@ void CallCounter::Count(std::string_view member) {
   ++totals_.by_kind[static_cast<int>(it->second.kind)];
 }
 
+CallCounter::HostCall CallCounter::Enter(std::string_view member) {
+  Count(member);
+  if (depth_++ == 0) started_ns_ = Now();
+  return HostCall(this);
+}
+
+void CallCounter::Leave() {
+  if (--depth_ == 0) host_ns_ += Now() - started_ns_;
+}
+
+CallCounter::AddinCallback CallCounter::Callback() {
+  const int depth = depth_;
+  if (depth > 0) host_ns_ += Now() - started_ns_;
+  depth_ = 0;
+  return AddinCallback(this, depth);
+}
+
+void CallCounter::Resume(int depth) {
+  depth_ = depth;
+  if (depth > 0) started_ns_ = Now();
+}
+
+int64_t CallCounter::SteadyNanoseconds() {
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(
+             std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
 std::function<void(std::string_view)> CallCounter::Observer(std::string prefix) {
   return [this, prefix = std::move(prefix)](std::string_view member) {
     Count(prefix + std::string(member));
@@ -125,6 +154,10 @@ std::vector<std::pair<std::string, int64_t>> CallCounter::ByMember() const {
 void CallCounter::Reset() {
   members_.clear();
   totals_ = Tally{};
+  host_ns_ = 0;
+  readings_ = 0;
+  // A call under way goes on being timed from now.
+  if (depth_ > 0) started_ns_ = Now();
 }
 
 }  // namespace zintra::sim

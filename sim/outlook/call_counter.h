@@ -7,6 +7,13 @@
 // Attach it with FaultInjector::SetCounter (every Outlook and library member reports
 // there before it does anything) and MemoryRegistry::SetCallObserver(counter.Observer
 // ("Registry.")). Counting is a hash lookup per call. Not thread-safe (Outlook's thread).
+//
+// It also times the calls: each Outlook and library member holds the HostCall that
+// Enter returns until it returns, so the time from the outermost call's start to its
+// end is the host's (a member that calls another is one span, not two), and an event
+// the host raises into the add-in inside a call (AddinCallback) is the add-in's again.
+// Registry calls are counted, not timed. The add-in's own time over a run is the run's
+// time on the same clock less HostNanoseconds.
 #pragma once
 
 #include <array>
@@ -50,7 +57,58 @@ class CallCounter {
     std::string ToString() const;
   };
 
+  // Nanoseconds on any fixed origin; the thread's CPU time suits a shared machine.
+  using Clock = int64_t (*)();
+  static int64_t SteadyNanoseconds();
+
+  // A host call under way: it ends when this goes out of scope. An empty one (no
+  // counter attached) costs a null test.
+  class [[nodiscard]] HostCall {
+   public:
+    HostCall() = default;
+    HostCall(HostCall&& other) noexcept : counter_(std::exchange(other.counter_, nullptr)) {}
+    HostCall& operator=(HostCall&&) = delete;
+    ~HostCall() {
+      if (counter_ != nullptr) counter_->Leave();
+    }
+
+   private:
+    friend class CallCounter;
+    explicit HostCall(CallCounter* counter) : counter_(counter) {}
+    CallCounter* counter_ = nullptr;
+  };
+  // The host calling back into the add-in (an event raised inside a call): the host's
+  // clock stops until this goes out of scope, and calls the add-in makes meanwhile are
+  // outermost calls of their own.
+  class [[nodiscard]] AddinCallback {
+   public:
+    AddinCallback() = default;
+    AddinCallback(AddinCallback&& other) noexcept
+        : counter_(std::exchange(other.counter_, nullptr)), depth_(other.depth_) {}
+    AddinCallback& operator=(AddinCallback&&) = delete;
+    ~AddinCallback() {
+      if (counter_ != nullptr) counter_->Resume(depth_);
+    }
+
+   private:
+    friend class CallCounter;
+    AddinCallback(CallCounter* counter, int depth) : counter_(counter), depth_(depth) {}
+    CallCounter* counter_ = nullptr;
+    int depth_ = 0;
+  };
+
   void Count(std::string_view member);
+  // Counts `member` and starts its call.
+  HostCall Enter(std::string_view member);
+  AddinCallback Callback();
+  // The clock calls are timed on (SteadyNanoseconds unless set); set it between calls.
+  void SetClock(Clock clock) { clock_ = clock; }
+  // Time inside host calls since the last Reset, nested calls counted once.
+  int64_t HostNanoseconds() const { return host_ns_; }
+  double HostSeconds() const { return static_cast<double>(host_ns_) / 1e9; }
+  // Readings of the clock since the last Reset: about half of each one's cost falls
+  // inside the host's time and half outside, which a bench can take back out.
+  int64_t ClockReadings() const { return readings_; }
   // An observer for a port that reports bare member names; `prefix` names the class.
   std::function<void(std::string_view)> Observer(std::string prefix);
 
@@ -69,8 +127,20 @@ class CallCounter {
     int64_t calls = 0;
     Kind kind = Kind::kOther;
   };
+  void Leave();
+  void Resume(int depth);
+
   std::unordered_map<std::string, Entry, Hash, std::equal_to<>> members_;
   Tally totals_;
+  Clock clock_ = &SteadyNanoseconds;
+  int depth_ = 0;  // host calls under way, the outermost included
+  int64_t started_ns_ = 0;
+  int64_t host_ns_ = 0;
+  int64_t readings_ = 0;
+  int64_t Now() {
+    ++readings_;
+    return clock_();
+  }
 };
 
 }  // namespace zintra::sim

@@ -22,6 +22,8 @@
 
 namespace zintra::sim {
 
+using HostCall = CallCounter::HostCall;
+
 class FaultInjector {
  public:
   enum class Mode { kAlways, kOnCall, kAfterCalls };
@@ -49,10 +51,16 @@ class FaultInjector {
   // Every member checked from now on is also counted there (nullptr: none).
   void SetCounter(CallCounter* counter) { counter_ = counter; }
 
-  // Called by every simulated member first; throws ZError when a rule fires.
-  void Check(std::string_view member, const void* object = nullptr) {
-    if (counter_ != nullptr) counter_->Count(member);
+  // Called by every simulated member first; throws ZError when a rule fires. The
+  // member holds what it returns until it returns: that is the call's end.
+  HostCall Check(std::string_view member, const void* object = nullptr) {
+    HostCall call = counter_ != nullptr ? counter_->Enter(member) : HostCall();
     if (!rules_.empty()) CheckSlow(member, object);
+    return call;
+  }
+  // Held while the host raises an event into the add-in inside a call.
+  CallCounter::AddinCallback Callback() {
+    return counter_ != nullptr ? counter_->Callback() : CallCounter::AddinCallback();
   }
 
  private:

@@ -22,29 +22,29 @@ std::shared_ptr<SimAddressEntry> SimAddressEntry::ForPerson(Profile* profile,
 }
 
 std::string SimAddressEntry::Name() const {
-  profile_->Faults().Check("AddressEntry.Name", this);
+  HostCall host_call = profile_->Faults().Check("AddressEntry.Name", this);
   return name_;
 }
 
 std::string SimAddressEntry::Address() const {
-  profile_->Faults().Check("AddressEntry.Address", this);
+  HostCall host_call = profile_->Faults().Check("AddressEntry.Address", this);
   return address_;
 }
 
 std::string SimAddressEntry::Type() const {
-  profile_->Faults().Check("AddressEntry.Type", this);
+  HostCall host_call = profile_->Faults().Check("AddressEntry.Type", this);
   return type_;
 }
 
 std::string SimAddressEntry::ID() const {
-  profile_->Faults().Check("AddressEntry.ID", this);
+  HostCall host_call = profile_->Faults().Check("AddressEntry.ID", this);
   Bytes bytes(4, 0);
   for (char c : type_ + ":" + address_) bytes.push_back(static_cast<uint8_t>(c));
   return ToHex(bytes);
 }
 
 Value SimAddressEntry::Fields(int32_t prop_tag) {
-  profile_->Faults().Check("AddressEntry.Fields", this);
+  HostCall host_call = profile_->Faults().Check("AddressEntry.Fields", this);
   switch (prop_tag) {
     case kPrSmtpAddress:
       return smtp_.empty() ? Value{} : Value(smtp_);

@@ -19,17 +19,20 @@ class SimCommandBarControls : public CommandBarControls, public SimKeyed {
   std::string TypeName() const override { return "CommandBarControls"; }
   const void* FaultKey() const override { return state_->window_key; }
   int32_t Count() const override {
-    state_->profile->Faults().Check("CommandBarControls.Count", state_->window_key);
+    HostCall host_call =
+        state_->profile->Faults().Check("CommandBarControls.Count", state_->window_key);
     return static_cast<int32_t>(bar_->ControlList().size());
   }
   std::shared_ptr<CommandBarControl> Item(int32_t index) override {
-    state_->profile->Faults().Check("CommandBarControls.Item", state_->window_key);
+    HostCall host_call =
+        state_->profile->Faults().Check("CommandBarControls.Item", state_->window_key);
     auto& list = bar_->ControlList();
     return list[CheckIndex(index, list.size())];
   }
   std::shared_ptr<CommandBarControl> Add(int32_t type, int32_t id, int32_t before,
                                          bool /*temporary*/) override {
-    state_->profile->Faults().Check("CommandBarControls.Add", state_->window_key);
+    HostCall host_call =
+        state_->profile->Faults().Check("CommandBarControls.Add", state_->window_key);
     auto control = std::make_shared<SimCommandBarControl>(state_, bar_, type, id, "");
     auto& list = bar_->ControlList();
     size_t at = before >= 1 && static_cast<size_t>(before) <= list.size()
@@ -73,82 +76,90 @@ SimCommandBarControl::SimCommandBarControl(const std::shared_ptr<CommandBarsStat
       id_(id),
       caption_(std::move(caption)) {}
 
-std::shared_ptr<CommandBarsState> SimCommandBarControl::Hit(std::string_view member) const {
-  profile_->Faults().Check(member, key_);
-  auto state = state_.lock();
-  if (deleted_ || !state) throw ZError(kMapiObjectDeleted, "The control has been deleted");
-  return state;
+HostCall SimCommandBarControl::Hit(std::string_view member,
+                                   std::shared_ptr<CommandBarsState>* state) const {
+  HostCall call = profile_->Faults().Check(member, key_);
+  auto locked = state_.lock();
+  if (deleted_ || !locked) throw ZError(kMapiObjectDeleted, "The control has been deleted");
+  if (state != nullptr) *state = std::move(locked);
+  return call;
 }
 
 int32_t SimCommandBarControl::Id() const {
-  Hit("CommandBarControl.Id");
+  HostCall host_call = Hit("CommandBarControl.Id");
   return id_;
 }
 int32_t SimCommandBarControl::Type() const {
-  Hit("CommandBarControl.Type");
+  HostCall host_call = Hit("CommandBarControl.Type");
   return type_;
 }
 std::string SimCommandBarControl::Tag() const {
-  Hit("CommandBarControl.Tag");
+  HostCall host_call = Hit("CommandBarControl.Tag");
   return tag_;
 }
 void SimCommandBarControl::SetTag(const std::string& tag) {
-  Hit("CommandBarControl.SetTag");
+  HostCall host_call = Hit("CommandBarControl.SetTag");
   tag_ = tag;
 }
 std::string SimCommandBarControl::Caption() const {
-  Hit("CommandBarControl.Caption");
+  HostCall host_call = Hit("CommandBarControl.Caption");
   return caption_;
 }
 void SimCommandBarControl::SetCaption(const std::string& caption) {
-  Hit("CommandBarControl.SetCaption");
+  HostCall host_call = Hit("CommandBarControl.SetCaption");
   caption_ = caption;
 }
 bool SimCommandBarControl::Visible() const {
-  Hit("CommandBarControl.Visible");
+  HostCall host_call = Hit("CommandBarControl.Visible");
   return visible_;
 }
 void SimCommandBarControl::SetVisible(bool visible) {
-  Hit("CommandBarControl.SetVisible");
+  HostCall host_call = Hit("CommandBarControl.SetVisible");
   visible_ = visible;
 }
 int32_t SimCommandBarControl::Style() const {
-  Hit("CommandBarControl.Style");
+  HostCall host_call = Hit("CommandBarControl.Style");
   return style_;
 }
 void SimCommandBarControl::SetStyle(int32_t style) {
-  Hit("CommandBarControl.SetStyle");
+  HostCall host_call = Hit("CommandBarControl.SetStyle");
   style_ = style;
 }
 bool SimCommandBarControl::Enabled() const {
-  Hit("CommandBarControl.Enabled");
+  HostCall host_call = Hit("CommandBarControl.Enabled");
   return enabled_;
 }
 void SimCommandBarControl::SetEnabled(bool enabled) {
-  Hit("CommandBarControl.SetEnabled");
+  HostCall host_call = Hit("CommandBarControl.SetEnabled");
   enabled_ = enabled;
 }
 
 void SimCommandBarControl::Execute() {
-  auto state = Hit("CommandBarControl.Execute");
+  std::shared_ptr<CommandBarsState> state;
+  HostCall host_call = Hit("CommandBarControl.Execute", &state);
   if (!enabled_) throw ZError(kMapiCallFailed, "The command is not available");
   if (id_ != 1 && state->execute) {
     state->execute(id_);
   } else {
     bool cancel = false;
+    const auto callback = profile_->Faults().Callback();
     Click.Raise(shared_from_this(), cancel);
   }
 }
 
 void SimCommandBarControl::ClickByUser() {
-  auto state = Hit("CommandBarControl.Click");
+  std::shared_ptr<CommandBarsState> state;
+  HostCall host_call = Hit("CommandBarControl.Click", &state);
   bool cancel = false;
-  Click.Raise(shared_from_this(), cancel);
+  {
+    const auto callback = profile_->Faults().Callback();
+    Click.Raise(shared_from_this(), cancel);
+  }
   if (!cancel && id_ != 1 && state->execute) state->execute(id_);
 }
 
 void SimCommandBarControl::Delete() {
-  Hit("CommandBarControl.Delete");
+  HostCall host_call = Hit("CommandBarControl.Delete");
   deleted_ = true;
   if (auto bar = bar_.lock()) {
     auto& list = bar->ControlList();
@@ -157,7 +168,7 @@ void SimCommandBarControl::Delete() {
 }
 
 std::shared_ptr<CommandBar> SimCommandBarControl::Parent() {
-  Hit("CommandBarControl.Parent");
+  HostCall host_call = Hit("CommandBarControl.Parent");
   return bar_.lock();
 }
 
@@ -171,54 +182,61 @@ SimCommandBar::SimCommandBar(const std::shared_ptr<CommandBarsState>& state, std
       name_(std::move(name)),
       position_(position) {}
 
-std::shared_ptr<CommandBarsState> SimCommandBar::Hit(std::string_view member) const {
-  profile_->Faults().Check(member, key_);
-  auto state = state_.lock();
-  if (deleted_ || !state) throw ZError(kMapiObjectDeleted, "The command bar has been deleted");
-  return state;
+HostCall SimCommandBar::Hit(std::string_view member,
+                            std::shared_ptr<CommandBarsState>* state) const {
+  HostCall call = profile_->Faults().Check(member, key_);
+  auto locked = state_.lock();
+  if (deleted_ || !locked) throw ZError(kMapiObjectDeleted, "The command bar has been deleted");
+  if (state != nullptr) *state = std::move(locked);
+  return call;
 }
 
 std::string SimCommandBar::Name() const {
-  Hit("CommandBar.Name");
+  HostCall host_call = Hit("CommandBar.Name");
   return name_;
 }
 int32_t SimCommandBar::Position() const {
-  Hit("CommandBar.Position");
+  HostCall host_call = Hit("CommandBar.Position");
   return position_;
 }
 void SimCommandBar::SetPosition(int32_t position) {
-  Hit("CommandBar.SetPosition");
+  HostCall host_call = Hit("CommandBar.SetPosition");
   position_ = position;
 }
 bool SimCommandBar::Visible() const {
-  Hit("CommandBar.Visible");
+  HostCall host_call = Hit("CommandBar.Visible");
   return visible_;
 }
 void SimCommandBar::SetVisible(bool visible) {
-  Hit("CommandBar.SetVisible");
+  HostCall host_call = Hit("CommandBar.SetVisible");
   visible_ = visible;
 }
 
 std::shared_ptr<CommandBarControls> SimCommandBar::Controls() {
-  return std::make_shared<SimCommandBarControls>(Hit("CommandBar.Controls"), shared_from_this());
+  std::shared_ptr<CommandBarsState> state;
+  HostCall host_call = Hit("CommandBar.Controls", &state);
+  return std::make_shared<SimCommandBarControls>(std::move(state), shared_from_this());
 }
 
 std::shared_ptr<CommandBarControl> SimCommandBar::FindControl(int32_t type, int32_t id,
                                                               const std::string& tag,
                                                               bool visible_only, bool recursive) {
-  Hit("CommandBar.FindControl");
+  HostCall host_call = Hit("CommandBar.FindControl");
   return Search(controls_, type, id, tag, visible_only, recursive);
 }
 
 void SimCommandBar::Delete() {
-  auto state = Hit("CommandBar.Delete");
+  std::shared_ptr<CommandBarsState> state;
+  HostCall host_call = Hit("CommandBar.Delete", &state);
   deleted_ = true;
   auto& bars = state->bars;
   bars.erase(std::remove(bars.begin(), bars.end(), shared_from_this()), bars.end());
 }
 
 std::shared_ptr<AutomationObject> SimCommandBar::Parent() {
-  return Hit("CommandBar.Parent")->window.lock();
+  std::shared_ptr<CommandBarsState> state;
+  HostCall host_call = Hit("CommandBar.Parent", &state);
+  return state->window.lock();
 }
 
 // --- bars ---
@@ -250,17 +268,17 @@ std::shared_ptr<CommandBarsState> SimCommandBars::MakeState(Profile* profile,
 }
 
 int32_t SimCommandBars::Count() const {
-  state_->profile->Faults().Check("CommandBars.Count", state_->window_key);
+  HostCall host_call = state_->profile->Faults().Check("CommandBars.Count", state_->window_key);
   return static_cast<int32_t>(state_->bars.size());
 }
 
 std::shared_ptr<CommandBar> SimCommandBars::Item(int32_t index) {
-  state_->profile->Faults().Check("CommandBars.Item", state_->window_key);
+  HostCall host_call = state_->profile->Faults().Check("CommandBars.Item", state_->window_key);
   return state_->bars[CheckIndex(index, state_->bars.size())];
 }
 
 std::shared_ptr<CommandBar> SimCommandBars::Item(const std::string& name) {
-  state_->profile->Faults().Check("CommandBars.Item", state_->window_key);
+  HostCall host_call = state_->profile->Faults().Check("CommandBars.Item", state_->window_key);
   for (const auto& bar : state_->bars) {
     if (text::EqualsNoCase(bar->Name(), name)) return bar;
   }
@@ -269,7 +287,7 @@ std::shared_ptr<CommandBar> SimCommandBars::Item(const std::string& name) {
 
 std::shared_ptr<CommandBar> SimCommandBars::Add(const std::string& name, int32_t position,
                                                 bool /*temporary*/) {
-  state_->profile->Faults().Check("CommandBars.Add", state_->window_key);
+  HostCall host_call = state_->profile->Faults().Check("CommandBars.Add", state_->window_key);
   for (const auto& bar : state_->bars) {
     if (text::EqualsNoCase(bar->Name(), name))
       throw ZError(kErrInvalidCall, "Invalid procedure call or argument");
@@ -282,7 +300,8 @@ std::shared_ptr<CommandBar> SimCommandBars::Add(const std::string& name, int32_t
 std::shared_ptr<CommandBarControl> SimCommandBars::FindControl(int32_t type, int32_t id,
                                                                const std::string& tag,
                                                                bool visible_only) {
-  state_->profile->Faults().Check("CommandBars.FindControl", state_->window_key);
+  HostCall host_call =
+      state_->profile->Faults().Check("CommandBars.FindControl", state_->window_key);
   for (const auto& bar : state_->bars) {
     if (auto found = Search(bar->ControlList(), type, id, tag, visible_only, true)) return found;
   }

@@ -61,7 +61,9 @@ class SimCommandBarControl : public CommandBarControl,
   bool deleted() const { return deleted_; }
 
  private:
-  std::shared_ptr<CommandBarsState> Hit(std::string_view member) const;
+  // The bars' state through `state` when asked for.
+  [[nodiscard]] HostCall Hit(std::string_view member,
+                             std::shared_ptr<CommandBarsState>* state = nullptr) const;
   Profile* profile_;
   const void* key_;
   std::weak_ptr<CommandBarsState> state_;
@@ -99,7 +101,9 @@ class SimCommandBar : public CommandBar,
   bool deleted() const { return deleted_; }
 
  private:
-  std::shared_ptr<CommandBarsState> Hit(std::string_view member) const;
+  // The bars' state through `state` when asked for.
+  [[nodiscard]] HostCall Hit(std::string_view member,
+                             std::shared_ptr<CommandBarsState>* state = nullptr) const;
   Profile* profile_;
   const void* key_;
   std::weak_ptr<CommandBarsState> state_;

@@ -22,60 +22,61 @@ std::shared_ptr<SimFolder> MakeFolder(Profile* profile, std::shared_ptr<FolderRe
 SimFolder::SimFolder(Profile* profile, std::shared_ptr<FolderRecord> record)
     : profile_(profile), record_(std::move(record)) {}
 
-void SimFolder::Hit(std::string_view member) const {
-  profile_->Faults().Check(member, record_.get());
+HostCall SimFolder::Hit(std::string_view member) const {
+  HostCall call = profile_->Faults().Check(member, record_.get());
   Profile::CheckAlive(*record_);
+  return call;
 }
 
 std::string SimFolder::Name() const {
-  Hit("Folder.Name");
+  HostCall host_call = Hit("Folder.Name");
   return record_->name;
 }
 
 void SimFolder::SetName(const std::string& name) {
-  Hit("Folder.SetName");
+  HostCall host_call = Hit("Folder.SetName");
   if (name.empty()) throw ZError(kMapiInvalidParameter, "A folder name is required");
   record_->name = name;
 }
 
 std::string SimFolder::EntryID() const {
-  Hit("Folder.EntryID");
+  HostCall host_call = Hit("Folder.EntryID");
   return profile_->EntryIdOf(*record_);
 }
 
 std::string SimFolder::StoreID() const {
-  Hit("Folder.StoreID");
+  HostCall host_call = Hit("Folder.StoreID");
   return profile_->StoreIdOf(*record_->store);
 }
 
 int32_t SimFolder::DefaultItemType() const {
-  Hit("Folder.DefaultItemType");
+  HostCall host_call = Hit("Folder.DefaultItemType");
   return record_->default_item_type;
 }
 
 std::shared_ptr<AutomationObject> SimFolder::Parent() {
-  Hit("Folder.Parent");
+  HostCall host_call = Hit("Folder.Parent");
   if (auto parent = record_->parent.lock()) return MakeFolder(profile_, parent);
   return MakeNamespace(profile_);
 }
 
 std::shared_ptr<zintra::Folders> SimFolder::Folders() {
-  Hit("Folder.Folders");
+  HostCall host_call = Hit("Folder.Folders");
   return std::make_shared<SimFolders>(profile_, record_);
 }
 
 std::shared_ptr<zintra::Items> SimFolder::Items() {
-  Hit("Folder.Items");
+  HostCall host_call = Hit("Folder.Items");
   return std::make_shared<SimItems>(profile_, record_);
 }
 
 std::shared_ptr<MapiObject> SimFolder::MAPIOBJECT() {
-  Hit("Folder.MAPIOBJECT");
+  HostCall host_call = Hit("Folder.MAPIOBJECT");
   return std::make_shared<SimMapiObject>(profile_, record_);
 }
 
 void SimFolder::Delete() {
-  Hit("Folder.Delete");
+  HostCall host_call = Hit("Folder.Delete");
   profile_->DeleteFolder(record_);
 }
 
@@ -84,9 +85,10 @@ void SimFolder::Delete() {
 SimFolders::SimFolders(Profile* profile, std::shared_ptr<FolderRecord> parent)
     : profile_(profile), parent_(std::move(parent)) {}
 
-void SimFolders::Hit(std::string_view member) const {
-  profile_->Faults().Check(member, FaultKey());
+HostCall SimFolders::Hit(std::string_view member) const {
+  HostCall call = profile_->Faults().Check(member, FaultKey());
   if (parent_) Profile::CheckAlive(*parent_);
+  return call;
 }
 
 std::vector<std::shared_ptr<FolderRecord>> SimFolders::List() const {
@@ -97,18 +99,18 @@ std::vector<std::shared_ptr<FolderRecord>> SimFolders::List() const {
 }
 
 int32_t SimFolders::Count() const {
-  Hit("Folders.Count");
+  HostCall host_call = Hit("Folders.Count");
   return static_cast<int32_t>(List().size());
 }
 
 std::shared_ptr<Folder> SimFolders::Item(int32_t index) {
-  Hit("Folders.Item");
+  HostCall host_call = Hit("Folders.Item");
   auto list = List();
   return MakeFolder(profile_, list[CheckIndex(index, list.size())]);
 }
 
 std::shared_ptr<Folder> SimFolders::Item(const std::string& name) {
-  Hit("Folders.Item");
+  HostCall host_call = Hit("Folders.Item");
   for (const auto& folder : List()) {
     if (text::EqualsNoCase(folder->name, name)) return MakeFolder(profile_, folder);
   }
@@ -116,7 +118,7 @@ std::shared_ptr<Folder> SimFolders::Item(const std::string& name) {
 }
 
 std::shared_ptr<Folder> SimFolders::Add(const std::string& name, int32_t type) {
-  Hit("Folders.Add");
+  HostCall host_call = Hit("Folders.Add");
   if (!parent_) throw ZError(kMapiNoAccess, "A store cannot be added here");
   int32_t item_type = kOlMailItem;
   switch (type) {
@@ -150,9 +152,10 @@ SimItems::SimItems(Profile* profile, std::shared_ptr<FolderRecord> folder)
   on_removed_ = folder_->removed.Connect([this](const auto& m) { OnRemoved(m); });
 }
 
-void SimItems::Hit(std::string_view member) const {
-  profile_->Faults().Check(member, folder_.get());
+HostCall SimItems::Hit(std::string_view member) const {
+  HostCall call = profile_->Faults().Check(member, folder_.get());
   Profile::CheckAlive(*folder_);
+  return call;
 }
 
 SimItems::Entry SimItems::MakeEntry(const std::shared_ptr<MessageRecord>& m) const {
@@ -199,18 +202,18 @@ std::shared_ptr<zintra::Item> SimItems::ItemAt(int64_t index) {
 }
 
 int32_t SimItems::Count() const {
-  Hit("Items.Count");
+  HostCall host_call = Hit("Items.Count");
   return static_cast<int32_t>(folder_->messages.size());
 }
 
 std::shared_ptr<zintra::Item> SimItems::Item(int32_t index) {
-  Hit("Items.Item");
+  HostCall host_call = Hit("Items.Item");
   Materialize();
   return MakeItem(profile_, RecordAt(CheckIndex(index, Size())));
 }
 
 void SimItems::Sort(const std::string& property, bool descending) {
-  Hit("Items.Sort");
+  HostCall host_call = Hit("Items.Sort");
   std::string name = text::LCase(property);
   if (name.size() >= 2 && name.front() == '[' && name.back() == ']') {
     name = name.substr(1, name.size() - 2);
@@ -238,14 +241,14 @@ void SimItems::Sort(const std::string& property, bool descending) {
 }
 
 std::shared_ptr<zintra::Item> SimItems::GetFirst() {
-  Hit("Items.GetFirst");
+  HostCall host_call = Hit("Items.GetFirst");
   Materialize();
   cursor_ = 0;
   return ItemAt(cursor_);
 }
 
 std::shared_ptr<zintra::Item> SimItems::GetNext() {
-  Hit("Items.GetNext");
+  HostCall host_call = Hit("Items.GetNext");
   Materialize();
   // The position is a plain index, as Outlook's: insertions before it repeat an item,
   // removals before it skip one.
@@ -254,28 +257,28 @@ std::shared_ptr<zintra::Item> SimItems::GetNext() {
 }
 
 std::shared_ptr<zintra::Item> SimItems::GetLast() {
-  Hit("Items.GetLast");
+  HostCall host_call = Hit("Items.GetLast");
   Materialize();
   cursor_ = static_cast<int64_t>(Size()) - 1;
   return ItemAt(cursor_);
 }
 
 std::shared_ptr<zintra::Item> SimItems::GetPrevious() {
-  Hit("Items.GetPrevious");
+  HostCall host_call = Hit("Items.GetPrevious");
   Materialize();
   if (cursor_ >= 0) --cursor_;
   return ItemAt(cursor_);
 }
 
 std::shared_ptr<zintra::Item> SimItems::Find(const std::string& filter) {
-  Hit("Items.Find");
+  HostCall host_call = Hit("Items.Find");
   find_ = ItemFilter::Compile(filter);
   find_pos_ = -1;
   return FindNext();
 }
 
 std::shared_ptr<zintra::Item> SimItems::FindNext() {
-  Hit("Items.FindNext");
+  HostCall host_call = Hit("Items.FindNext");
   if (!find_) throw ZError(kErrInvalidCall, "FindNext called before Find");
   Materialize();
   size_t size = Size();
@@ -290,12 +293,12 @@ std::shared_ptr<zintra::Item> SimItems::FindNext() {
 }
 
 std::shared_ptr<zintra::Item> SimItems::Add(int32_t item_type) {
-  Hit("Items.Add");
+  HostCall host_call = Hit("Items.Add");
   return MakeItem(profile_, profile_->NewMessage(ItemClassForType(item_type), folder_));
 }
 
 void SimItems::Remove(int32_t index) {
-  Hit("Items.Remove");
+  HostCall host_call = Hit("Items.Remove");
   Materialize();
   profile_->DeleteMessage(RecordAt(CheckIndex(index, Size())));
 }
@@ -318,7 +321,10 @@ void SimItems::EraseFromView(const MessageRecord* m) {
 
 void SimItems::OnAdded(const std::shared_ptr<MessageRecord>& m) {
   if (materialized_) InsertIntoView(m);
-  ItemAdd.Raise(std::shared_ptr<zintra::Item>(MakeItem(profile_, m)));
+  std::shared_ptr<zintra::Item> item = MakeItem(profile_, m);
+  // The add-in's handlers run on the add-in's time, not the host call's that stored it.
+  const auto callback = profile_->Faults().Callback();
+  ItemAdd.Raise(item);
 }
 
 void SimItems::OnChanged(const std::shared_ptr<MessageRecord>& m) {
@@ -335,11 +341,15 @@ void SimItems::OnChanged(const std::shared_ptr<MessageRecord>& m) {
       InsertIntoView(m);
     }
   }
-  ItemChange.Raise(std::shared_ptr<zintra::Item>(MakeItem(profile_, m)));
+  std::shared_ptr<zintra::Item> item = MakeItem(profile_, m);
+  // The add-in's handlers run on the add-in's time, not the host call's that stored it.
+  const auto callback = profile_->Faults().Callback();
+  ItemChange.Raise(item);
 }
 
 void SimItems::OnRemoved(const std::shared_ptr<MessageRecord>& m) {
   if (materialized_) EraseFromView(m.get());
+  const auto callback = profile_->Faults().Callback();
   ItemRemove.Raise();
 }
 

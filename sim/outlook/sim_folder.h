@@ -34,7 +34,7 @@ class SimFolder : public Folder, public SimKeyed, public FolderHolder {
   void Delete() override;
 
  private:
-  void Hit(std::string_view member) const;
+  [[nodiscard]] HostCall Hit(std::string_view member) const;
   Profile* profile_;
   std::shared_ptr<FolderRecord> record_;
 };
@@ -52,7 +52,7 @@ class SimFolders : public Folders, public SimKeyed {
 
  private:
   std::vector<std::shared_ptr<FolderRecord>> List() const;
-  void Hit(std::string_view member) const;
+  [[nodiscard]] HostCall Hit(std::string_view member) const;
   Profile* profile_;
   std::shared_ptr<FolderRecord> parent_;
 };
@@ -89,7 +89,7 @@ class SimItems : public Items, public SimKeyed, public FolderHolder {
     bool descending;
   };
 
-  void Hit(std::string_view member) const;
+  [[nodiscard]] HostCall Hit(std::string_view member) const;
   Entry MakeEntry(const std::shared_ptr<MessageRecord>& m) const;
   bool Before(const Entry& a, const Entry& b) const;
   void Materialize();

@@ -78,12 +78,12 @@ void SimItem::Need(bool has, std::string_view member) const {
 std::string SimItem::TypeName() const { return ItemClassTypeName(record_->item_class); }
 
 ItemClass SimItem::Class() const {
-  Hit("Item.Class");
+  HostCall host_call = Hit("Item.Class");
   return record_->item_class;
 }
 
 std::string SimItem::Subject() const {
-  Hit("Item.Subject");
+  HostCall host_call = Hit("Item.Subject");
   if (record_->item_class == ItemClass::kNote) {
     // A note's subject is the first line of its text.
     std::string body = MessageProps::Text(*record_, kPrBody);
@@ -93,121 +93,121 @@ std::string SimItem::Subject() const {
 }
 
 void SimItem::SetSubject(const std::string& subject) {
-  Hit("Item.SetSubject");
+  HostCall host_call = Hit("Item.SetSubject");
   Need(record_->item_class != ItemClass::kNote, "Item.SetSubject");
   MessageProps::Set(*record_, kPrSubject, Value(subject));
 }
 
 std::string SimItem::Body() const {
-  Hit("Item.Body");
+  HostCall host_call = Hit("Item.Body");
   return MessageProps::Text(*record_, kPrBody);
 }
 
 void SimItem::SetBody(const std::string& body) {
-  Hit("Item.SetBody");
+  HostCall host_call = Hit("Item.SetBody");
   MessageProps::Set(*record_, kPrBody, Value(body));
 }
 
 std::string SimItem::Categories() const {
-  Hit("Item.Categories");
+  HostCall host_call = Hit("Item.Categories");
   return MessageProps::Categories(*record_);
 }
 
 void SimItem::SetCategories(const std::string& categories) {
-  Hit("Item.SetCategories");
+  HostCall host_call = Hit("Item.SetCategories");
   MessageProps::SetCategories(*record_, categories);
 }
 
 std::string SimItem::Companies() const {
-  Hit("Item.Companies");
+  HostCall host_call = Hit("Item.Companies");
   Need(KindHasCompanies(record_->item_class), "Item.Companies");
   return MessageProps::NamedText(*record_, named::Companies());
 }
 
 void SimItem::SetCompanies(const std::string& companies) {
-  Hit("Item.SetCompanies");
+  HostCall host_call = Hit("Item.SetCompanies");
   Need(KindHasCompanies(record_->item_class), "Item.SetCompanies");
   MessageProps::SetNamed(*record_, named::Companies(), kPtString8, Value(companies));
 }
 
 std::string SimItem::MessageClass() const {
-  Hit("Item.MessageClass");
+  HostCall host_call = Hit("Item.MessageClass");
   return MessageProps::Text(*record_, kPrMessageClass);
 }
 
 void SimItem::SetMessageClass(const std::string& message_class) {
-  Hit("Item.SetMessageClass");
+  HostCall host_call = Hit("Item.SetMessageClass");
   MessageProps::Set(*record_, kPrMessageClass, Value(message_class));
 }
 
 int32_t SimItem::Sensitivity() const {
-  Hit("Item.Sensitivity");
+  HostCall host_call = Hit("Item.Sensitivity");
   Need(record_->item_class != ItemClass::kNote, "Item.Sensitivity");
   const Value* v = record_->props.Get(kPrSensitivity);
   return v ? v->ToLong() : kOlNormal;
 }
 
 void SimItem::SetSensitivity(int32_t sensitivity) {
-  Hit("Item.SetSensitivity");
+  HostCall host_call = Hit("Item.SetSensitivity");
   Need(record_->item_class != ItemClass::kNote, "Item.SetSensitivity");
   MessageProps::Set(*record_, kPrSensitivity, Value(sensitivity));
 }
 
 double SimItem::CreationTime() const {
-  Hit("Item.CreationTime");
+  HostCall host_call = Hit("Item.CreationTime");
   return MessageProps::Date(*record_, kPrCreationTime);
 }
 
 double SimItem::LastModificationTime() const {
-  Hit("Item.LastModificationTime");
+  HostCall host_call = Hit("Item.LastModificationTime");
   return MessageProps::Date(*record_, kPrLastModificationTime);
 }
 
 double SimItem::SentOn() const {
-  Hit("Item.SentOn");
+  HostCall host_call = Hit("Item.SentOn");
   Need(KindHasSentReceived(record_->item_class), "Item.SentOn");
   return MessageProps::Date(*record_, kPrClientSubmitTime);
 }
 
 double SimItem::ReceivedTime() const {
-  Hit("Item.ReceivedTime");
+  HostCall host_call = Hit("Item.ReceivedTime");
   Need(KindHasSentReceived(record_->item_class), "Item.ReceivedTime");
   return MessageProps::Date(*record_, kPrMessageDeliveryTime);
 }
 
 std::string SimItem::EntryID() const {
-  Hit("Item.EntryID");
+  HostCall host_call = Hit("Item.EntryID");
   return profile_->EntryIdOf(*record_);
 }
 
 std::shared_ptr<Folder> SimItem::Parent() {
-  Hit("Item.Parent");
+  HostCall host_call = Hit("Item.Parent");
   auto folder = record_->folder.lock();
   if (!folder || folder->deleted) return nullptr;
   return MakeFolder(profile_, folder);
 }
 
 std::string SimItem::FullName() const {
-  Hit("Item.FullName");
+  HostCall host_call = Hit("Item.FullName");
   Need(record_->item_class == ItemClass::kContact, "Item.FullName");
   return MessageProps::Text(*record_, kPrDisplayName);
 }
 
 void SimItem::SetFullName(const std::string& full_name) {
-  Hit("Item.SetFullName");
+  HostCall host_call = Hit("Item.SetFullName");
   Need(record_->item_class == ItemClass::kContact, "Item.SetFullName");
   MessageProps::Set(*record_, kPrDisplayName, Value(full_name));
   MessageProps::Set(*record_, kPrSubject, Value(full_name));
 }
 
 std::string SimItem::EmailAddress(int index, std::string_view member) const {
-  Hit(member);
+  HostCall host_call = Hit(member);
   Need(record_->item_class == ItemClass::kContact, member);
   return MessageProps::NamedText(*record_, named::Email(index));
 }
 
 void SimItem::SetEmailAddress(int index, const std::string& address, std::string_view member) {
-  Hit(member);
+  HostCall host_call = Hit(member);
   Need(record_->item_class == ItemClass::kContact, member);
   MessageProps::SetNamed(*record_, named::Email(index), kPtString8, Value(address));
 }
@@ -226,78 +226,78 @@ void SimItem::SetEmail3Address(const std::string& a) {
 }
 
 std::string SimItem::Owner() const {
-  Hit("Item.Owner");
+  HostCall host_call = Hit("Item.Owner");
   Need(record_->item_class == ItemClass::kTask, "Item.Owner");
   return MessageProps::NamedText(*record_, named::TaskOwner());
 }
 
 void SimItem::SetOwner(const std::string& owner) {
-  Hit("Item.SetOwner");
+  HostCall host_call = Hit("Item.SetOwner");
   Need(record_->item_class == ItemClass::kTask, "Item.SetOwner");
   MessageProps::SetNamed(*record_, named::TaskOwner(), kPtString8, Value(owner));
 }
 
 int32_t SimItem::Ownership() const {
-  Hit("Item.Ownership");
+  HostCall host_call = Hit("Item.Ownership");
   Need(record_->item_class == ItemClass::kTask, "Item.Ownership");
   Value v = MessageProps::GetNamed(*record_, named::TaskOwnership(), kPtLong);
   return v.IsEmpty() ? kOlNewTask : v.ToLong();
 }
 
 std::string SimItem::Type() const {
-  Hit("Item.Type");
+  HostCall host_call = Hit("Item.Type");
   Need(record_->item_class == ItemClass::kJournal, "Item.Type");
   return MessageProps::NamedText(*record_, named::JournalType());
 }
 
 void SimItem::SetType(const std::string& type) {
-  Hit("Item.SetType");
+  HostCall host_call = Hit("Item.SetType");
   Need(record_->item_class == ItemClass::kJournal, "Item.SetType");
   MessageProps::SetNamed(*record_, named::JournalType(), kPtString8, Value(type));
 }
 
 std::shared_ptr<zintra::UserProperties> SimItem::UserProperties() {
-  Hit("Item.UserProperties");
+  HostCall host_call = Hit("Item.UserProperties");
   Need(KindHasUserProperties(record_->item_class), "Item.UserProperties");
   return std::make_shared<SimUserProperties>(profile_, record_);
 }
 
 std::shared_ptr<zintra::Links> SimItem::Links() {
-  Hit("Item.Links");
+  HostCall host_call = Hit("Item.Links");
   return std::make_shared<SimLinks>(profile_, record_);
 }
 
 std::shared_ptr<zintra::Recipients> SimItem::Recipients() {
-  Hit("Item.Recipients");
+  HostCall host_call = Hit("Item.Recipients");
   Need(KindHasRecipients(record_->item_class), "Item.Recipients");
   return std::make_shared<SimRecipients>(profile_, record_);
 }
 
 std::shared_ptr<zintra::Attachments> SimItem::Attachments() {
-  Hit("Item.Attachments");
+  HostCall host_call = Hit("Item.Attachments");
   Need(record_->item_class != ItemClass::kNote, "Item.Attachments");
   return std::make_shared<SimAttachments>(profile_, record_);
 }
 
 void SimItem::Save() {
-  Hit("Item.Save");
+  HostCall host_call = Hit("Item.Save");
   profile_->SaveMessage(record_);
 }
 
 void SimItem::Delete() {
-  Hit("Item.Delete");
+  HostCall host_call = Hit("Item.Delete");
   profile_->DeleteMessage(record_);
 }
 
 std::shared_ptr<Item> SimItem::Copy() {
-  Hit("Item.Copy");
+  HostCall host_call = Hit("Item.Copy");
   auto folder = record_->folder.lock();
   if (!folder) throw ZError(kMapiObjectDeleted, "The folder of the item has been deleted");
   return MakeItem(profile_, profile_->CopyMessage(record_, folder));
 }
 
 std::shared_ptr<Item> SimItem::Move(const std::shared_ptr<Folder>& folder) {
-  Hit("Item.Move");
+  HostCall host_call = Hit("Item.Move");
   auto target = FolderRecordOf(folder);
   if (!target) throw ZError(kMapiInvalidParameter, "The destination is not a folder");
   auto moved = profile_->MoveMessage(record_, target);
@@ -306,24 +306,25 @@ std::shared_ptr<Item> SimItem::Move(const std::shared_ptr<Folder>& folder) {
 }
 
 void SimItem::Display(bool modal) {
-  Hit("Item.Display");
+  HostCall host_call = Hit("Item.Display");
   profile_->OpenInspector(shared_from_this(), modal);
 }
 
 void SimItem::Close(int32_t save_mode) {
-  Hit("Item.Close");
+  HostCall host_call = Hit("Item.Close");
   if (save_mode == 0) profile_->SaveMessage(record_);
   bool cancel = false;
+  const auto callback = profile_->Faults().Callback();
   CloseEvent.Raise(cancel);
 }
 
 std::shared_ptr<Inspector> SimItem::GetInspector() {
-  Hit("Item.GetInspector");
+  HostCall host_call = Hit("Item.GetInspector");
   return profile_->OpenInspector(shared_from_this(), false);
 }
 
 std::shared_ptr<MapiObject> SimItem::MAPIOBJECT() {
-  Hit("Item.MAPIOBJECT");
+  HostCall host_call = Hit("Item.MAPIOBJECT");
   return std::make_shared<SimMapiObject>(profile_, record_);
 }
 

@@ -50,17 +50,17 @@ const UserPropDef& SimUserProperty::Def() const {
 }
 
 std::string SimUserProperty::Name() const {
-  Hit("UserProperty.Name");
+  HostCall host_call = Hit("UserProperty.Name");
   return Def().name;
 }
 
 int32_t SimUserProperty::Type() const {
-  Hit("UserProperty.Type");
+  HostCall host_call = Hit("UserProperty.Type");
   return Def().type;
 }
 
 Value SimUserProperty::GetValue() const {
-  Hit("UserProperty.Value");
+  HostCall host_call = Hit("UserProperty.Value");
   const UserPropDef& def = Def();
   Value v = MessageProps::GetNamed(*record_, named::UserProperty(def.name),
                                    UserPropertyPropType(def.type));
@@ -68,25 +68,25 @@ Value SimUserProperty::GetValue() const {
 }
 
 void SimUserProperty::SetValue(const Value& value) {
-  Hit("UserProperty.SetValue");
+  HostCall host_call = Hit("UserProperty.SetValue");
   const UserPropDef& def = Def();
   MessageProps::SetNamed(*record_, named::UserProperty(def.name), UserPropertyPropType(def.type),
                          value);
 }
 
 int32_t SimUserProperties::Count() const {
-  Hit("UserProperties.Count");
+  HostCall host_call = Hit("UserProperties.Count");
   return static_cast<int32_t>(record_->user_props.size());
 }
 
 std::shared_ptr<UserProperty> SimUserProperties::Item(int32_t index) {
-  Hit("UserProperties.Item");
+  HostCall host_call = Hit("UserProperties.Item");
   size_t i = CheckIndex(index, record_->user_props.size());
   return std::make_shared<SimUserProperty>(profile_, record_, record_->user_props[i].name);
 }
 
 std::shared_ptr<UserProperty> SimUserProperties::Find(const std::string& name) {
-  Hit("UserProperties.Find");
+  HostCall host_call = Hit("UserProperties.Find");
   for (const UserPropDef& def : record_->user_props) {
     if (text::EqualsNoCase(def.name, name)) {
       return std::make_shared<SimUserProperty>(profile_, record_, def.name);
@@ -97,7 +97,7 @@ std::shared_ptr<UserProperty> SimUserProperties::Find(const std::string& name) {
 
 std::shared_ptr<UserProperty> SimUserProperties::Add(const std::string& name, int32_t type,
                                                      bool /*add_to_folder_fields*/) {
-  Hit("UserProperties.Add");
+  HostCall host_call = Hit("UserProperties.Add");
   if (name.empty()) throw ZError(kErrInvalidCall, "A property name is required");
   for (const UserPropDef& def : record_->user_props) {
     if (text::EqualsNoCase(def.name, name)) {
@@ -114,7 +114,7 @@ std::shared_ptr<UserProperty> SimUserProperties::Add(const std::string& name, in
 }
 
 void SimUserProperties::Remove(int32_t index) {
-  Hit("UserProperties.Remove");
+  HostCall host_call = Hit("UserProperties.Remove");
   size_t i = CheckIndex(index, record_->user_props.size());
   const UserPropDef def = record_->user_props[i];
   record_->user_props.erase(record_->user_props.begin() + static_cast<ptrdiff_t>(i));
@@ -129,12 +129,12 @@ SimLink::SimLink(Profile* profile, std::shared_ptr<MessageRecord> record, std::s
     : RecordView(profile, std::move(record)), name_(std::move(name)), target_(std::move(target)) {}
 
 std::string SimLink::Name() const {
-  Hit("Link.Name");
+  HostCall host_call = Hit("Link.Name");
   return name_;
 }
 
 std::shared_ptr<zintra::Item> SimLink::Item() {
-  Hit("Link.Item");
+  HostCall host_call = Hit("Link.Item");
   size_t colon = target_.find(':');
   if (colon == std::string::npos) throw ZError(kMapiNotFound, "The link cannot be resolved");
   return MakeItem(profile_,
@@ -157,12 +157,12 @@ void SimLinks::Store(const Value::StringArray& ids, const Value::StringArray& na
 }
 
 int32_t SimLinks::Count() const {
-  Hit("Links.Count");
+  HostCall host_call = Hit("Links.Count");
   return static_cast<int32_t>(Ids().size());
 }
 
 std::shared_ptr<zintra::Link> SimLinks::Item(int32_t index) {
-  Hit("Links.Item");
+  HostCall host_call = Hit("Links.Item");
   auto ids = Ids();
   auto names = Names();
   size_t i = CheckIndex(index, ids.size());
@@ -170,7 +170,7 @@ std::shared_ptr<zintra::Link> SimLinks::Item(int32_t index) {
 }
 
 std::shared_ptr<zintra::Link> SimLinks::Add(const std::shared_ptr<zintra::Item>& item) {
-  Hit("Links.Add");
+  HostCall host_call = Hit("Links.Add");
   auto target = RecordOf(item);
   if (!target || !target->stored) {
     throw ZError(kMapiInvalidParameter, "Only a saved item can be linked");
@@ -189,7 +189,7 @@ std::shared_ptr<zintra::Link> SimLinks::Add(const std::shared_ptr<zintra::Item>&
 }
 
 void SimLinks::Remove(int32_t index) {
-  Hit("Links.Remove");
+  HostCall host_call = Hit("Links.Remove");
   auto ids = Ids();
   auto names = Names();
   size_t i = CheckIndex(index, ids.size());
@@ -212,32 +212,32 @@ RecipientRecord& SimRecipient::Rec() const {
 }
 
 std::string SimRecipient::Name() const {
-  Hit("Recipient.Name");
+  HostCall host_call = Hit("Recipient.Name");
   return Rec().name;
 }
 
 std::string SimRecipient::Address() const {
-  Hit("Recipient.Address");
+  HostCall host_call = Hit("Recipient.Address");
   return Rec().address;
 }
 
 int32_t SimRecipient::Type() const {
-  Hit("Recipient.Type");
+  HostCall host_call = Hit("Recipient.Type");
   return Rec().type;
 }
 
 void SimRecipient::SetType(int32_t type) {
-  Hit("Recipient.SetType");
+  HostCall host_call = Hit("Recipient.SetType");
   Rec().type = type;
 }
 
 bool SimRecipient::Resolved() const {
-  Hit("Recipient.Resolved");
+  HostCall host_call = Hit("Recipient.Resolved");
   return Rec().resolved;
 }
 
 std::shared_ptr<zintra::AddressEntry> SimRecipient::AddressEntry() {
-  Hit("Recipient.AddressEntry");
+  HostCall host_call = Hit("Recipient.AddressEntry");
   const RecipientRecord& r = Rec();
   if (!r.resolved) return nullptr;
   return std::make_shared<SimAddressEntry>(profile_, r.name, r.address, r.addr_type, r.smtp);
@@ -263,24 +263,24 @@ RecipientRecord SimRecipients::Resolve(const Profile& profile, const std::string
 }
 
 int32_t SimRecipients::Count() const {
-  Hit("Recipients.Count");
+  HostCall host_call = Hit("Recipients.Count");
   return static_cast<int32_t>(record_->recipients.size());
 }
 
 std::shared_ptr<Recipient> SimRecipients::Item(int32_t index) {
-  Hit("Recipients.Item");
+  HostCall host_call = Hit("Recipients.Item");
   return std::make_shared<SimRecipient>(profile_, record_,
                                         CheckIndex(index, record_->recipients.size()));
 }
 
 std::shared_ptr<Recipient> SimRecipients::Add(const std::string& name) {
-  Hit("Recipients.Add");
+  HostCall host_call = Hit("Recipients.Add");
   record_->recipients.push_back(Resolve(*profile_, name));
   return std::make_shared<SimRecipient>(profile_, record_, record_->recipients.size() - 1);
 }
 
 void SimRecipients::Remove(int32_t index) {
-  Hit("Recipients.Remove");
+  HostCall host_call = Hit("Recipients.Remove");
   size_t i = CheckIndex(index, record_->recipients.size());
   record_->recipients.erase(record_->recipients.begin() + static_cast<ptrdiff_t>(i));
 }
@@ -298,56 +298,56 @@ AttachmentRecord& SimAttachment::Rec() const {
 }
 
 std::string SimAttachment::DisplayName() const {
-  Hit("Attachment.DisplayName");
+  HostCall host_call = Hit("Attachment.DisplayName");
   return Rec().display_name;
 }
 
 std::string SimAttachment::FileName() const {
-  Hit("Attachment.FileName");
+  HostCall host_call = Hit("Attachment.FileName");
   return Rec().file_name;
 }
 
 std::string SimAttachment::PathName() const {
-  Hit("Attachment.PathName");
+  HostCall host_call = Hit("Attachment.PathName");
   return Rec().type == kOlByReference ? Rec().path_name : std::string();
 }
 
 int32_t SimAttachment::Type() const {
-  Hit("Attachment.Type");
+  HostCall host_call = Hit("Attachment.Type");
   return Rec().type;
 }
 
 int32_t SimAttachment::Index() const {
-  Hit("Attachment.Index");
+  HostCall host_call = Hit("Attachment.Index");
   Rec();
   return static_cast<int32_t>(index_ + 1);
 }
 
 int32_t SimAttachment::Size() const {
-  Hit("Attachment.Size");
+  HostCall host_call = Hit("Attachment.Size");
   return static_cast<int32_t>(Rec().data.size());
 }
 
 void SimAttachment::Delete() {
-  Hit("Attachment.Delete");
+  HostCall host_call = Hit("Attachment.Delete");
   Rec();
   record_->attachments.erase(record_->attachments.begin() + static_cast<ptrdiff_t>(index_));
 }
 
 int32_t SimAttachments::Count() const {
-  Hit("Attachments.Count");
+  HostCall host_call = Hit("Attachments.Count");
   return static_cast<int32_t>(record_->attachments.size());
 }
 
 std::shared_ptr<Attachment> SimAttachments::Item(int32_t index) {
-  Hit("Attachments.Item");
+  HostCall host_call = Hit("Attachments.Item");
   return std::make_shared<SimAttachment>(profile_, record_,
                                          CheckIndex(index, record_->attachments.size()));
 }
 
 std::shared_ptr<Attachment> SimAttachments::Add(const std::string& source, int32_t type,
                                                 int32_t position, const std::string& display_name) {
-  Hit("Attachments.Add");
+  HostCall host_call = Hit("Attachments.Add");
   AttachmentRecord a;
   a.type = type;
   a.path_name = source;
@@ -370,7 +370,7 @@ std::shared_ptr<Attachment> SimAttachments::Add(const std::string& source, int32
 }
 
 void SimAttachments::Remove(int32_t index) {
-  Hit("Attachments.Remove");
+  HostCall host_call = Hit("Attachments.Remove");
   size_t i = CheckIndex(index, record_->attachments.size());
   record_->attachments.erase(record_->attachments.begin() + static_cast<ptrdiff_t>(i));
 }

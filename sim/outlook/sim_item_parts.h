@@ -21,9 +21,10 @@ class RecordView : public SimKeyed {
 
  protected:
   // Fault rules first, then a deleted item fails as Outlook's would.
-  void Hit(std::string_view member) const {
-    profile_->Faults().Check(member, record_.get());
+  [[nodiscard]] HostCall Hit(std::string_view member) const {
+    HostCall call = profile_->Faults().Check(member, record_.get());
     Profile::CheckAlive(*record_);
+    return call;
   }
   Profile* profile_;
   std::shared_ptr<MessageRecord> record_;

@@ -15,7 +15,7 @@ std::shared_ptr<SimNamespace> MakeNamespace(Profile* profile) {
 }
 
 std::shared_ptr<Folder> SimNamespace::GetDefaultFolder(int32_t folder_type) {
-  profile_->Faults().Check("Namespace.GetDefaultFolder", profile_);
+  HostCall host_call = profile_->Faults().Check("Namespace.GetDefaultFolder", profile_);
   auto folder = profile_->DefaultFolder(folder_type);
   if (!folder) {
     throw ZError(kMapiNotFound, "The default folder " + std::to_string(folder_type) +
@@ -26,23 +26,23 @@ std::shared_ptr<Folder> SimNamespace::GetDefaultFolder(int32_t folder_type) {
 
 std::shared_ptr<Item> SimNamespace::GetItemFromID(const std::string& entry_id,
                                                   const std::string& store_id) {
-  profile_->Faults().Check("Namespace.GetItemFromID", profile_);
+  HostCall host_call = profile_->Faults().Check("Namespace.GetItemFromID", profile_);
   return MakeItem(profile_, profile_->FindMessage(entry_id, store_id));
 }
 
 std::shared_ptr<Folder> SimNamespace::GetFolderFromID(const std::string& entry_id,
                                                       const std::string& store_id) {
-  profile_->Faults().Check("Namespace.GetFolderFromID", profile_);
+  HostCall host_call = profile_->Faults().Check("Namespace.GetFolderFromID", profile_);
   return MakeFolder(profile_, profile_->FindFolder(entry_id, store_id));
 }
 
 std::shared_ptr<zintra::Folders> SimNamespace::Folders() {
-  profile_->Faults().Check("Namespace.Folders", profile_);
+  HostCall host_call = profile_->Faults().Check("Namespace.Folders", profile_);
   return std::make_shared<SimFolders>(profile_, nullptr);
 }
 
 std::shared_ptr<Recipient> SimNamespace::CurrentUser() {
-  profile_->Faults().Check("Namespace.CurrentUser", profile_);
+  HostCall host_call = profile_->Faults().Check("Namespace.CurrentUser", profile_);
   const Person& user = profile_->CurrentUser();
   RecipientRecord r;
   r.name = user.name;
@@ -54,22 +54,22 @@ std::shared_ptr<Recipient> SimNamespace::CurrentUser() {
 }
 
 std::shared_ptr<MapiObject> SimNamespace::MAPIOBJECT() {
-  profile_->Faults().Check("Namespace.MAPIOBJECT", profile_);
+  HostCall host_call = profile_->Faults().Check("Namespace.MAPIOBJECT", profile_);
   return std::make_shared<SimMapiObject>(profile_);
 }
 
 std::string SimDirectoryRecipient::Name() const {
-  profile_->Faults().Check("Recipient.Name", profile_);
+  HostCall host_call = profile_->Faults().Check("Recipient.Name", profile_);
   return record_.name;
 }
 
 std::string SimDirectoryRecipient::Address() const {
-  profile_->Faults().Check("Recipient.Address", profile_);
+  HostCall host_call = profile_->Faults().Check("Recipient.Address", profile_);
   return record_.address;
 }
 
 std::shared_ptr<zintra::AddressEntry> SimDirectoryRecipient::AddressEntry() {
-  profile_->Faults().Check("Recipient.AddressEntry", profile_);
+  HostCall host_call = profile_->Faults().Check("Recipient.AddressEntry", profile_);
   return std::make_shared<SimAddressEntry>(profile_, record_.name, record_.address,
                                            record_.addr_type, record_.smtp);
 }

@@ -15,11 +15,11 @@ class SimOlApplication::ExplorerList : public zintra::Explorers {
   explicit ExplorerList(Profile* profile) : profile_(profile) {}
   std::string TypeName() const override { return "Explorers"; }
   int32_t Count() const override {
-    profile_->Faults().Check("Explorers.Count", profile_);
+    HostCall host_call = profile_->Faults().Check("Explorers.Count", profile_);
     return static_cast<int32_t>(list.size());
   }
   std::shared_ptr<Explorer> Item(int32_t index) override {
-    profile_->Faults().Check("Explorers.Item", profile_);
+    HostCall host_call = profile_->Faults().Check("Explorers.Item", profile_);
     return list[CheckIndex(index, list.size())];
   }
   std::vector<std::shared_ptr<SimOlExplorer>> list;
@@ -33,11 +33,11 @@ class SimOlApplication::InspectorList : public zintra::Inspectors {
   explicit InspectorList(Profile* profile) : profile_(profile) {}
   std::string TypeName() const override { return "Inspectors"; }
   int32_t Count() const override {
-    profile_->Faults().Check("Inspectors.Count", profile_);
+    HostCall host_call = profile_->Faults().Check("Inspectors.Count", profile_);
     return static_cast<int32_t>(list.size());
   }
   std::shared_ptr<Inspector> Item(int32_t index) override {
-    profile_->Faults().Check("Inspectors.Item", profile_);
+    HostCall host_call = profile_->Faults().Check("Inspectors.Item", profile_);
     return list[CheckIndex(index, list.size())];
   }
   std::vector<std::shared_ptr<SimOlInspector>> list;
@@ -69,32 +69,32 @@ SimOlApplication::SimOlApplication(Profile* profile)
 SimOlApplication::~SimOlApplication() { profile_->SetInspectorOpener(nullptr); }
 
 std::shared_ptr<zintra::Explorers> SimOlApplication::Explorers() {
-  Hit("Application.Explorers");
+  HostCall host_call = Hit("Application.Explorers");
   return explorers_;
 }
 
 std::shared_ptr<zintra::Inspectors> SimOlApplication::Inspectors() {
-  Hit("Application.Inspectors");
+  HostCall host_call = Hit("Application.Inspectors");
   return inspectors_;
 }
 
 std::string SimOlApplication::Version() const {
-  Hit("Application.Version");
+  HostCall host_call = Hit("Application.Version");
   return profile_->Version();
 }
 
 std::string SimOlApplication::ProductCode() const {
-  Hit("Application.ProductCode");
+  HostCall host_call = Hit("Application.ProductCode");
   return "{90110409-6000-11D3-8CFE-0150048383C9}";
 }
 
 std::shared_ptr<Namespace> SimOlApplication::Session() {
-  Hit("Application.Session");
+  HostCall host_call = Hit("Application.Session");
   return MakeNamespace(profile_);
 }
 
 std::shared_ptr<Explorer> SimOlApplication::ActiveExplorer() {
-  Hit("Application.ActiveExplorer");
+  HostCall host_call = Hit("Application.ActiveExplorer");
   for (const auto& e : explorers_->list) {
     if (e.get() == active_) return e;
   }
@@ -102,7 +102,7 @@ std::shared_ptr<Explorer> SimOlApplication::ActiveExplorer() {
 }
 
 std::shared_ptr<Inspector> SimOlApplication::ActiveInspector() {
-  Hit("Application.ActiveInspector");
+  HostCall host_call = Hit("Application.ActiveInspector");
   for (const auto& i : inspectors_->list) {
     if (i.get() == active_) return i;
   }
@@ -110,7 +110,7 @@ std::shared_ptr<Inspector> SimOlApplication::ActiveInspector() {
 }
 
 std::shared_ptr<Item> SimOlApplication::CreateItem(int32_t item_type) {
-  Hit("Application.CreateItem");
+  HostCall host_call = Hit("Application.CreateItem");
   ItemClass item_class = ItemClassForType(item_type);
   auto folder = profile_->DefaultFolder(DefaultFolderForType(item_type));
   if (!folder)

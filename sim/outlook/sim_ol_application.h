@@ -91,7 +91,9 @@ class SimOlApplication : public Application, public SimKeyed {
  private:
   class ExplorerList;
   class InspectorList;
-  void Hit(std::string_view member) const { profile_->Faults().Check(member, profile_); }
+  [[nodiscard]] HostCall Hit(std::string_view member) const {
+    return profile_->Faults().Check(member, profile_);
+  }
 
   Profile* profile_;
   std::shared_ptr<ExplorerList> explorers_;

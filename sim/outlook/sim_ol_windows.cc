@@ -16,11 +16,11 @@ class SimSelection : public Selection {
       : profile_(profile), items_(std::move(items)) {}
   std::string TypeName() const override { return "Selection"; }
   int32_t Count() const override {
-    profile_->Faults().Check("Selection.Count", profile_);
+    HostCall host_call = profile_->Faults().Check("Selection.Count", profile_);
     return static_cast<int32_t>(items_.size());
   }
   std::shared_ptr<zintra::Item> Item(int32_t index) override {
-    profile_->Faults().Check("Selection.Item", profile_);
+    HostCall host_call = profile_->Faults().Check("Selection.Item", profile_);
     auto record = items_[CheckIndex(index, items_.size())];
     Profile::CheckAlive(*record);
     return MakeItem(profile_, record);
@@ -42,42 +42,46 @@ SimOlExplorer::SimOlExplorer(SimOlApplication* app, Profile* profile,
       profile, this, [this](int32_t id) { app_->ExecuteCommand(id, shared_from_this()); });
 }
 
-void SimOlExplorer::Hit(std::string_view member) const {
-  profile_->Faults().Check(member, this);
+HostCall SimOlExplorer::Hit(std::string_view member) const {
+  HostCall call = profile_->Faults().Check(member, this);
   if (closed_) throw ZError(kMapiObjectDeleted, "The explorer has been closed");
+  return call;
 }
 
 std::string SimOlExplorer::Caption() const {
-  Hit("Explorer.Caption");
+  HostCall host_call = Hit("Explorer.Caption");
   return (folder_ ? folder_->name + " - " : std::string()) + "Microsoft Outlook";
 }
 
 std::shared_ptr<zintra::CommandBars> SimOlExplorer::CommandBars() {
-  Hit("Explorer.CommandBars");
+  HostCall host_call = Hit("Explorer.CommandBars");
   bars_->window = weak_from_this();
   return std::make_shared<SimCommandBars>(bars_);
 }
 
 void SimOlExplorer::Activate() {
-  Hit("Explorer.Activate");
+  HostCall host_call = Hit("Explorer.Activate");
+  const auto callback = profile_->Faults().Callback();  // the add-in handles the events
   app_->WindowActivated(this);
 }
 
 void SimOlExplorer::Close(int32_t /*save_mode*/) {
-  Hit("Explorer.Close");
+  HostCall host_call = Hit("Explorer.Close");
   auto keep = shared_from_this();
   closed_ = true;
+  // From here the add-in's handlers run (the last window's close shuts it down).
+  const auto callback = profile_->Faults().Callback();
   CloseEvent.Raise();
   app_->WindowClosed(this);
 }
 
 std::shared_ptr<zintra::Selection> SimOlExplorer::Selection() {
-  Hit("Explorer.Selection");
+  HostCall host_call = Hit("Explorer.Selection");
   return std::make_shared<SimSelection>(profile_, selection_);
 }
 
 std::shared_ptr<Folder> SimOlExplorer::CurrentFolder() {
-  Hit("Explorer.CurrentFolder");
+  HostCall host_call = Hit("Explorer.CurrentFolder");
   return folder_ ? MakeFolder(profile_, folder_) : nullptr;
 }
 
@@ -104,34 +108,37 @@ SimOlInspector::SimOlInspector(SimOlApplication* app, Profile* profile,
       profile, this, [this](int32_t id) { app_->ExecuteCommand(id, shared_from_this()); });
 }
 
-void SimOlInspector::Hit(std::string_view member) const {
-  profile_->Faults().Check(member, this);
+HostCall SimOlInspector::Hit(std::string_view member) const {
+  HostCall call = profile_->Faults().Check(member, this);
   if (closed_) throw ZError(kMapiObjectDeleted, "The inspector has been closed");
+  return call;
 }
 
 std::string SimOlInspector::Caption() const {
-  Hit("Inspector.Caption");
+  HostCall host_call = Hit("Inspector.Caption");
   const MessageRecord& m = *item_->Record();
   std::string title = MessageProps::Text(m, kPrSubject);
   return (title.empty() ? "Untitled" : title) + " - " + ItemClassTypeName(m.item_class);
 }
 
 std::shared_ptr<zintra::CommandBars> SimOlInspector::CommandBars() {
-  Hit("Inspector.CommandBars");
+  HostCall host_call = Hit("Inspector.CommandBars");
   bars_->window = weak_from_this();
   return std::make_shared<SimCommandBars>(bars_);
 }
 
 void SimOlInspector::Activate() {
-  Hit("Inspector.Activate");
+  HostCall host_call = Hit("Inspector.Activate");
+  const auto callback = profile_->Faults().Callback();  // the add-in handles the events
   app_->WindowActivated(this);
 }
 
 void SimOlInspector::Close(int32_t save_mode) {
-  Hit("Inspector.Close");
+  HostCall host_call = Hit("Inspector.Close");
   auto keep = shared_from_this();
   const auto& record = item_->Record();
   if (save_mode == 0 && !record->deleted) profile_->SaveMessage(record);
+  const auto callback = profile_->Faults().Callback();  // the add-in handles the events
   if (record->item_class == ItemClass::kNote) {
     closed_ = true;
     app_->WindowMessage.Raise(hwnd_, 24, 0);
@@ -146,12 +153,12 @@ void SimOlInspector::Close(int32_t save_mode) {
 }
 
 std::shared_ptr<Item> SimOlInspector::CurrentItem() {
-  Hit("Inspector.CurrentItem");
+  HostCall host_call = Hit("Inspector.CurrentItem");
   return item_;
 }
 
 int32_t SimOlInspector::Hwnd() {
-  Hit("Inspector.Hwnd");
+  HostCall host_call = Hit("Inspector.Hwnd");
   return hwnd_;
 }
 

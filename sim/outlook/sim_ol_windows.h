@@ -41,7 +41,7 @@ class SimOlExplorer : public Explorer,
   bool closed() const { return closed_; }
 
  private:
-  void Hit(std::string_view member) const;
+  [[nodiscard]] HostCall Hit(std::string_view member) const;
   SimOlApplication* app_;
   Profile* profile_;
   std::shared_ptr<FolderRecord> folder_;
@@ -74,7 +74,7 @@ class SimOlInspector : public Inspector,
   bool closed() const { return closed_; }
 
  private:
-  void Hit(std::string_view member) const;
+  [[nodiscard]] HostCall Hit(std::string_view member) const;
   SimOlApplication* app_;
   Profile* profile_;
   std::shared_ptr<SimItem> item_;  // one object for the window's life, so its events last

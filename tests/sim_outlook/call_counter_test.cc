@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "sim/outlook/call_counter.h"
+#include "src/host/outlook_folder.h"
 #include "src/host/outlook_item_parts.h"
 #include "tests/sim_outlook/sim_fixture.h"
 
@@ -83,6 +84,91 @@ TEST(CallCounterTest, AnObserverNamesTheClassAndTalliesSubtract) {
   EXPECT_EQ((counter.Totals() - opened).ToString(), "saves 1, other 1");
   EXPECT_EQ(counter.Totals().Total(), 4);
   EXPECT_EQ(counter.ByMember().front().first, "Item.Save");  // ties go by name
+}
+
+// A clock the test moves by hand: every duration below is known exactly.
+int64_t fake_now = 0;
+int64_t FakeNow() { return fake_now; }
+
+TEST(CallCounterTest, HostTimeCountsANestedCallOnceAndLeavesOutTheAddinsHandlers) {
+  CallCounter counter;
+  counter.SetClock(&FakeNow);
+  fake_now = 1000;
+  {
+    auto copy = counter.Enter("Item.Copy");  // the host at work from 1000
+    fake_now += 10;
+    {
+      auto save = counter.Enter("Item.Save");  // inside the copy: no second span
+      fake_now += 15;
+    }
+    fake_now += 5;
+    {
+      auto handler = counter.Callback();  // the add-in's ItemAdd handler: 100 of its own
+      fake_now += 40;
+      {
+        auto subject = counter.Enter("Item.Subject");
+        fake_now += 4;
+      }  // a call of its own
+      fake_now += 56;
+    }
+    fake_now += 10;
+  }
+  fake_now += 200;  // the add-in between calls
+  EXPECT_EQ(counter.HostNanoseconds(), 10 + 15 + 5 + 4 + 10);
+  EXPECT_EQ(counter.Totals().Total(), 3);
+  const int64_t elapsed = fake_now - 1000;
+  EXPECT_EQ(elapsed - counter.HostNanoseconds(), 40 + 56 + 200);  // the add-in's own
+  // Copy's start and end, Subject's, and the handler's two edges.
+  EXPECT_EQ(counter.ClockReadings(), 6);
+
+  // A call that throws (a fault rule fired) ends there; Reset clears the time too.
+  try {
+    auto failing = counter.Enter("Item.Save");
+    fake_now += 7;
+    throw 1;
+  } catch (int) {
+  }
+  EXPECT_EQ(counter.HostNanoseconds(), 44 + 7);
+  counter.Reset();
+  EXPECT_EQ(counter.HostNanoseconds(), 0);
+  {
+    auto read = counter.Enter("Item.Subject");
+    fake_now += 3;
+  }
+  EXPECT_EQ(counter.HostSeconds(), 3e-9);
+}
+
+// A clock that moves one on every reading: each span of host time then measures 1.
+int64_t TickingNow() { return ++fake_now; }
+
+TEST_F(SimTest, SimulatedMembersTimeTheirCallAndStopWhileTheAddinHandlesTheirEvents) {
+  auto inbox = Default(kOlFolderInbox);
+  auto items = inbox->Items();
+  auto item = items->Add(kOlMailItem);
+  CallCounter counter;
+  counter.SetClock(&TickingNow);
+  host.profile.Faults().SetCounter(&counter);
+  std::string seen;
+  auto added = items->ItemAdd.Connect([&](std::shared_ptr<Item> added_item) {
+    fake_now += 500;               // the add-in's own work, inside Item.Save
+    seen = added_item->Subject();  // a host call of its own
+  });
+  // Three spans: Save up to its event, Subject, Save after the handler returned.
+  item->Save();
+  EXPECT_EQ(counter.HostNanoseconds(), 3) << "the handler's time went to the host";
+  EXPECT_EQ(counter.CallsOf("Item.Save"), 1);
+  EXPECT_EQ(counter.CallsOf("Item.Subject"), 1);
+
+  // A fault that fires ends its call (one span); a save of a stored item raises
+  // ItemChange, whose handler's time is the add-in's (two spans around it).
+  host.profile.Faults().FailOnCall("Item.Save", 1, kMapiNoAccess);
+  EXPECT_THROW(item->Save(), ZError);
+  auto changed = items->ItemChange.Connect([&](std::shared_ptr<Item>) { fake_now += 30; });
+  item->Save();
+  EXPECT_EQ(counter.HostNanoseconds(), 3 + 1 + 2);
+  host.profile.Faults().SetCounter(nullptr);
+  item->Save();  // detached: nothing more
+  EXPECT_EQ(counter.HostNanoseconds(), 6);
 }
 
 }  // namespace

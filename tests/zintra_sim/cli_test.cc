@@ -146,6 +146,9 @@ TEST_F(CliTest, StatsCountTheHostCallsOfStartUpShutDownAndEachLoggedItem) {
   EXPECT_THAT(out_, ::testing::ContainsRegex("per logged item \\(1\\): .*copies/moves 1"));
   EXPECT_THAT(out_, HasSubstr("shut-down: "));
   EXPECT_THAT(out_, HasSubstr("most called:"));
+  EXPECT_THAT(out_, ::testing::ContainsRegex(
+                        "start-up: +[0-9.]+ ms: the add-in's own [0-9.]+ ms, inside host calls "
+                        "[0-9.]+ ms"));
   EXPECT_EQ(Run({"run", file, "--out", Out(), "--quiet"}), 0);
   EXPECT_THAT(out_, ::testing::Not(HasSubstr("Host calls")));
 }

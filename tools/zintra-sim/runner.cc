@@ -323,6 +323,8 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
     world->outlook().registry.SetCallObserver(options.stats->Observer("Registry."));
   }
   auto calls = [&] { return options.stats ? options.stats->Totals() : sim::CallCounter::Tally{}; };
+  auto host_seconds = [&] { return options.stats ? options.stats->HostSeconds() : 0.0; };
+  const double host_before_timeline = host_seconds();
   result.sim_seconds += Seconds(t0);
 
   Progress progress(out, options.quiet, options.live);
@@ -344,25 +346,31 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
   for (const StepSpec& step : timeline) {
     progress.Step(step, world->outlook().clock.Now());
     const sim::CallCounter::Tally before = calls();
+    const double host_before = host_seconds();
     const auto step_start = Clock_::now();
     player.Play(step);
     if (step.kind == StepKind::kStart) {
       result.startup_calls = calls() - before;
       result.startup_seconds = Seconds(step_start);
+      result.startup_host_seconds = host_seconds() - host_before;
     }
     if (step.kind == StepKind::kQuit) {
       result.shutdown_calls = calls() - before;
       result.shutdown_seconds = Seconds(step_start);
+      result.shutdown_host_seconds = host_seconds() - host_before;
     }
   }
   if (world->outlook().Started() && !world->outlook().Ended()) {
     player.Wait(0);
     const sim::CallCounter::Tally before = calls();
+    const double host_before = host_seconds();
     const auto end_start = Clock_::now();
     world->outlook().EndProcess();
     result.shutdown_calls = calls() - before;
     result.shutdown_seconds = Seconds(end_start);
+    result.shutdown_host_seconds = host_seconds() - host_before;
   }
+  result.host_seconds = host_seconds() - host_before_timeline;
   if (options.stats) {
     world->profile().Faults().SetCounter(nullptr);
     world->outlook().registry.SetCallObserver(nullptr);

@@ -17,8 +17,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/zintra-sim/host_record.h"
 #include "sim/outlook/call_counter.h"
+#include "tools/zintra-sim/host_record.h"
 #include "tools/zintra-sim/scenario.h"
 
 namespace zintra::simtool {
@@ -67,6 +67,10 @@ struct RunResult {
   // Wall time of the start step (Outlook loads the add-in: OnConnection and
   // OnStartupComplete) and of the end (Outlook quits and releases it).
   double startup_seconds = 0, shutdown_seconds = 0;
+  // With RunOptions::stats, on the same clock: the part of the timeline, of the start
+  // step and of the end spent inside host calls; the rest is the add-in's own (and,
+  // in the timeline, the simulation's playing of the steps).
+  double host_seconds = 0, startup_host_seconds = 0, shutdown_host_seconds = 0;
 };
 
 RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::ostream& out);

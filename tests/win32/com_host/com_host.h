@@ -77,6 +77,7 @@ class ComHost {
   Value UserProperty(const std::shared_ptr<sim::MessageRecord>& record, const std::string& name);
 
   const std::shared_ptr<sim::MessageRecord>& ann() const { return ann_; }
+  const std::shared_ptr<sim::FolderRecord>& clients() const { return clients_; }
   const std::shared_ptr<sim::FolderRecord>& journal() const { return journal_; }
   const std::shared_ptr<sim::FolderRecord>& clients() const { return clients_; }
   // Outlook's NameSpace of the profile, served through IDispatch.

@@ -18,7 +18,7 @@ namespace {
 // addresses 0x8083/0x8093/0x80A3, through the file's name-to-id map).
 using namespace mapi_ids;  // NOLINT(google-build-using-namespace): the tags read
 
-constexpr uint32_t kEmailLids[] = {0x8083, 0x8093, 0x80A3};
+constexpr uint32_t kStoreEmailLids[] = {0x8083, 0x8093, 0x80A3};
 constexpr uint8_t kAnyType = LIBPFF_ENTRY_VALUE_FLAG_MATCH_ANY_VALUE_TYPE;
 
 struct ItemFree {
@@ -240,7 +240,7 @@ std::optional<ItemSpec> ReadContact(const Reader& r, libpff_item_t* c) {
   item.item_class = ItemClass::kContact;
   item.full_name = r.Text(c, kDisplayName);
   item.company = r.Text(c, kCompanyName);
-  for (uint32_t lid : kEmailLids) {
+  for (uint32_t lid : kStoreEmailLids) {
     std::string address = r.Text(c, lid);
     if (!address.empty()) item.emails.push_back(address);
   }
@@ -258,14 +258,14 @@ std::optional<ItemSpec> ReadContact(const Reader& r, libpff_item_t* c) {
   return item;
 }
 
-struct Walk {
+struct StoreWalk {
   StoreReadResult result;
   int folders = 0;
   int others = 0;
   int unnamed = 0;
 };
 
-void ReadFolder(const Reader& r, libpff_item_t* folder, Walk& w, int depth) {
+void ReadFolder(const Reader& r, libpff_item_t* folder, StoreWalk& w, int depth) {
   if (depth > 64) return;  // a store's folders are not nested deeper; a damaged one may loop
   ++w.folders;
   libpff_error_t* error = nullptr;
@@ -341,7 +341,7 @@ StoreReadResult ReadOutlookStore(const std::string& file) {
     throw InputError(file, 0, "", "a damaged or unreadable Outlook data file (no folders)");
   }
   Item root(raw_root);
-  Walk w;
+  StoreWalk w;
   ReadFolder(r, root.get(), w, 0);
   w.result.notes.push_back(std::to_string(w.folders) + " folders read");
   if (w.others > 0) {

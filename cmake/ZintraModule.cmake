@@ -1,3 +1,21 @@
+# Libraries compile as unity builds of up to ZINTRA_UNITY_BATCH files each: the files of
+# a folder share most of their headers, which one translation unit then parses once.
+# So a file-local name (a constant or helper in an anonymous namespace) must not be
+# declared differently by two files of one folder: name it for its file ("kJobProcessModule").
+option(ZINTRA_UNITY_LIBS "Compile libraries as unity builds" ON)
+set(ZINTRA_UNITY_BATCH 8 CACHE STRING "Files per translation unit of a library's unity build")
+
+# zintra_unity_library(TARGET): TARGET compiles as the libraries do.
+function(zintra_unity_library target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${ZINTRA_UNITY_LIBS}
+    UNITY_BUILD_BATCH_SIZE ${ZINTRA_UNITY_BATCH})
+  # GCC takes a file included into a unity source for a header, and a class of the file
+  # with a member of a type from the file's anonymous namespace for an ODR hazard.
+  if(ZINTRA_UNITY_LIBS AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+  endif()
+endfunction()
+
 # zintra_module(NAME DEPS...): a static library of every .cc in the calling folder,
 # compiled with the project's warnings-as-errors set. Its users see the repository root
 # and the headers CMake makes (src/core/version.h).
@@ -17,6 +35,7 @@ function(zintra_module name)
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR} ${ZINTRA_GENERATED_DIR})
     target_link_libraries(${name} PUBLIC ${ARGN})
     zintra_warnings(${name})
+    zintra_unity_library(${name})
   else()
     add_library(${name} INTERFACE)
     target_include_directories(${name} INTERFACE ${PROJECT_SOURCE_DIR} ${ZINTRA_GENERATED_DIR})

@@ -6,7 +6,8 @@
 //
 // Paths arrive in the platform's form ("C:\Logs\ZINTRAERRORS.MDB"). Off Windows a
 // backslash is a folder separator and a drive-letter path is placed under `root`
-// (C:\Logs -> <root>/C/Logs), so tests keep every file inside a temporary folder.
+// (C:\Logs -> <root>/C/Logs), so tests keep every file inside a temporary folder; such a
+// file is written without flushes to the disk.
 // Failures throw ZError 75 (path/file access) naming the file and SQLite's message.
 #pragma once
 

@@ -28,9 +28,13 @@ std::vector<std::string> PathParts(const std::string& path) {
 struct MemoryRegistry::Node {
   std::string name;
   std::map<std::string, std::shared_ptr<Node>> children;  // by lower-case name
-  std::vector<RegistryValue> values;  // in the order written, as enumeration gives them
-  // Lower-case name -> position in `values`, so a key of many values is written in
-  // linear time.
+  // In the order written, as enumeration gives them. Erasing marks a gap (`gone`) that
+  // the next read of the whole list closes, so that many deletions from one key, like
+  // many additions, take linear time.
+  std::vector<RegistryValue> values;
+  std::vector<bool> gone;
+  size_t gaps = 0;
+  // Lower-case name -> position in `values` of each value that is not gone.
   std::unordered_map<std::string, size_t> value_index;
   KeyAccess access = KeyAccess::kFull;
   bool deleted = false;
@@ -39,17 +43,44 @@ struct MemoryRegistry::Node {
     auto it = value_index.find(text::LCase(value_name));
     return it == value_index.end() ? nullptr : &values[it->second];
   }
+  void SetValue(RegistryValue value) {
+    if (RegistryValue* existing = FindValue(value.name)) {
+      existing->type = value.type;
+      existing->data = std::move(value.data);
+    } else {
+      AddValue(std::move(value));
+    }
+  }
   void AddValue(RegistryValue value) {
     value_index[text::LCase(value.name)] = values.size();
     values.push_back(std::move(value));
+    gone.push_back(false);
   }
   bool EraseValue(const std::string& value_name) {
     auto it = value_index.find(text::LCase(value_name));
     if (it == value_index.end()) return false;
-    values.erase(values.begin() + static_cast<std::ptrdiff_t>(it->second));
-    value_index.clear();
-    for (size_t i = 0; i < values.size(); ++i) value_index[text::LCase(values[i].name)] = i;
+    gone[it->second] = true;
+    values[it->second] = {};
+    ++gaps;
+    value_index.erase(it);
     return true;
+  }
+  // The values that are not gone, in order.
+  const std::vector<RegistryValue>& Values() {
+    if (gaps == 0) return values;
+    size_t kept = 0;
+    for (size_t i = 0; i < values.size(); ++i) {
+      if (gone[i]) continue;
+      if (kept != i) {
+        values[kept] = std::move(values[i]);
+        value_index[text::LCase(values[kept].name)] = kept;
+      }
+      ++kept;
+    }
+    values.resize(kept);
+    gone.assign(kept, false);
+    gaps = 0;
+    return values;
   }
   void MarkDeleted() {
     deleted = true;
@@ -126,7 +157,15 @@ std::shared_ptr<MemoryRegistry::Node> MemoryRegistry::WalkOrCreate(HKey hive,
                                                                    const std::string& path) {
   std::shared_ptr<Node> node = Root(hive);
   if (!node) throw std::invalid_argument("MemoryRegistry: unknown hive");
-  for (const std::string& part : PathParts(path)) {
+  std::string_view rest = path;
+  std::shared_ptr<Node> last = last_node_.lock();
+  if (last && !last->deleted && hive == last_hive_ && !last_path_.empty() &&
+      path.size() > last_path_.size() && path[last_path_.size()] == '\\' &&
+      path.compare(0, last_path_.size(), last_path_) == 0) {
+    node = last;
+    rest.remove_prefix(last_path_.size());
+  }
+  for (const std::string& part : PathParts(std::string(rest))) {
     auto& child = node->children[text::LCase(part)];
     if (!child) {
       child = std::make_shared<Node>();
@@ -134,6 +173,9 @@ std::shared_ptr<MemoryRegistry::Node> MemoryRegistry::WalkOrCreate(HKey hive,
     }
     node = child;
   }
+  last_hive_ = hive;
+  last_path_ = path;
+  last_node_ = node;
   return node;
 }
 
@@ -235,13 +277,7 @@ int32_t MemoryRegistry::SetValue(HKey key, const std::string& name, uint32_t typ
   std::shared_ptr<Node> node = Resolve(key, kKeySetValue, &rc);
   if (!node) return rc;
   if (size > 0 && !data) return kRegInvalidParameter;
-  std::vector<uint8_t> bytes(data, data + size);
-  if (RegistryValue* value = node->FindValue(name)) {
-    value->type = type;
-    value->data = std::move(bytes);
-  } else {
-    node->AddValue(RegistryValue{name, type, std::move(bytes)});
-  }
+  node->SetValue(RegistryValue{name, type, std::vector<uint8_t>(data, data + size)});
   return kRegSuccess;
 }
 
@@ -298,8 +334,9 @@ int32_t MemoryRegistry::EnumValue(HKey key, uint32_t index, std::string* name, u
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(key, kKeyQueryValue, &rc);
   if (!node) return rc;
-  if (index >= node->values.size()) return kRegNoMoreItems;
-  const RegistryValue& value = node->values[index];
+  const std::vector<RegistryValue>& values = node->Values();
+  if (index >= values.size()) return kRegNoMoreItems;
+  const RegistryValue& value = values[index];
   const uint32_t length = static_cast<uint32_t>(value.name.size());
   const uint32_t capacity = *name_size;
   *name_size = length;
@@ -316,12 +353,13 @@ int32_t MemoryRegistry::QueryInfoKey(HKey key, RegistryKeyInfo* info) {
   if (!node) return rc;
   *info = RegistryKeyInfo{};
   info->sub_keys = static_cast<uint32_t>(node->children.size());
-  info->values = static_cast<uint32_t>(node->values.size());
+  const std::vector<RegistryValue>& values = node->Values();
+  info->values = static_cast<uint32_t>(values.size());
   for (const auto& [lower, child] : node->children) {
     info->max_sub_key_len =
         std::max(info->max_sub_key_len, static_cast<uint32_t>(child->name.size()));
   }
-  for (const RegistryValue& value : node->values) {
+  for (const RegistryValue& value : values) {
     info->max_value_name_len =
         std::max(info->max_value_name_len, static_cast<uint32_t>(value.name.size()));
     info->max_value_len = std::max(info->max_value_len, static_cast<uint32_t>(value.data.size()));
@@ -354,12 +392,17 @@ void MemoryRegistry::SetDword(HKey hive, const std::string& path, const std::str
 }
 
 void MemoryRegistry::PutValue(HKey hive, const std::string& path, RegistryValue value) {
+  WalkOrCreate(hive, path)->SetValue(std::move(value));
+}
+
+void MemoryRegistry::EditValues(HKey hive, const std::string& path, std::vector<ValueEdit> edits) {
   std::shared_ptr<Node> node = WalkOrCreate(hive, path);
-  if (RegistryValue* existing = node->FindValue(value.name)) {
-    existing->type = value.type;
-    existing->data = std::move(value.data);
-  } else {
-    node->AddValue(std::move(value));
+  for (ValueEdit& edit : edits) {
+    if (edit.remove) {
+      node->EraseValue(edit.value.name);
+    } else {
+      node->SetValue(std::move(edit.value));
+    }
   }
 }
 
@@ -417,7 +460,30 @@ std::vector<std::string> MemoryRegistry::SubKeys(HKey hive, const std::string& p
 std::vector<RegistryValue> MemoryRegistry::Values(HKey hive, const std::string& path) const {
   std::shared_ptr<Node> root = Root(hive);
   std::shared_ptr<Node> node = root ? Walk(root, path) : nullptr;
-  return node ? node->values : std::vector<RegistryValue>{};
+  return node ? node->Values() : std::vector<RegistryValue>{};
+}
+
+void MemoryRegistry::VisitTree(
+    HKey hive, const std::string& path,
+    const std::function<void(const std::string&, const std::vector<RegistryValue>&)>& visit) const {
+  std::shared_ptr<Node> root = Root(hive);
+  std::shared_ptr<Node> node = root ? Walk(root, path) : nullptr;
+  if (!node) return;
+  std::string key_path = CanonicalPath(hive, path);
+  Visit(node, key_path, visit);
+}
+
+void MemoryRegistry::Visit(
+    const std::shared_ptr<Node>& node, std::string& path,
+    const std::function<void(const std::string&, const std::vector<RegistryValue>&)>& visit) const {
+  visit(path, node->Values());
+  for (const auto& [lower, child] : node->children) {
+    const size_t length = path.size();
+    if (!path.empty()) path += '\\';
+    path += child->name;
+    Visit(child, path, visit);
+    path.resize(length);
+  }
 }
 
 std::string MemoryRegistry::CanonicalPath(HKey hive, const std::string& path) const {

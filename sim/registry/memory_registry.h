@@ -35,6 +35,12 @@ struct RegistryValue {
   bool operator==(const RegistryValue&) const = default;
 };
 
+// One change to a key's values: set `value`, or remove the value named `value.name`.
+struct ValueEdit {
+  RegistryValue value;
+  bool remove = false;
+};
+
 // How deep Windows lets a registry tree go; fixtures refuse deeper keys.
 inline constexpr size_t kMaxKeyDepth = 512;
 
@@ -67,6 +73,8 @@ class MemoryRegistry : public Registry {
   void SetDword(HKey hive, const std::string& path, const std::string& name, uint32_t value);
   void PutValue(HKey hive, const std::string& path, RegistryValue value);
   void EnsureKey(HKey hive, const std::string& path);
+  // Creates the key when missing and applies `edits` to it in order.
+  void EditValues(HKey hive, const std::string& path, std::vector<ValueEdit> edits);
   // Removes a key with its whole subtree / one value; false when it was not there.
   bool RemoveKey(HKey hive, const std::string& path);
   bool RemoveValue(HKey hive, const std::string& path, const std::string& name);
@@ -77,6 +85,12 @@ class MemoryRegistry : public Registry {
   // Subkey names (alphabetical) and values (creation order) of a key; empty when missing.
   std::vector<std::string> SubKeys(HKey hive, const std::string& path) const;
   std::vector<RegistryValue> Values(HKey hive, const std::string& path) const;
+  // Calls `visit` with the path (below the hive, in the keys' own spelling) and the values
+  // of hive\path and of every key under it, each key before its subkeys, subkeys in
+  // alphabetical order. Nothing when the key is missing.
+  void VisitTree(HKey hive, const std::string& path,
+                 const std::function<void(const std::string& key_path,
+                                          const std::vector<RegistryValue>& values)>& visit) const;
   // The key's own spelling of its path below the hive ("" for the hive itself).
   std::string CanonicalPath(HKey hive, const std::string& path) const;
 
@@ -114,6 +128,9 @@ class MemoryRegistry : public Registry {
   std::shared_ptr<Node> Resolve(HKey key, uint32_t needed, int32_t* rc) const;
   std::shared_ptr<Node> Walk(std::shared_ptr<Node> from, const std::string& path) const;
   std::shared_ptr<Node> WalkOrCreate(HKey hive, const std::string& path);
+  void Visit(const std::shared_ptr<Node>& node, std::string& path,
+             const std::function<void(const std::string&, const std::vector<RegistryValue>&)>&
+                 visit) const;
   HKey NewHandle(std::shared_ptr<Node> node, uint32_t access);
   int32_t Injected(const std::string& member);
 
@@ -122,6 +139,11 @@ class MemoryRegistry : public Registry {
   std::map<HKey, Handle> handles_;
   HKey next_handle_ = 0x1000;
   std::map<std::string, Fault> faults_;
+  // The key WalkOrCreate reached last: a file's keys mostly follow their parents, so the
+  // walk to a subkey starts there instead of at the hive.
+  HKey last_hive_ = 0;
+  std::string last_path_;
+  std::weak_ptr<Node> last_node_;
   std::function<void(std::string_view)> observer_;
 };
 

@@ -70,18 +70,6 @@ std::string FormatValue(const RegistryValue& value, bool unicode) {
   return HexData(line + kind, bytes);
 }
 
-void ExportKey(const MemoryRegistry& registry, HKey hive, const std::string& path, bool unicode,
-               std::string* out) {
-  *out += "[" + HiveName(hive) + "\\" + path + "]\r\n";
-  for (const RegistryValue& value : registry.Values(hive, path)) {
-    *out += FormatValue(value, unicode) + "\r\n";
-  }
-  *out += "\r\n";
-  for (const std::string& sub_key : registry.SubKeys(hive, path)) {
-    ExportKey(registry, hive, path + "\\" + sub_key, unicode, out);
-  }
-}
-
 }  // namespace
 
 std::string RegFile::Export(const MemoryRegistry& registry, HKey hive, const std::string& path,
@@ -91,7 +79,16 @@ std::string RegFile::Export(const MemoryRegistry& registry, HKey hive, const std
   }
   const bool unicode = true;  // both encodings carry the 5.00 format
   std::string out = "Windows Registry Editor Version 5.00\r\n\r\n";
-  ExportKey(registry, hive, registry.CanonicalPath(hive, path), unicode, &out);
+  // One pass over the tree: a key hundreds of levels deep is not walked to from the hive
+  // once per key above it.
+  registry.VisitTree(hive, path,
+                     [&](const std::string& key_path, const std::vector<RegistryValue>& values) {
+                       out += "[" + HiveName(hive) + "\\" + key_path + "]\r\n";
+                       for (const RegistryValue& value : values) {
+                         out += FormatValue(value, unicode) + "\r\n";
+                       }
+                       out += "\r\n";
+                     });
   if (encoding == RegEncoding::kUtf8) return out;
   return "\xFF\xFE" + Utf8ToUtf16Le(out);
 }

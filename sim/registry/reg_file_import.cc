@@ -15,11 +15,13 @@ namespace {
 constexpr char kHeader5[] = "Windows Registry Editor Version 5.00";
 constexpr char kHeader4[] = "REGEDIT4";
 
-struct Operation {
-  enum Kind { kCreateKey, kDeleteKey, kSetValue, kDeleteValue } kind;
+// One [key] or [-key] line with the value lines under it: the key's path is kept once
+// and walked once, however many values follow.
+struct Section {
+  bool delete_key;
   HKey hive;
   std::string path;
-  RegistryValue value;  // name for value operations, type and data for kSetValue
+  std::vector<ValueEdit> edits;
 };
 
 struct Line {
@@ -53,7 +55,7 @@ class Parser {
   Parser(const std::string& source, std::vector<Line> lines)
       : source_(source), lines_(std::move(lines)) {}
 
-  std::vector<Operation> Parse() {
+  std::vector<Section> Parse() {
     size_t index = 0;
     while (index < lines_.size() && StripBlanks(lines_[index].text).empty()) ++index;
     if (index == lines_.size()) Fail(1, "empty file, no header line");
@@ -64,7 +66,7 @@ class Parser {
       Fail(lines_[index].number, "expected the header \"" + std::string(kHeader5) + "\"");
     }
     for (++index; index < lines_.size(); ++index) ParseLine(&index);
-    return std::move(operations_);
+    return std::move(sections_);
   }
 
  private:
@@ -78,8 +80,8 @@ class Parser {
     if (line.empty() || line[0] == ';') return;
     if (line[0] == '[') return ParseKey(number, line);
     if (line[0] != '"' && line[0] != '@') Fail(number, "not a key, value or comment line");
-    if (!key_) Fail(number, "a value before any [key] line");
-    if (key_deleted_) Fail(number, "a value under a key that is being deleted");
+    if (sections_.empty()) Fail(number, "a value before any [key] line");
+    if (sections_.back().delete_key) Fail(number, "a value under a key that is being deleted");
     size_t pos = 0;
     RegistryValue value;
     if (line[0] == '@') {
@@ -91,7 +93,7 @@ class Parser {
     if (pos >= line.size() || line[pos] != '=') Fail(number, "expected '=' after the value name");
     std::string data = StripBlanks(line.substr(pos + 1));
     if (data == "-") {
-      operations_.push_back(Operation{Operation::kDeleteValue, hive_, path_, std::move(value)});
+      sections_.back().edits.push_back(ValueEdit{std::move(value), true});
       return;
     }
     if (!data.empty() && data[0] == '"') {
@@ -112,7 +114,7 @@ class Parser {
     } else {
       Fail(number, "value data is not \"text\", dword:, hex: or -");
     }
-    operations_.push_back(Operation{Operation::kSetValue, hive_, path_, std::move(value)});
+    sections_.back().edits.push_back(ValueEdit{std::move(value), false});
   }
 
   void ParseKey(int number, const std::string& line) {
@@ -120,25 +122,24 @@ class Parser {
     if (close == std::string::npos) Fail(number, "a key line without its closing ']'");
     if (!StripBlanks(line.substr(close + 1)).empty()) Fail(number, "text after ']'");
     std::string name = line.substr(1, close - 1);
-    key_deleted_ = !name.empty() && name[0] == '-';
-    if (key_deleted_) name.erase(0, 1);
+    const bool delete_key = !name.empty() && name[0] == '-';
+    if (delete_key) name.erase(0, 1);
     size_t slash = name.find('\\');
-    const std::string hive = text::UCase(name.substr(0, slash));
-    if (hive == "HKEY_CURRENT_USER" || hive == "HKCU") {
-      hive_ = kHKeyCurrentUser;
-    } else if (hive == "HKEY_LOCAL_MACHINE" || hive == "HKLM") {
-      hive_ = kHKeyLocalMachine;
+    const std::string hive_name = text::UCase(name.substr(0, slash));
+    HKey hive = 0;
+    if (hive_name == "HKEY_CURRENT_USER" || hive_name == "HKCU") {
+      hive = kHKeyCurrentUser;
+    } else if (hive_name == "HKEY_LOCAL_MACHINE" || hive_name == "HKLM") {
+      hive = kHKeyLocalMachine;
     } else {
       Fail(number, "unknown hive '" + name.substr(0, slash) + "'");
     }
-    path_ = slash == std::string::npos ? std::string() : name.substr(slash + 1);
-    if (path_.empty()) Fail(number, "a hive cannot be created or deleted");
-    if (static_cast<size_t>(std::count(path_.begin(), path_.end(), '\\')) >= kMaxKeyDepth) {
+    std::string path = slash == std::string::npos ? std::string() : name.substr(slash + 1);
+    if (path.empty()) Fail(number, "a hive cannot be created or deleted");
+    if (static_cast<size_t>(std::count(path.begin(), path.end(), '\\')) >= kMaxKeyDepth) {
       Fail(number, "a key more than " + std::to_string(kMaxKeyDepth) + " levels deep");
     }
-    key_ = true;
-    operations_.push_back(
-        Operation{key_deleted_ ? Operation::kDeleteKey : Operation::kCreateKey, hive_, path_, {}});
+    sections_.push_back(Section{delete_key, hive, std::move(path), {}});
   }
 
   // A "..." string starting at line[*pos]; \\ and \" are the only escapes.
@@ -215,11 +216,7 @@ class Parser {
   std::string source_;
   std::vector<Line> lines_;
   bool unicode_ = false;
-  bool key_ = false;
-  bool key_deleted_ = false;
-  HKey hive_ = 0;
-  std::string path_;
-  std::vector<Operation> operations_;
+  std::vector<Section> sections_;
 };
 
 std::string Decode(const std::string& bytes, const std::string& source) {
@@ -238,21 +235,12 @@ std::string Decode(const std::string& bytes, const std::string& source) {
 
 void RegFile::Import(MemoryRegistry& registry, const std::string& bytes,
                      const std::string& source) {
-  std::vector<Operation> operations = Parser(source, SplitLines(Decode(bytes, source))).Parse();
-  for (Operation& op : operations) {
-    switch (op.kind) {
-      case Operation::kCreateKey:
-        registry.EnsureKey(op.hive, op.path);
-        break;
-      case Operation::kDeleteKey:
-        registry.RemoveKey(op.hive, op.path);
-        break;
-      case Operation::kSetValue:
-        registry.PutValue(op.hive, op.path, std::move(op.value));
-        break;
-      case Operation::kDeleteValue:
-        registry.RemoveValue(op.hive, op.path, op.value.name);
-        break;
+  std::vector<Section> sections = Parser(source, SplitLines(Decode(bytes, source))).Parse();
+  for (Section& section : sections) {
+    if (section.delete_key) {
+      registry.RemoveKey(section.hive, section.path);
+    } else {
+      registry.EditValues(section.hive, section.path, std::move(section.edits));
     }
   }
 }

@@ -12,7 +12,7 @@
 namespace zintra {
 namespace {
 
-constexpr char kModName[] = "ZintraAddinApp";
+constexpr char kZintraAddinAppModule[] = "ZintraAddinApp";
 
 // VB's Val: the number a text starts with ("11.0.0.8312" gives 11.0; "" gives 0).
 double LeadingNumber(const std::string& text) {
@@ -54,7 +54,7 @@ ZintraAddinApp::~ZintraAddinApp() = default;
 
 void ZintraAddinApp::LogError(const char* proc_name) {
   CachedError rec;
-  rec.SetToCurrentException(kModName, proc_name);
+  rec.SetToCurrentException(kZintraAddinAppModule, proc_name);
   errors_.LogCachedError(rec);
 }
 
@@ -109,7 +109,7 @@ void ZintraAddinApp::Initialize(const std::shared_ptr<Application>& OLApp,
     CreateParts();
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, "Initialize");
+    rec.SetToCurrentException(kZintraAddinAppModule, "Initialize");
     // A half-started add-in would hold Outlook open: take everything down again.
     TearDown();
     rec.Raise();

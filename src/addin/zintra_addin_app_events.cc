@@ -13,7 +13,7 @@
 namespace zintra {
 namespace {
 
-constexpr char kModName[] = "ZintraAddinApp";
+constexpr char kZintraAddinAppEventsModule[] = "ZintraAddinApp";
 constexpr char kLingerDescription[] = "Debugging helper: Linger";
 constexpr int32_t kLingerIcon = 146;
 

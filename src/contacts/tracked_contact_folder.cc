@@ -20,7 +20,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "TrackedContactFolder";
+constexpr char kTrackedContactFolderModule[] = "TrackedContactFolder";
 
 // The filter's text literal: a double quote inside is written twice.
 std::string Quoted(const std::string& address) {
@@ -299,7 +299,8 @@ void TrackedContactFolder::LogLine(const std::string& text) {
 }
 
 void TrackedContactFolder::LogError(const ZError& error, const char* proc) {
-  if (auto app = app_.lock()) app->Log().LogCachedError(CachedError(error, kModName, proc));
+  if (auto app = app_.lock())
+    app->Log().LogCachedError(CachedError(error, kTrackedContactFolderModule, proc));
 }
 
 }  // namespace zintra

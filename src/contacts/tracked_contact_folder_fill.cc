@@ -21,7 +21,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "TrackedContactFolder";
+constexpr char kTrackedContactFolderFillModule[] = "TrackedContactFolder";
 constexpr int32_t kMinChunk = 1;
 constexpr int32_t kMaxChunk = 10000;
 
@@ -188,7 +188,7 @@ void TrackedContactFolder::ReportConnectionFailure(const ZError& error, const ch
   if (app) {
     CachedError rec(ZError(error.Number(), "Connection to folder " + name +
                                                " died for reason:" + error.Description()),
-                    kModName, proc);
+                    kTrackedContactFolderFillModule, proc);
     app->Log().LogCachedError(rec);
     const StringTable& strings = app->Strings();
     app->OptionalMsgBox(kDialogFolderConnectionLost,

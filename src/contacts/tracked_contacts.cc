@@ -20,7 +20,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "TrackedContacts";
+constexpr char kTrackedContactsModule[] = "TrackedContacts";
 
 // The categories of a comma-separated list, trimmed and in upper case; blank ones
 // (stray commas) are left out.
@@ -43,7 +43,7 @@ void TrackedContacts::Initialize(const std::shared_ptr<ContactsAddin>& app) {
   try {
     app->SetCheckLinger(shared_from_this());
   } catch (const ZError& e) {
-    app->Log().LogCachedError(CachedError(e, kModName, "Initialize"));
+    app->Log().LogCachedError(CachedError(e, kTrackedContactsModule, "Initialize"));
   }
   Rebuild();
 }
@@ -86,7 +86,7 @@ void TrackedContacts::Rebuild() {
     try {
       folder->Initialize(config);
     } catch (const ZError& e) {
-      CachedError rec(e, kModName, "Addin_RegSettingsChanged");
+      CachedError rec(e, kTrackedContactsModule, "Addin_RegSettingsChanged");
       app->Log().LogCachedError(rec);
       folder->Kill();
       ++failures;
@@ -224,7 +224,7 @@ bool TrackedContacts::ShouldTrack(const std::shared_ptr<Item>& contact) {
     }
     return false;
   } catch (const ZError& e) {
-    app->Log().LogCachedError(CachedError(e, kModName, "ShouldTrack"));
+    app->Log().LogCachedError(CachedError(e, kTrackedContactsModule, "ShouldTrack"));
     return false;
   }
 }

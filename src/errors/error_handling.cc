@@ -15,7 +15,7 @@ namespace zintra {
 namespace {
 
 constexpr int32_t kStringProductName = 2;
-constexpr char kCrLf[] = "\r\n";
+constexpr char kLineBreak[] = "\r\n";
 constexpr char kOutlookInstallRootKey[] = "Software\\Microsoft\\Office\\9.0\\Outlook\\InstallRoot";
 
 constexpr int32_t kLevelNothing = 0;
@@ -30,20 +30,20 @@ std::string WithoutTrailingBackslash(std::string path) {
 // A REG_SZ value of HKEY_LOCAL_MACHINE, "" when absent or unreadable.
 std::string ReadMachineString(Registry& registry, const std::string& key_name,
                               const std::string& value_name) {
-  HKey key = 0;
-  if (registry.OpenKey(kHKeyLocalMachine, key_name, kKeyQueryValue, &key) != kRegSuccess) return {};
+  UniqueKey key;
+  if (OpenKey(registry, kHKeyLocalMachine, key_name, kKeyQueryValue, &key) != kRegSuccess)
+    return {};
   std::string result;
   uint32_t type = 0;
   uint32_t size = 0;
-  if (registry.QueryValue(key, value_name, &type, nullptr, &size) == kRegSuccess &&
+  if (registry.QueryValue(key.get(), value_name, &type, nullptr, &size) == kRegSuccess &&
       (type == kRegSz || type == kRegExpandSz) && size > 0) {
     std::vector<uint8_t> data(size);
-    if (registry.QueryValue(key, value_name, &type, data.data(), &size) == kRegSuccess) {
+    if (registry.QueryValue(key.get(), value_name, &type, data.data(), &size) == kRegSuccess) {
       result.assign(data.begin(), data.begin() + size);
       while (!result.empty() && result.back() == '\0') result.pop_back();
     }
   }
-  registry.CloseKey(key);
   return result;
 }
 
@@ -145,10 +145,11 @@ ErrorLogVersions ErrorHandling::Versions() {
   v.outlook = (outlook_version_.empty() ? OutlookFileVersion() : outlook_version_) + " (OUTLOOK)";
   v.outlook_product = outlook_product_version_ + " (OLPROD)";
   v.library = FileVersionIn("TovuRedemption.dll") + " (TOVUREDEMPTION.DLL)";
-  v.others = std::string(kCrLf) + FileVersionIn("ZintraKeepAlive.exe") + " (ZINTRAKEEPALIVE.EXE)" +
-             kCrLf + FileVersionIn("Quillbar.dll") + " (QUILLBAR.DLL)";
+  v.others = std::string(kLineBreak) + FileVersionIn("ZintraKeepAlive.exe") +
+             " (ZINTRAKEEPALIVE.EXE)" + kLineBreak + FileVersionIn("Quillbar.dll") +
+             " (QUILLBAR.DLL)";
   if (run_jobs_async_) {
-    v.others += std::string(kCrLf) + "AsyncMode=" + (*run_jobs_async_ ? "True" : "False");
+    v.others += std::string(kLineBreak) + "AsyncMode=" + (*run_jobs_async_ ? "True" : "False");
   }
   return v;
 }

@@ -3,12 +3,15 @@
 // Every member answers a Win32 error code instead of throwing: kRegSuccess, or for
 // example kRegFileNotFound for a missing key or value and kRegAccessDenied for a key the
 // caller may not open, write or delete. Handles returned by OpenKey/CreateKey belong to
-// the caller, who closes each with CloseKey; the two predefined hives are never closed
-// (closing them is a no-op). Called only on the user-interface thread.
+// the caller, who closes each with CloseKey, by holding it in a UniqueKey; the two
+// predefined hives are never closed (closing them is a no-op). Called only on the
+// user-interface thread.
 #pragma once
 
 #include <cstdint>
 #include <string>
+
+#include "src/core/unique_handle.h"
 
 namespace zintra {
 
@@ -92,5 +95,27 @@ class Registry {
   // RegCloseKey.
   virtual int32_t CloseKey(HKey key) = 0;
 };
+
+// An open key of a Registry, closed through the registry that opened it.
+struct RegistryKeyTraits {
+  using Handle = HKey;
+  static HKey Invalid() noexcept { return 0; }
+  void Close(HKey key) const noexcept { static_cast<void>(registry->CloseKey(key)); }
+  Registry* registry = nullptr;
+};
+using UniqueKey = UniqueHandle<RegistryKeyTraits>;
+
+// Registry::OpenKey into an owner (which owns nothing when the open fails).
+inline int32_t OpenKey(Registry& registry, HKey parent, const std::string& sub_key, uint32_t access,
+                       UniqueKey* key) {
+  *key = UniqueKey(0, RegistryKeyTraits{&registry});
+  return registry.OpenKey(parent, sub_key, access, key->put());
+}
+// Registry::CreateKey into an owner.
+inline int32_t CreateKey(Registry& registry, HKey parent, const std::string& sub_key,
+                         uint32_t access, UniqueKey* key, bool* created = nullptr) {
+  *key = UniqueKey(0, RegistryKeyTraits{&registry});
+  return registry.CreateKey(parent, sub_key, access, key->put(), created);
+}
 
 }  // namespace zintra

@@ -19,7 +19,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "JobChanged";
+constexpr char kJobChangedModule[] = "JobChanged";
 constexpr double kSecondsPerDay = 86400.0;
 
 // Audit jobs still alive after their owner ended, held weakly.
@@ -174,7 +174,7 @@ bool JobChanged::ValidateItem() {
 
 void JobChanged::Kill() {
   if (killed_) {
-    LogLine(std::string(kModName) + "_Kill called more than once");
+    LogLine(std::string(kJobChangedModule) + "_Kill called more than once");
     return;
   }
   killed_ = true;
@@ -201,8 +201,8 @@ void JobChanged::Kill() {
   if (failed_ && app) {
     app->Log().LogCachedError(
         CachedError(ZError(static_cast<int32_t>(0x80040201u),
-                           "Failed auditing item: '" + subject_ + "'", kModName),
-                    kModName, "Kill"));
+                           "Failed auditing item: '" + subject_ + "'", kJobChangedModule),
+                    kJobChangedModule, "Kill"));
   }
   if (app && !task_id_.empty()) {
     if (std::shared_ptr<JobQueue> queue = app->GetJobQueue()) {
@@ -223,7 +223,7 @@ void JobChanged::LogLine(const std::string& text) {
 
 void JobChanged::LogCurrentException(const char* proc) {
   CachedError rec;
-  rec.SetToCurrentException(kModName, proc);
+  rec.SetToCurrentException(kJobChangedModule, proc);
   if (std::shared_ptr<LoggingAddin> app = app_.lock()) app->Log().LogCachedError(rec);
 }
 

@@ -26,12 +26,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "JobProcess";
-
-std::string Upper(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return text;
-}
+constexpr char kJobProcessModule[] = "JobProcess";
 
 }  // namespace
 
@@ -88,13 +83,13 @@ JobProcess::~JobProcess() = default;
 ZintraUtils& JobProcess::Utils() const {
   std::shared_ptr<LoggingAddin> app = App();
   ZintraUtils* utils = app ? app->Utils() : nullptr;
-  if (!utils) throw ZError(kErrObjectNotSet, "The add-in has shut down", kModName);
+  if (!utils) throw ZError(kErrObjectNotSet, "The add-in has shut down", kJobProcessModule);
   return *utils;
 }
 
 const RegSettings& JobProcess::Settings() const {
   std::shared_ptr<LoggingAddin> app = App();
-  if (!app) throw ZError(kErrObjectNotSet, "The add-in has shut down", kModName);
+  if (!app) throw ZError(kErrObjectNotSet, "The add-in has shut down", kJobProcessModule);
   return app->Settings();
 }
 
@@ -120,7 +115,7 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
     std::shared_ptr<Folder> parent = parent_ ? parent_ : item->Parent();
     store_id_ = parent ? parent->StoreID() : std::string();
     std::shared_ptr<JobQueue> queue = app->GetJobQueue();
-    if (!queue) throw ZError(kErrObjectNotSet, "The job queue is gone", kModName);
+    if (!queue) throw ZError(kErrObjectNotSet, "The job queue is gone", kJobProcessModule);
     const int32_t offset = TaskPrefixOffset(static_cast<int32_t>(item_class_));
     const std::string prefix =
         offset < 0 ? std::string() : app->Strings().Load(kProcessTaskPrefixBase + offset);
@@ -187,7 +182,7 @@ void JobProcess::UndoMark(const std::shared_ptr<Item>& item) {
 void JobProcess::MakeWorkingCopy(const std::shared_ptr<Item>& item) {
   std::shared_ptr<LoggingAddin> app = App();
   std::shared_ptr<RdoSession> session = app->RDOSession();
-  if (!session) throw ZError(kErrObjectNotSet, "No library session", kModName);
+  if (!session) throw ZError(kErrObjectNotSet, "No library session", kJobProcessModule);
   std::shared_ptr<RdoMessage> message = session->GetMessageFromID(entry_id_, store_id_);
   ZintraUtils& utils = Utils();
   std::shared_ptr<RdoMessage> copy;
@@ -227,7 +222,7 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
               "'; continuing screening.");
     }
   }
-  if (!skip && Upper(item->MessageClass().substr(0, 32)) == kAvtMessageClassPrefix) {
+  if (!skip && text::UCase(item->MessageClass().substr(0, 32)) == kAvtMessageClassPrefix) {
     reason = "AVT MessageClass";
     skip = true;
   }
@@ -327,7 +322,7 @@ bool JobProcess::InDefaultFolder(const std::shared_ptr<Item>& item, int32_t fold
 bool JobProcess::SameFolder(const std::shared_ptr<Folder>& a, const std::shared_ptr<Folder>& b) {
   std::shared_ptr<LoggingAddin> app = App();
   std::shared_ptr<MapiUtils> utils = app ? app->LibraryUtils() : nullptr;
-  if (!utils) throw ZError(kErrObjectNotSet, "No library utilities", kModName);
+  if (!utils) throw ZError(kErrObjectNotSet, "No library utilities", kJobProcessModule);
   return FoldersSame(a, b, *utils, Utils().Errors());
 }
 

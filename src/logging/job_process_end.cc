@@ -23,7 +23,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "JobProcess";
+constexpr char kJobProcessEndModule[] = "JobProcess";
 // Errors the job reports in its own words carry this number (VB's vbObjectError + 513).
 constexpr int32_t kErrProcessing = static_cast<int32_t>(0x80040201u);
 
@@ -31,7 +31,7 @@ constexpr int32_t kErrProcessing = static_cast<int32_t>(0x80040201u);
 
 void JobProcess::Kill() {
   if (killed_) {
-    LogLine(std::string(kModName) + "_Kill called more than once");
+    LogLine(std::string(kJobProcessEndModule) + "_Kill called more than once");
     return;
   }
   killed_ = true;
@@ -204,19 +204,20 @@ void JobProcess::LogLine(const std::string& text) {
 
 void JobProcess::LogErrorLine(const std::string& text, const char* proc) {
   if (std::shared_ptr<LoggingAddin> app = App()) {
-    app->Log().LogCachedError(CachedError(ZError(kErrProcessing, text, kModName), kModName, proc));
+    app->Log().LogCachedError(CachedError(ZError(kErrProcessing, text, kJobProcessEndModule),
+                                          kJobProcessEndModule, proc));
   }
 }
 
 void JobProcess::LogError(const ZError& error, const char* proc) {
   if (std::shared_ptr<LoggingAddin> app = App()) {
-    app->Log().LogCachedError(CachedError(error, kModName, proc));
+    app->Log().LogCachedError(CachedError(error, kJobProcessEndModule, proc));
   }
 }
 
 void JobProcess::LogCurrentException(const char* proc) {
   CachedError rec;
-  rec.SetToCurrentException(kModName, proc);
+  rec.SetToCurrentException(kJobProcessEndModule, proc);
   if (std::shared_ptr<LoggingAddin> app = App()) app->Log().LogCachedError(rec);
 }
 

@@ -1,4 +1,5 @@
 // JobProcess: the sender's address and whether the sender is a colleague.
+#include "src/core/text.h"
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
 #include "src/host/mapi_address.h"
@@ -14,11 +15,6 @@
 namespace zintra {
 
 namespace {
-
-std::string Upper(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return text;
-}
 
 bool IsExchangeAddress(const std::string& upper) { return upper.find("/O=") != std::string::npos; }
 
@@ -60,12 +56,12 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
                    "SenderAddress");
       if (!safe) return {};
       native = safe->Fields(kPrSenderEmailAddress).ToString();
-      std::string type = Upper(safe->Fields(kPrSenderAddrType).ToString());
-      const std::string upper = Upper(native);
+      std::string type = text::UCase(safe->Fields(kPrSenderAddrType).ToString());
+      const std::string upper = text::UCase(native);
       if (IsExchangeAddress(upper) && upper.find("/OU=") == std::string::npos) type = "EX";
       if (type == "SMTP" || (type.empty() && native.find('@') != std::string::npos)) smtp = native;
     } else {
-      const std::string type = Upper(entry->Type());
+      const std::string type = text::UCase(entry->Type());
       native = entry->Address();
       if (type == "SMTP") {
         smtp = native;
@@ -89,8 +85,8 @@ bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
   std::shared_ptr<RdoSession> session = app ? app->RDOSession() : nullptr;
   ZintraUtils& utils = Utils();
   if (!utils.CurrentUser(session)) return false;
-  const std::string sender = Upper(SenderAddress(item, false));
-  const std::string me = Upper(utils.CurrentUserAddress(session));
+  const std::string sender = text::UCase(SenderAddress(item, false));
+  const std::string me = text::UCase(utils.CurrentUserAddress(session));
   if (IsExchangeAddress(sender)) {
     const std::string org = Organisation(sender);
     return !org.empty() && org == Organisation(me);
@@ -99,7 +95,7 @@ bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
   if (domain.empty()) return false;
   // An Exchange user's own domain is that of the SMTP address of its entry.
   std::string my_domain = Domain(me);
-  if (my_domain.empty()) my_domain = Domain(Upper(utils.CurrentUserSmtpAddress(session)));
+  if (my_domain.empty()) my_domain = Domain(text::UCase(utils.CurrentUserSmtpAddress(session)));
   return domain == my_domain;
 }
 

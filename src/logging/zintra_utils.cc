@@ -19,7 +19,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "ZintraUtils";
+constexpr char kZintraUtilsModule[] = "ZintraUtils";
 
 // Runs PostSaveItem on every way out of a bracketed action, so that a failing
 // Save or Delete never leaves the saving flag set.
@@ -36,7 +36,7 @@ class SaveBracket {
 
 [[noreturn]] void RaiseWithStep(const char* proc_name) {
   CachedError rec;
-  rec.SetToCurrentException(kModName, proc_name);
+  rec.SetToCurrentException(kZintraUtilsModule, proc_name);
   rec.Raise();
   throw rec.ToZError();  // Raise returns only for number 0, which a raise never has
 }
@@ -69,7 +69,7 @@ void ZintraUtils::Kill() {
 void ZintraUtils::PreSaveItem() {
   if (saving_) {
     throw ZError(kErrInvalidCall, "Called PreSaveItem again before PostSaveItem was called.",
-                 std::string(kModName) + ".PreSaveItem");
+                 std::string(kZintraUtilsModule) + ".PreSaveItem");
   }
   saving_ = true;
 }
@@ -85,7 +85,7 @@ void ZintraUtils::SaveItem(const std::shared_ptr<Item>& item) {
     item->Save();
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, "SaveItem");
+    rec.SetToCurrentException(kZintraUtilsModule, "SaveItem");
     rec.Log(errors_);
     rec.Raise();
     throw;

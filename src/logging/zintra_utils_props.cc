@@ -17,11 +17,11 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "ZintraUtils";
+constexpr char kZintraUtilsPropsModule[] = "ZintraUtils";
 
 ZError ObjectNotSet(const std::string& what) {
   return ZError(kErrObjectNotSet, ZError::StandardDescription(kErrObjectNotSet) + ": " + what,
-                kModName);
+                kZintraUtilsPropsModule);
 }
 
 }  // namespace
@@ -65,7 +65,7 @@ Value ZintraUtils::GetUserPropertyIn(const std::shared_ptr<UserProperties>& prop
     return prop ? prop->GetValue() : Value{};
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, proc_name);
+    rec.SetToCurrentException(kZintraUtilsPropsModule, proc_name);
     rec.Raise();
     throw;
   }
@@ -78,11 +78,12 @@ void ZintraUtils::SetUserPropertyIn(const std::shared_ptr<UserProperties>& props
     if (!props) throw ObjectNotSet("no user-property collection");
     std::shared_ptr<UserProperty> prop = props->Find(name);
     if (!prop) prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
-    if (!prop) throw ZError(kErrObjectNotSet, "Failed to add property: " + name, kModName);
+    if (!prop)
+      throw ZError(kErrObjectNotSet, "Failed to add property: " + name, kZintraUtilsPropsModule);
     prop->SetValue(value);
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, proc_name);
+    rec.SetToCurrentException(kZintraUtilsPropsModule, proc_name);
     rec.Raise();
     throw;
   }
@@ -106,7 +107,7 @@ Value ZintraUtils::GetNamedProp(const std::shared_ptr<MapiObject>& object, const
     return utils.HrGetOneProp(object, tag | prop_type);
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, "GetNamedProp");
+    rec.SetToCurrentException(kZintraUtilsPropsModule, "GetNamedProp");
     rec.Raise();
     throw;
   }
@@ -122,7 +123,7 @@ void ZintraUtils::SetNamedProp(const std::shared_ptr<MapiObject>& object, const 
     int32_t tag = utils.GetIDsFromNames(object, guid, name, true);
     if (PropId(tag) == 0) {
       throw ZError(kMapiCallFailed, "No property tag for named property '" + name.ToString() + "'",
-                   kModName);
+                   kZintraUtilsPropsModule);
     }
     tag |= prop_type;
     const Value stored = prop_type == kPtString8 ? Value(value.ToString()) : value;
@@ -135,7 +136,7 @@ void ZintraUtils::SetNamedProp(const std::shared_ptr<MapiObject>& object, const 
   } catch (...) {
     if (bracketed) PostSaveItem();
     CachedError rec;
-    rec.SetToCurrentException(kModName, "SetNamedProp");
+    rec.SetToCurrentException(kZintraUtilsPropsModule, "SetNamedProp");
     rec.Log(errors_);
     rec.Raise();
     throw;
@@ -190,11 +191,11 @@ void ZintraUtils::AddToLinksCollection(const std::shared_ptr<Links>& links,
     std::shared_ptr<Namespace> session = host_.application->Session();
     if (!session) throw ObjectNotSet("no Outlook session");
     std::shared_ptr<Item> resolved = session->GetItemFromID(item->EntryID(), store_id);
-    if (!resolved) throw ZError(kMapiNotFound, "Item to link not found", kModName);
+    if (!resolved) throw ZError(kMapiNotFound, "Item to link not found", kZintraUtilsPropsModule);
     links->Add(resolved);
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, "AddToLinksCollection");
+    rec.SetToCurrentException(kZintraUtilsPropsModule, "AddToLinksCollection");
     rec.Raise();
     throw;
   }

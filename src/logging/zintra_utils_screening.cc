@@ -13,7 +13,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "ZintraUtils";
+constexpr char kZintraUtilsScreeningModule[] = "ZintraUtils";
 constexpr char kScreeningDateFormat[] = "dd-mmm\\/yy h\\:Nna/p";
 
 }  // namespace
@@ -82,7 +82,7 @@ bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_
     return true;
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, "GeneralScreening");
+    rec.SetToCurrentException(kZintraUtilsScreeningModule, "GeneralScreening");
     rec.Log(errors_);
     rec.Raise();
     throw;

@@ -18,7 +18,7 @@
 namespace zintra {
 
 namespace {
-constexpr char kModName[] = "HookedInspector";
+constexpr char kHookedInspectorModule[] = "HookedInspector";
 }  // namespace
 
 HookedInspector::~HookedInspector() = default;
@@ -164,7 +164,7 @@ void HookedInspector::Trace(const std::string& text) {
 
 void HookedInspector::LogCurrentException(const char* proc) {
   CachedError rec;
-  rec.SetToCurrentException(kModName, proc);
+  rec.SetToCurrentException(kHookedInspectorModule, proc);
   if (std::shared_ptr<MonitoringAddin> app = app_.lock()) app->Log().LogCachedError(rec);
 }
 

@@ -25,8 +25,8 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "MonitoredFolder";
-constexpr int32_t kErrMonitoring = static_cast<int32_t>(0x80040301u);
+constexpr char kMonitoredFolderModule[] = "MonitoredFolder";
+constexpr int32_t kErrFolderMonitoring = static_cast<int32_t>(0x80040301u);
 
 std::string_view ClassName(ItemClass item_class) {
   switch (item_class) {
@@ -99,7 +99,8 @@ bool MonitoredFolder::Initialize(const std::shared_ptr<zintra::Folder>& folder,
     current_creation_time_ = kUnsetDate;
     folder_setting_ = setting;
     folder_ = folder ? folder : app->Session()->GetFolderFromID(setting.EntryID, setting.StoreID);
-    if (!folder_) throw ZError(kErrObjectNotSet, "The folder could not be opened", kModName);
+    if (!folder_)
+      throw ZError(kErrObjectNotSet, "The folder could not be opened", kMonitoredFolderModule);
     const std::string name = folder_->Name();
     description_ = app->Strings().Load(kStrScanningFolder) + name;
 
@@ -273,7 +274,7 @@ void MonitoredFolder::Scan(bool StopWhenFound) {
     StopWhenFound_ = StopWhenFound;
     const int32_t count = items_->Count();
     std::shared_ptr<JobQueue> queue = app->GetJobQueue();
-    if (!queue) throw ZError(kErrObjectNotSet, "The job queue is gone", kModName);
+    if (!queue) throw ZError(kErrObjectNotSet, "The job queue is gone", kMonitoredFolderModule);
     task_id_ = queue->TaskListAdd(description_, kScanTaskIcon, static_cast<float>(count), false);
     Decide(DecisionKind::kScanStarted,
            StopWhenFound ? "up to the first item already processed" : "to the end of the folder");
@@ -294,7 +295,7 @@ void MonitoredFolder::Scan(bool StopWhenFound) {
 void MonitoredFolder::QueueSelf() {
   std::shared_ptr<MonitoringAddin> app = app_.lock();
   std::shared_ptr<JobQueue> queue = app ? app->GetJobQueue() : nullptr;
-  if (!queue) throw ZError(kErrObjectNotSet, "The job queue is gone", kModName);
+  if (!queue) throw ZError(kErrObjectNotSet, "The job queue is gone", kMonitoredFolderModule);
   queue->Queue(shared_from_this(), false);
 }
 
@@ -344,7 +345,7 @@ void MonitoredFolder::Activate() {
 
     NoteHandled(*candidate);
     ZintraUtils* utils = app->Utils();
-    if (!utils) throw ZError(kErrObjectNotSet, "ZintraUtils is gone", kModName);
+    if (!utils) throw ZError(kErrObjectNotSet, "ZintraUtils is gone", kMonitoredFolderModule);
     const bool processed =
         !utils->GetUserProperty(candidate->UserProperties(), kPropZintraLogged).IsEmpty();
     if (processed && StopWhenFound_) {
@@ -431,13 +432,14 @@ void MonitoredFolder::LogLine(const std::string& text) {
 
 void MonitoredFolder::LogErrorLine(const std::string& text, const char* proc) {
   if (std::shared_ptr<MonitoringAddin> app = app_.lock()) {
-    app->Log().LogCachedError(CachedError(ZError(kErrMonitoring, text, kModName), kModName, proc));
+    app->Log().LogCachedError(CachedError(
+        ZError(kErrFolderMonitoring, text, kMonitoredFolderModule), kMonitoredFolderModule, proc));
   }
 }
 
 void MonitoredFolder::LogCurrentException(const char* proc) {
   CachedError rec;
-  rec.SetToCurrentException(kModName, proc);
+  rec.SetToCurrentException(kMonitoredFolderModule, proc);
   if (std::shared_ptr<MonitoringAddin> app = app_.lock()) app->Log().LogCachedError(rec);
 }
 

@@ -21,7 +21,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "Monitoring";
+constexpr char kMonitoringModule[] = "Monitoring";
 constexpr int32_t kErrMonitoring = static_cast<int32_t>(0x80040302u);
 
 // The default folders method 0 watches, in the order they are set up.
@@ -40,7 +40,7 @@ Monitoring::~Monitoring() = default;
 void Monitoring::Initialize(const std::shared_ptr<MonitoringAddin>& app) {
   try {
     app_ = app;
-    if (!app) throw ZError(kErrObjectNotSet, "No add-in", kModName);
+    if (!app) throw ZError(kErrObjectNotSet, "No add-in", kMonitoringModule);
     errors_ = &app->Errors();
     app->SetCheckLinger(shared_from_this());
     monitors_ = {};
@@ -150,7 +150,7 @@ int32_t Monitoring::MonitorPersonalFolders(const std::shared_ptr<Folder>& parent
     if (!parent) {
       parent = PersonalStoreRoot(*app->Session());
       if (!parent)
-        throw ZError(kErrObjectNotSet, "The personal store has no root folder", kModName);
+        throw ZError(kErrObjectNotSet, "The personal store has no root folder", kMonitoringModule);
     }
     std::shared_ptr<Folders> children = parent->Folders();
     const int32_t count = children ? children->Count() : 0;
@@ -218,7 +218,7 @@ bool Monitoring::Same(const std::shared_ptr<Folder>& a, const std::shared_ptr<Fo
 
 std::shared_ptr<Folder> Monitoring::DefaultFolder(int32_t folder_type) {
   std::shared_ptr<MonitoringAddin> app = app_.lock();
-  if (!app) throw ZError(kErrObjectNotSet, "The add-in is gone", kModName);
+  if (!app) throw ZError(kErrObjectNotSet, "The add-in is gone", kMonitoringModule);
   return app->Session()->GetDefaultFolder(folder_type);
 }
 
@@ -379,12 +379,13 @@ void Monitoring::CheckLingeringRefs() {
       return read();
     } catch (...) {
       CachedError rec;
-      rec.SetToCurrentException(kModName, "CheckLingeringRefs");
+      rec.SetToCurrentException(kMonitoringModule, "CheckLingeringRefs");
       return "getting name: {Error " + std::to_string(rec.Number()) + " " + rec.Description() + "}";
     }
   };
   auto monitor_name = [](const std::shared_ptr<MonitoredFolder>& monitor) {
-    if (!monitor->Folder()) throw ZError(kErrObjectNotSet, "Object variable not set", kModName);
+    if (!monitor->Folder())
+      throw ZError(kErrObjectNotSet, "Object variable not set", kMonitoringModule);
     return monitor->Folder()->Name();
   };
   while (monitors_.Count() > 0) {
@@ -416,13 +417,14 @@ void Monitoring::LogLine(const std::string& text) {
 
 void Monitoring::LogErrorLine(const std::string& text, const char* proc) {
   if (errors_) {
-    errors_->LogCachedError(CachedError(ZError(kErrMonitoring, text, kModName), kModName, proc));
+    errors_->LogCachedError(
+        CachedError(ZError(kErrMonitoring, text, kMonitoringModule), kMonitoringModule, proc));
   }
 }
 
 void Monitoring::LogCurrentException(const char* proc) {
   CachedError rec;
-  rec.SetToCurrentException(kModName, proc);
+  rec.SetToCurrentException(kMonitoringModule, proc);
   if (errors_) errors_->LogCachedError(rec);
 }
 

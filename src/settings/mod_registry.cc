@@ -8,21 +8,6 @@ namespace zintra::modRegistry {
 
 namespace {
 
-// Closes a key opened here, on every way out.
-class KeyCloser {
- public:
-  KeyCloser(Registry& registry, HKey key) : registry_(registry), key_(key) {}
-  ~KeyCloser() {
-    if (key_ != 0) registry_.CloseKey(key_);
-  }
-  KeyCloser(const KeyCloser&) = delete;
-  KeyCloser& operator=(const KeyCloser&) = delete;
-
- private:
-  Registry& registry_;
-  HKey key_;
-};
-
 std::string Where(HKey hive, const std::string& key_path, const std::string& name) {
   std::string where = HiveName(hive) + "\\" + key_path;
   if (!name.empty()) where += "\\" + name;
@@ -39,7 +24,7 @@ std::string Where(HKey hive, const std::string& key_path, const std::string& nam
 
 // Opens the key for a value read; false when the key is missing.
 bool OpenForRead(Registry& registry, HKey hive, const std::string& key_path,
-                 const std::string& name, HKey* key) {
+                 const std::string& name, UniqueKey* key) {
   int32_t rc = OpenKey(registry, hive, key_path, kKeyRead, false, key);
   if (rc == kRegFileNotFound) return false;
   if (rc != kRegSuccess) Fail(rc, "opening", hive, key_path, name);
@@ -57,26 +42,24 @@ std::string HiveName(HKey hive) {
 }
 
 int32_t OpenKey(Registry& registry, HKey hive, const std::string& key_path, uint32_t access,
-                bool create, HKey* key) {
-  *key = 0;
-  if (create) return registry.CreateKey(hive, key_path, access, key, nullptr);
-  return registry.OpenKey(hive, key_path, access, key);
+                bool create, UniqueKey* key) {
+  if (create) return zintra::CreateKey(registry, hive, key_path, access, key);
+  return zintra::OpenKey(registry, hive, key_path, access, key);
 }
 
 std::string ReadString(Registry& registry, HKey hive, const std::string& key_path,
                        const std::string& name, bool* not_found) {
   *not_found = false;
-  HKey key = 0;
+  UniqueKey key;
   if (!OpenForRead(registry, hive, key_path, name, &key)) {
     *not_found = true;
     return {};
   }
-  KeyCloser closer(registry, key);
   std::string buffer(kStringBufferSize, '\0');
   uint32_t type = kRegNone;
   uint32_t size = kStringBufferSize;
   int32_t rc =
-      registry.QueryValue(key, name, &type, reinterpret_cast<uint8_t*>(buffer.data()), &size);
+      registry.QueryValue(key.get(), name, &type, reinterpret_cast<uint8_t*>(buffer.data()), &size);
   if (rc == kRegFileNotFound) {
     *not_found = true;
     return {};
@@ -98,16 +81,15 @@ std::string ReadString(Registry& registry, HKey hive, const std::string& key_pat
 uint32_t ReadDword(Registry& registry, HKey hive, const std::string& key_path,
                    const std::string& name, bool* not_found) {
   *not_found = false;
-  HKey key = 0;
+  UniqueKey key;
   if (!OpenForRead(registry, hive, key_path, name, &key)) {
     *not_found = true;
     return 0;
   }
-  KeyCloser closer(registry, key);
   uint8_t data[4] = {};
   uint32_t type = kRegNone;
   uint32_t size = sizeof data;
-  int32_t rc = registry.QueryValue(key, name, &type, data, &size);
+  int32_t rc = registry.QueryValue(key.get(), name, &type, data, &size);
   if (rc == kRegFileNotFound) {
     *not_found = true;
     return 0;
@@ -128,11 +110,10 @@ namespace {
 
 void WriteValue(Registry& registry, HKey hive, const std::string& key_path, const std::string& name,
                 uint32_t type, const uint8_t* data, uint32_t size) {
-  HKey key = 0;
+  UniqueKey key;
   int32_t rc = OpenKey(registry, hive, key_path, kKeyWrite, true, &key);
   if (rc != kRegSuccess) Fail(rc, "opening for writing", hive, key_path, name);
-  KeyCloser closer(registry, key);
-  rc = registry.SetValue(key, name, type, data, size);
+  rc = registry.SetValue(key.get(), name, type, data, size);
   if (rc != kRegSuccess) Fail(rc, "writing", hive, key_path, name);
 }
 
@@ -155,15 +136,14 @@ void WriteDword(Registry& registry, HKey hive, const std::string& key_path, cons
 void DeleteValue(Registry& registry, HKey hive, const std::string& key_path,
                  const std::string& name, bool* not_found) {
   *not_found = false;
-  HKey key = 0;
+  UniqueKey key;
   int32_t rc = OpenKey(registry, hive, key_path, kKeyWrite, false, &key);
   if (rc == kRegFileNotFound) {
     *not_found = true;
     return;
   }
   if (rc != kRegSuccess) Fail(rc, "opening for writing", hive, key_path, name);
-  KeyCloser closer(registry, key);
-  rc = registry.DeleteValue(key, name);
+  rc = registry.DeleteValue(key.get(), name);
   if (rc == kRegFileNotFound) {
     *not_found = true;
     return;
@@ -206,14 +186,12 @@ void DeleteKey(Registry& registry, HKey hive, const std::string& key_path, bool*
     return;
   }
   if (rc == kRegAccessDenied) {
-    HKey key = 0;
+    UniqueKey key;
     int32_t open_rc = OpenKey(registry, hive, key_path, kKeyAllAccess, false, &key);
     if (open_rc != kRegSuccess) Fail(rc, "deleting", hive, key_path, {});
-    std::vector<std::string> names;
-    {
-      KeyCloser closer(registry, key);
-      names = SubKeyNames(registry, key);
-    }
+    // The key is closed before its subkeys go, as a key being deleted cannot be open.
+    std::vector<std::string> names = SubKeyNames(registry, key.get());
+    key.reset();
     if (names.empty()) Fail(rc, "deleting", hive, key_path, {});
     for (const std::string& name : names) {
       bool sub_not_found = false;
@@ -225,22 +203,17 @@ void DeleteKey(Registry& registry, HKey hive, const std::string& key_path, bool*
 }
 
 bool KeyExists(Registry& registry, HKey hive, const std::string& key_path) {
-  HKey key = 0;
+  UniqueKey key;
   int32_t rc = OpenKey(registry, hive, key_path, kKeyRead, false, &key);
   // A key the user may not read is still there.
-  if (rc == kRegAccessDenied) return true;
-  if (rc != kRegSuccess) return false;
-  registry.CloseKey(key);
-  return true;
+  return rc == kRegSuccess || rc == kRegAccessDenied;
 }
 
 bool KeyWritable(Registry& registry, HKey hive, const std::string& key_path) {
   if (!KeyExists(registry, hive, key_path)) return false;
-  HKey key = 0;
+  UniqueKey key;
   int32_t rc = OpenKey(registry, hive, key_path, kKeyWrite, false, &key);
-  if (rc != kRegSuccess) return false;
-  registry.CloseKey(key);
-  return true;
+  return rc == kRegSuccess;
 }
 
 }  // namespace zintra::modRegistry

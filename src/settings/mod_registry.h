@@ -20,9 +20,10 @@ inline constexpr uint32_t kStringBufferSize = 2000;
 // "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE", or the handle in hexadecimal.
 std::string HiveName(HKey hive);
 
-// Opens hive\key_path with `access`, creating missing keys when `create`; the Win32 code.
+// Opens hive\key_path with `access` into *key, creating missing keys when `create`; the
+// Win32 code.
 int32_t OpenKey(Registry& registry, HKey hive, const std::string& key_path, uint32_t access,
-                bool create, HKey* key);
+                bool create, UniqueKey* key);
 
 // A REG_SZ or REG_EXPAND_SZ value; "" and *not_found when the key or value is missing.
 std::string ReadString(Registry& registry, HKey hive, const std::string& key_path,

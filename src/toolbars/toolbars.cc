@@ -22,7 +22,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "Toolbars";
+constexpr char kToolbarsModule[] = "Toolbars";
 
 struct ButtonSpec {
   const char* tag;
@@ -55,7 +55,7 @@ void Toolbars::Initialize(const std::shared_ptr<ToolbarsAddin>& AddinApp) {
     CreateToolbarHelper();
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, "Initialize");
+    rec.SetToCurrentException(kToolbarsModule, "Initialize");
     ReleaseToolbarHelper();
     rec.Raise();
   }
@@ -302,7 +302,7 @@ void Toolbars::CreateLetter(const std::shared_ptr<OutlookWindow>& /*Window*/,
 
 void Toolbars::LogHandlerError(const char* proc_name) {
   CachedError rec;
-  rec.SetToCurrentException(kModName, proc_name);
+  rec.SetToCurrentException(kToolbarsModule, proc_name);
   if (app_) rec.Log(app_->Errors());
 }
 

@@ -18,7 +18,7 @@ namespace zintra {
 
 namespace {
 
-constexpr char kModName[] = "WordLetterHandler";
+constexpr char kWordLetterHandlerModule[] = "WordLetterHandler";
 
 }  // namespace
 
@@ -39,7 +39,7 @@ void WordLetterHandler::LogDocument(const std::shared_ptr<WordDocument>& Documen
   } catch (...) {
     // A document whose variables cannot be read is not one we can log.
     CachedError rec;
-    rec.SetToCurrentException(kModName, "LogDocument");
+    rec.SetToCurrentException(kWordLetterHandlerModule, "LogDocument");
     rec.Log(app_->Errors());
     return;
   }
@@ -48,7 +48,7 @@ void WordLetterHandler::LogDocument(const std::shared_ptr<WordDocument>& Documen
     FileLetter(Document, log_to);
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, "LogDocument");
+    rec.SetToCurrentException(kWordLetterHandlerModule, "LogDocument");
     rec.Log(app_->Errors());
     const StringTable& strings = app_->Strings();
     app_->Prompt().Show(strings.Load(kStrCouldNotLogDocument) + "\r\n\r\n" + rec.Description(),

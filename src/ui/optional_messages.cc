@@ -9,7 +9,7 @@
 
 namespace zintra {
 namespace {
-constexpr char kModName[] = "ZintraUtils";
+constexpr char kOptionalMessagesModule[] = "ZintraUtils";
 }  // namespace
 
 OptionalMessages::OptionalMessages(RegSettings& settings, DialogViewFactory& views,
@@ -24,7 +24,7 @@ bool OptionalMessages::OptionalMsgBox(int32_t DialogIdx, const std::string& Mess
   } catch (...) {
     // An unreadable flag counts as not suppressed: the message is shown.
     CachedError rec;
-    rec.SetToCurrentException(kModName, "OptionalMsgBox");
+    rec.SetToCurrentException(kOptionalMessagesModule, "OptionalMsgBox");
     rec.Log(errors_);
   }
   if (suppressed) return false;
@@ -35,7 +35,7 @@ bool OptionalMessages::OptionalMsgBox(int32_t DialogIdx, const std::string& Mess
     if (form.chkDontShow() == 1) settings_.DialogSuppressed(DialogIdx, true);
   } catch (...) {
     CachedError rec;
-    rec.SetToCurrentException(kModName, "OptionalMsgBox");
+    rec.SetToCurrentException(kOptionalMessagesModule, "OptionalMsgBox");
     rec.Log(errors_);
   }
   return true;

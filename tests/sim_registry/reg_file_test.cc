@@ -175,6 +175,38 @@ TEST(RegFileTest, LargeFilesImport) {
   EXPECT_EQ(reg.Values(kCU, "Software\\Big")[6].name, "v6");
 }
 
+// Deleting nearly all of a key's many values ("name"=-) takes linear time too, and what
+// is left keeps the file's order; deleting a value that is not there changes nothing.
+TEST(RegFileTest, ManyDeletionsImport) {
+  const int kValues = 100000;
+  std::string text = "REGEDIT4\r\n[HKEY_CURRENT_USER\\Software\\Big]\r\n";
+  for (int i = 0; i < kValues; ++i) {
+    text += "\"v" + std::to_string(i) + "\"=dword:" + std::to_string(i % 10) + "\r\n";
+  }
+  for (int i = 0; i < kValues; ++i) {
+    if (i % 25000 != 3) text += "\"V" + std::to_string(i) + "\"=-\r\n";
+  }
+  text += "\"never-written\"=-\r\n\"v3\"=-\r\n\"v3\"=dword:00000001\r\n";
+  MemoryRegistry reg;
+  RegFile::Import(reg, text, "big.reg");
+  std::vector<std::string> left;
+  for (const RegistryValue& value : reg.Values(kCU, "Software\\Big")) left.push_back(value.name);
+  EXPECT_EQ(left, (std::vector<std::string>{"v25003", "v50003", "v75003", "v3"}));
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "v50003")->AsDword(), 3u);
+  EXPECT_EQ(reg.GetValue(kCU, "Software\\Big", "v3")->AsDword(), 1u);
+  EXPECT_FALSE(reg.GetValue(kCU, "Software\\Big", "v4"));
+  // The port sees the same four values, by index, after the deletions.
+  HKey key = 0;
+  ASSERT_EQ(reg.OpenKey(kCU, "Software\\Big", kKeyRead, &key), kRegSuccess);
+  std::string name;
+  uint32_t size = 64;
+  EXPECT_EQ(reg.EnumValue(key, 3, &name, &size, nullptr), kRegSuccess);
+  EXPECT_EQ(name, "v3");
+  size = 64;
+  EXPECT_EQ(reg.EnumValue(key, 4, &name, &size, nullptr), kRegNoMoreItems);
+  reg.CloseKey(key);
+}
+
 // Windows keeps a registry tree at most 512 levels deep; a deeper key in a file is an
 // error in the file (and a tree 100,000 deep would exhaust the stack when freed).
 TEST(RegFileTest, KeysDeeperThanWindowsAllowsAreRefused) {

@@ -28,7 +28,7 @@ int ListSize(const sim::MessageRecord& m, const char* name) {
   return v.Type() == ValueType::kStringArray ? static_cast<int>(v.ToStringArray().size()) : 0;
 }
 
-std::string Join(const std::vector<std::string>& parts) {
+std::string JoinWithSemicolons(const std::vector<std::string>& parts) {
   std::string out;
   for (const std::string& p : parts) out += (out.empty() ? "" : "; ") + p;
   return out;
@@ -69,7 +69,7 @@ std::string FieldText(const sim::MessageRecord& m, const std::string& field) {
   if (f == "to") {
     std::vector<std::string> names;
     for (const auto& r : m.recipients) names.push_back(r.name);
-    return Join(names);
+    return JoinWithSemicolons(names);
   }
   if (f == "categories") return MessageProps::Categories(m);
   if (f == "full_name") return MessageProps::Text(m, kPrDisplayName);
@@ -78,7 +78,7 @@ std::string FieldText(const sim::MessageRecord& m, const std::string& field) {
     return MessageProps::NamedText(m, sim::named::Email(f.back() - '0'));
   }
   ItemMarks marks = ReadMarks(m);
-  if (f == "links") return Join(marks.links);
+  if (f == "links") return JoinWithSemicolons(marks.links);
   if (f == "logged_copies") return std::to_string(marks.logged_copies);
   if (f == "shared_copies") return std::to_string(marks.shared_copies);
   return UserProp(m, field).value_or("");

@@ -19,7 +19,7 @@ namespace {
 // addresses 0x8083/0x8093/0x80A3, through the file's name-to-id map).
 using namespace mapi_ids;  // NOLINT(google-build-using-namespace): the tags read
 
-constexpr uint32_t kEmailLids[] = {0x8083, 0x8093, 0x80A3};
+constexpr uint32_t kStoreEmailLids[] = {0x8083, 0x8093, 0x80A3};
 constexpr uint8_t kAnyType = LIBPFF_ENTRY_VALUE_FLAG_MATCH_ANY_VALUE_TYPE;
 
 struct ItemFree {
@@ -277,7 +277,7 @@ std::optional<ItemSpec> ReadContact(const Reader& r, libpff_item_t* c) {
   item.item_class = ItemClass::kContact;
   item.full_name = r.Text(c, kDisplayName);
   item.company = r.Text(c, kCompanyName);
-  for (uint32_t lid : kEmailLids) {
+  for (uint32_t lid : kStoreEmailLids) {
     std::string address = r.Text(c, lid);
     if (!address.empty()) item.emails.push_back(address);
   }
@@ -317,7 +317,7 @@ struct DefaultFolder {
   int32_t kind;
 };
 
-struct Walk {
+struct StoreWalk {
   StoreReadResult result;
   std::map<uint32_t, DefaultFolder> defaults;  // by node
   int folders = 0;
@@ -336,7 +336,7 @@ FolderSpec& FolderNamed(std::vector<FolderSpec>& folders, const std::string& nam
 
 // Reads the items of `folder` into `into` (mail and contacts; others are counted), those
 // of the top into the Inbox and Contacts of `top`.
-void ReadItems(const Reader& r, libpff_item_t* folder, Walk& w, FolderSpec* into,
+void ReadItems(const Reader& r, libpff_item_t* folder, StoreWalk& w, FolderSpec* into,
                std::vector<FolderSpec>* top) {
   libpff_error_t* error = nullptr;
   int messages = 0;
@@ -378,7 +378,7 @@ void ReadItems(const Reader& r, libpff_item_t* folder, Walk& w, FolderSpec* into
 }
 
 // Reads the subfolders of `folder` into `into`; `top`: they are the store's top folders.
-void ReadFolders(const Reader& r, libpff_item_t* folder, Walk& w, std::vector<FolderSpec>& into,
+void ReadFolders(const Reader& r, libpff_item_t* folder, StoreWalk& w, std::vector<FolderSpec>& into,
                  bool top, int depth) {
   if (depth > 64) return;  // a store's folders are not nested deeper; a damaged one may loop
   libpff_error_t* error = nullptr;
@@ -443,7 +443,7 @@ StoreReadResult ReadOutlookStore(const std::string& file) {
   std::unique_ptr<libpff_file_t, FileClose> pff(raw_file);
   r.Check(libpff_file_open(pff.get(), file.c_str(), LIBPFF_OPEN_READ, &error), &error, "open");
 
-  Walk w;
+  StoreWalk w;
   uint32_t top_node = 0;
   libpff_item_t* raw_store = nullptr;
   if (r.Check(libpff_file_get_message_store(pff.get(), &raw_store, &error), &error,

@@ -14,29 +14,29 @@ namespace {
 
 using sim::MessageProps;
 
-std::vector<std::string> List(const sim::MessageRecord& m, const char* name) {
+std::vector<std::string> MarkList(const sim::MessageRecord& m, const char* name) {
   Value v =
       MessageProps::GetNamed(m, sim::NamedPropMap::Key(kZintraPropSetGuid, name), kPtMvString8);
   return v.Type() == ValueType::kStringArray ? v.ToStringArray() : std::vector<std::string>{};
 }
 
-void Walk(const sim::Profile& p, const sim::FolderRecord& f,
-          std::unordered_map<std::string, const sim::MessageRecord*>& index,
-          std::vector<const sim::MessageRecord*>& all) {
+void IndexFolder(const sim::Profile& p, const sim::FolderRecord& f,
+                 std::unordered_map<std::string, const sim::MessageRecord*>& index,
+                 std::vector<const sim::MessageRecord*>& all) {
   if (f.deleted) return;
   for (const auto& m : f.messages) {
     if (m->deleted || !m->stored) continue;
     index[text::UCase(p.EntryIdOf(*m))] = m.get();
     all.push_back(m.get());
   }
-  for (const auto& c : f.children) Walk(p, *c, index, all);
+  for (const auto& c : f.children) IndexFolder(p, *c, index, all);
 }
 
 }  // namespace
 
 ProfileFacts::ProfileFacts(const sim::Profile& profile) : profile_(profile) {
   std::vector<const sim::MessageRecord*> all;
-  for (const auto& store : profile.Stores()) Walk(profile, *store->root, by_entry_, all);
+  for (const auto& store : profile.Stores()) IndexFolder(profile, *store->root, by_entry_, all);
   for (const sim::MessageRecord* m : all) {
     for (bool shared : {false, true}) {
       for (const sim::MessageRecord* copy : Copies(*m, shared)) {
@@ -60,8 +60,9 @@ CopyOf ProfileFacts::CopyInfo(const sim::MessageRecord& m) const {
 std::vector<const sim::MessageRecord*> ProfileFacts::Copies(const sim::MessageRecord& m,
                                                             bool shared) const {
   std::vector<std::string> entries =
-      List(m, shared ? kPropSharedCopyEntryIds : kPropLoggedEntryIds);
-  std::vector<std::string> stores = List(m, shared ? kPropSharedCopyStoreIds : kPropLoggedStoreIds);
+      MarkList(m, shared ? kPropSharedCopyEntryIds : kPropLoggedEntryIds);
+  std::vector<std::string> stores =
+      MarkList(m, shared ? kPropSharedCopyStoreIds : kPropLoggedStoreIds);
   std::vector<const sim::MessageRecord*> out;
   for (size_t i = 0; i < entries.size(); ++i) {
     if (auto copy = ByEntry(i < stores.size() ? stores[i] : "", entries[i])) out.push_back(copy);

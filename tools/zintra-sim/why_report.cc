@@ -12,7 +12,7 @@ namespace zintra::simtool {
 
 namespace {
 
-std::string Join(const std::vector<std::string>& parts) {
+std::string JoinWithCommas(const std::vector<std::string>& parts) {
   std::string out;
   for (const std::string& p : parts) out += (out.empty() ? "" : ", ") + p;
   return out;
@@ -159,7 +159,7 @@ std::vector<std::string> JobContacts(const Job& job, bool with_how) {
   std::vector<std::string> out;
   for (size_t i = 0; i < ids.size(); ++i) {
     const std::vector<std::string>& h = how[ids[i]];
-    out.push_back(names[i] + (with_how && !h.empty() ? " (" + Join(h) + ")" : ""));
+    out.push_back(names[i] + (with_how && !h.empty() ? " (" + JoinWithCommas(h) + ")" : ""));
   }
   return out;
 }
@@ -173,8 +173,9 @@ std::string NothingFound(const Job& job) {
     if (d->kind == DecisionKind::kNoAddressSearch) no_search = d->reason;
     if (d->kind == DecisionKind::kContactRefused) AddOnce(refused, d->contact + ": " + d->reason);
   }
-  std::string why = !refused.empty()     ? "contacts found but not tracked (" + Join(refused) + ")"
-                    : !searched.empty()  ? "no tracked contact for " + Join(searched)
+  std::string why = !refused.empty()
+                        ? "contacts found but not tracked (" + JoinWithCommas(refused) + ")"
+                    : !searched.empty()  ? "no tracked contact for " + JoinWithCommas(searched)
                     : !no_search.empty() ? "no tracked contact among its links; addresses not "
                                            "searched: " +
                                                no_search
@@ -207,8 +208,9 @@ std::string NotReached(const sim::FolderRecord& folder, const std::string& folde
   return "the scan of " + name + " ended before reaching it: " + f->scan_end->reason;
 }
 
-void Walk(const sim::FolderRecord& folder, const sim::Profile& profile, const ProfileLoader& loader,
-          const Decisions& decisions, std::vector<WhyRow>& rows) {
+void ReportFolder(const sim::FolderRecord& folder, const sim::Profile& profile,
+                  const ProfileLoader& loader, const Decisions& decisions,
+                  std::vector<WhyRow>& rows) {
   std::string path = ProfileLoader::PathOf(folder);
   for (const auto& m : folder.messages) {
     if (m->deleted || !Tracked(m->item_class)) continue;
@@ -271,7 +273,7 @@ void Walk(const sim::FolderRecord& folder, const sim::Profile& profile, const Pr
     rows.push_back(std::move(row));
   }
   for (const auto& child : folder.children) {
-    if (!child->deleted) Walk(*child, profile, loader, decisions, rows);
+    if (!child->deleted) ReportFolder(*child, profile, loader, decisions, rows);
   }
 }
 
@@ -293,7 +295,8 @@ std::vector<WhyRow> BuildWhyReport(const sim::Profile& profile, const ProfileLoa
                                    const std::vector<Decision>& decisions) {
   Decisions told(decisions);
   std::vector<WhyRow> rows;
-  for (const auto& store : profile.Stores()) Walk(*store->root, profile, loader, told, rows);
+  for (const auto& store : profile.Stores())
+    ReportFolder(*store->root, profile, loader, told, rows);
   return rows;
 }
 
@@ -302,12 +305,12 @@ void PrintWhyTable(const std::vector<WhyRow>& rows, std::ostream& out) {
   for (const WhyRow& r : rows) {
     std::string why;
     if (r.outcome == "logged") {
-      why = "contacts: " + (r.contacts.empty() ? std::string("-") : Join(r.contacts)) +
+      why = "contacts: " + (r.contacts.empty() ? std::string("-") : JoinWithCommas(r.contacts)) +
             "; copies: " + std::to_string(r.logged_copies) + " logged, " +
             std::to_string(r.shared_copies) + " shared" +
-            (r.copies.empty() ? "" : " in " + Join(r.copies));
+            (r.copies.empty() ? "" : " in " + JoinWithCommas(r.copies));
     } else if (r.outcome == "copy") {
-      why = r.reason + (r.contacts.empty() ? "" : "; linked to " + Join(r.contacts));
+      why = r.reason + (r.contacts.empty() ? "" : "; linked to " + JoinWithCommas(r.contacts));
     } else {
       why = r.reason;
     }

@@ -15,7 +15,7 @@ namespace zintra::win32 {
 
 namespace {
 
-const DispatchTable& Members() {
+const DispatchTable& ConnectMembers() {
   static const DispatchTable table{{L"OnConnection", kDispIdOnConnection},
                                    {L"OnDisconnection", kDispIdOnDisconnection},
                                    {L"OnAddInsUpdate", kDispIdOnAddInsUpdate},
@@ -147,7 +147,7 @@ HRESULT ConnectObject::GetTypeInfo(UINT /*index*/, LCID /*lcid*/, ITypeInfo** in
 
 HRESULT ConnectObject::GetIDsOfNames(REFIID /*iid*/, LPOLESTR* names, UINT count, LCID /*lcid*/,
                                      DISPID* ids) {
-  return Members().GetIDsOfNames(names, count, ids);
+  return ConnectMembers().GetIDsOfNames(names, count, ids);
 }
 
 HRESULT ConnectObject::Invoke(DISPID id, REFIID /*iid*/, LCID /*lcid*/, WORD flags,

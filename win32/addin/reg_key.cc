@@ -3,35 +3,32 @@
 namespace zintra::win32 {
 
 LONG RegKey::Open(HKEY parent, const std::wstring& path, REGSAM access) {
-  Close();
-  return RegOpenKeyExW(parent, path.c_str(), 0, access, &key_);
+  return RegOpenKeyExW(parent, path.c_str(), 0, access, key_.put());
 }
 
 LONG RegKey::Create(HKEY parent, const std::wstring& path, REGSAM access, bool* created) {
-  Close();
   DWORD disposition = 0;
   LONG result = RegCreateKeyExW(parent, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access,
-                                nullptr, &key_, &disposition);
+                                nullptr, key_.put(), &disposition);
   if (created) *created = result == ERROR_SUCCESS && disposition == REG_CREATED_NEW_KEY;
   return result;
 }
 
-void RegKey::Close() {
-  if (key_) RegCloseKey(std::exchange(key_, nullptr));
-}
-
 LONG RegKey::SetString(const std::wstring& name, const std::wstring& value) {
   // The size counts the terminating zero, as REG_SZ data must.
-  return RegSetValueExW(key_, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
+  return RegSetValueExW(key_.get(), name.c_str(), 0, REG_SZ,
+                        reinterpret_cast<const BYTE*>(value.c_str()),
                         static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
 }
 
-LONG RegKey::DeleteValue(const std::wstring& name) { return RegDeleteValueW(key_, name.c_str()); }
+LONG RegKey::DeleteValue(const std::wstring& name) {
+  return RegDeleteValueW(key_.get(), name.c_str());
+}
 
 bool RegKey::IsEmpty() const {
   DWORD sub_keys = 0;
   DWORD values = 0;
-  if (RegQueryInfoKeyW(key_, nullptr, nullptr, nullptr, &sub_keys, nullptr, nullptr, &values,
+  if (RegQueryInfoKeyW(key_.get(), nullptr, nullptr, nullptr, &sub_keys, nullptr, nullptr, &values,
                        nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
     return false;  // what cannot be inspected is not ours to remove
   }

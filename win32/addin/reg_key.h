@@ -1,37 +1,27 @@
-// RegKey: owns one open registry key (RegCloseKey on destruction), with the few
-// wide-character operations the server's self-registration needs: class keys hold the
-// DLL's path, which may use any character, so they are written with the W functions.
+// RegKey: one open registry key (a UniqueHKey), with the few wide-character operations
+// the server's self-registration needs: class keys hold the DLL's path, which may use any
+// character, so they are written with the W functions.
 // Every member answers the platform's error code (ERROR_SUCCESS, ERROR_FILE_NOT_FOUND
 // for a missing key or value, ERROR_ACCESS_DENIED ...); none throws.
 #pragma once
 
 #include <string>
-#include <utility>
 
+#include "win32/com/unique_handles.h"
 #include "win32/com/windows_api.h"
 
 namespace zintra::win32 {
 
 class RegKey {
  public:
-  RegKey() = default;
-  RegKey(const RegKey&) = delete;
-  RegKey& operator=(const RegKey&) = delete;
-  RegKey(RegKey&& other) noexcept : key_(std::exchange(other.key_, nullptr)) {}
-  RegKey& operator=(RegKey&& other) noexcept {
-    std::swap(key_, other.key_);
-    return *this;
-  }
-  ~RegKey() { Close(); }
-
   // RegOpenKeyExW / RegCreateKeyExW on parent\path; *created (may be null) says whether
   // the last key of the path was new.
   LONG Open(HKEY parent, const std::wstring& path, REGSAM access);
   LONG Create(HKEY parent, const std::wstring& path, REGSAM access, bool* created = nullptr);
-  void Close();
+  void Close() { key_.reset(); }
 
-  HKEY Get() const { return key_; }
-  explicit operator bool() const { return key_ != nullptr; }
+  HKEY Get() const { return key_.get(); }
+  explicit operator bool() const { return key_.valid(); }
 
   // A REG_SZ value; `name` "" is the key's default value.
   LONG SetString(const std::wstring& name, const std::wstring& value);
@@ -40,7 +30,7 @@ class RegKey {
   bool IsEmpty() const;
 
  private:
-  HKEY key_ = nullptr;
+  UniqueHKey key_;
 };
 
 // Deletes parent\path with every subkey and value; a missing key is not an error.

@@ -17,7 +17,7 @@ namespace zintra::win32 {
 
 namespace {
 
-const DispatchTable& Members() {
+const DispatchTable& LetterHandlerMembers() {
   static const DispatchTable table{{L"LogDocument", kDispIdLogDocument}};
   return table;
 }
@@ -93,7 +93,7 @@ HRESULT WordLetterHandlerObject::GetTypeInfo(UINT /*index*/, LCID /*lcid*/, ITyp
 
 HRESULT WordLetterHandlerObject::GetIDsOfNames(REFIID /*iid*/, LPOLESTR* names, UINT count,
                                                LCID /*lcid*/, DISPID* ids) {
-  return Members().GetIDsOfNames(names, count, ids);
+  return LetterHandlerMembers().GetIDsOfNames(names, count, ids);
 }
 
 HRESULT WordLetterHandlerObject::Invoke(DISPID id, REFIID /*iid*/, LCID /*lcid*/, WORD flags,

@@ -7,7 +7,7 @@ namespace zintra::win32 {
 
 namespace {
 
-Variant StoreArg(const std::string& store_id) {
+Variant RdoStoreArg(const std::string& store_id) {
   return store_id.empty() ? Missing() : Arg(Value(store_id));
 }
 
@@ -80,12 +80,12 @@ std::shared_ptr<AddressEntry> ComRdoSession::CurrentUser() {
 std::shared_ptr<RdoMessage> ComRdoSession::GetMessageFromID(const std::string& entry_id,
                                                             const std::string& store_id) {
   return Wrap<RdoMessage>(
-      client_.Call("GetMessageFromID", {Arg(Value(entry_id)), StoreArg(store_id)}));
+      client_.Call("GetMessageFromID", {Arg(Value(entry_id)), RdoStoreArg(store_id)}));
 }
 std::shared_ptr<RdoFolder> ComRdoSession::GetFolderFromID(const std::string& entry_id,
                                                           const std::string& store_id) {
   return Wrap<RdoFolder>(
-      client_.Call("GetFolderFromID", {Arg(Value(entry_id)), StoreArg(store_id)}));
+      client_.Call("GetFolderFromID", {Arg(Value(entry_id)), RdoStoreArg(store_id)}));
 }
 std::shared_ptr<RdoFolder> ComRdoSession::GetDefaultFolder(int32_t folder_type) {
   return Wrap<RdoFolder>(client_.Call("GetDefaultFolder", {Arg(Value(folder_type))}));

@@ -1,5 +1,6 @@
 #include "win32/ports/gui_font.h"
 
+#include "win32/com/unique_handles.h"
 #include "win32/ports/message_window.h"
 
 namespace zintra::win32 {
@@ -11,21 +12,16 @@ class FontHolder {
     NONCLIENTMETRICSA metrics{};
     metrics.cbSize = sizeof(metrics);
     if (SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof(metrics), &metrics, 0)) {
-      font_ = CreateFontIndirectA(&metrics.lfMessageFont);
+      font_.reset(CreateFontIndirectA(&metrics.lfMessageFont));
     }
   }
-  ~FontHolder() {
-    if (font_ != nullptr) DeleteObject(font_);
-  }
-  FontHolder(const FontHolder&) = delete;
-  FontHolder& operator=(const FontHolder&) = delete;
 
   HFONT get() const {
-    return font_ != nullptr ? font_ : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+    return static_cast<HFONT>(font_ ? font_.get() : GetStockObject(DEFAULT_GUI_FONT));
   }
 
  private:
-  HFONT font_ = nullptr;
+  UniqueGdiObject font_;
 };
 
 }  // namespace

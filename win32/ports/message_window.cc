@@ -78,18 +78,17 @@ MessageWindow::MessageWindow(Handler handler, Kind kind, const std::string& titl
       height = 200;
       break;
   }
-  hwnd_ = CreateWindowExA(ex_style, kClassName, title.c_str(), style, CW_USEDEFAULT, CW_USEDEFAULT,
-                          width, height, kind == Kind::kMessageOnly ? HWND_MESSAGE : nullptr,
-                          nullptr, ThisModule(), nullptr);
-  if (hwnd_ == nullptr) ThrowLastError("Cannot create a window", "MessageWindow");
-  SetWindowLongPtrA(hwnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  SetWindowLongPtrA(hwnd_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
+  hwnd_.reset(CreateWindowExA(
+      ex_style, kClassName, title.c_str(), style, CW_USEDEFAULT, CW_USEDEFAULT, width, height,
+      kind == Kind::kMessageOnly ? HWND_MESSAGE : nullptr, nullptr, ThisModule(), nullptr));
+  if (!hwnd_) ThrowLastError("Cannot create a window", "MessageWindow");
+  SetWindowLongPtrA(hwnd_.get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  SetWindowLongPtrA(hwnd_.get(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
 }
 
 MessageWindow::~MessageWindow() {
-  if (hwnd_ == nullptr) return;
-  SetWindowLongPtrA(hwnd_, GWLP_USERDATA, 0);
-  DestroyWindow(hwnd_);
+  // Messages the window still gets while it is destroyed no longer reach this object.
+  if (hwnd_) SetWindowLongPtrA(hwnd_.get(), GWLP_USERDATA, 0);
 }
 
 LRESULT CALLBACK MessageWindow::Procedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {

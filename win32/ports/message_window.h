@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 
+#include "win32/com/unique_handles.h"
 #include "win32/com/windows_api.h"
 
 namespace zintra::win32 {
@@ -32,13 +33,13 @@ class MessageWindow {
   MessageWindow(const MessageWindow&) = delete;
   MessageWindow& operator=(const MessageWindow&) = delete;
 
-  HWND hwnd() const { return hwnd_; }
+  HWND hwnd() const { return hwnd_.get(); }
 
  private:
   static LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam);
 
   Handler handler_;
-  HWND hwnd_ = nullptr;
+  UniqueHWnd hwnd_;
 };
 
 // The module (DLL or program) this code is linked into; window classes and resources

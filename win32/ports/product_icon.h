@@ -4,6 +4,7 @@
 // icon (shared, never destroyed) when drawing fails.
 #pragma once
 
+#include "win32/com/unique_handles.h"
 #include "win32/com/windows_api.h"
 
 namespace zintra::win32 {
@@ -11,14 +12,11 @@ namespace zintra::win32 {
 class ProductIcon {
  public:
   ProductIcon();
-  ~ProductIcon();
-  ProductIcon(const ProductIcon&) = delete;
-  ProductIcon& operator=(const ProductIcon&) = delete;
 
   HICON get() const;
 
  private:
-  HICON icon_ = nullptr;  // owned; null when drawing failed
+  UniqueHIcon icon_;  // null when drawing failed
 };
 
 }  // namespace zintra::win32

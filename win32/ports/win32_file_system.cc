@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "src/core/z_error.h"
+#include "win32/com/unique_handles.h"
 #include "win32/com/windows_api.h"
-#include "win32/ports/unique_handle.h"
 
 namespace zintra::win32 {
 namespace {
 
-constexpr char kSource[] = "FileSystem";
+constexpr char kFileSystemSource[] = "FileSystem";
 
 const char* Reason(int32_t number) {
   switch (number) {
@@ -29,13 +29,13 @@ const char* Reason(int32_t number) {
   throw ZError(
       number,
       std::string(Reason(number)) + ": '" + path + "' (system error " + std::to_string(error) + ")",
-      kSource);
+      kFileSystemSource);
 }
 
-UniqueHandle OpenFile(const std::string& path, DWORD access, DWORD disposition) {
+UniqueKernelHandle OpenFile(const std::string& path, DWORD access, DWORD disposition) {
   if (path.empty()) Fail(ERROR_INVALID_NAME, path);
-  UniqueHandle file(CreateFileA(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition,
-                                FILE_ATTRIBUTE_NORMAL, nullptr));
+  UniqueKernelHandle file(CreateFileA(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file.valid()) Fail(GetLastError(), path);
   return file;
 }
@@ -76,7 +76,7 @@ int32_t FileErrorNumber(unsigned long win32_error) {
 }
 
 std::string Win32FileSystem::ReadAll(const std::string& path) {
-  UniqueHandle file = OpenFile(path, GENERIC_READ, OPEN_EXISTING);
+  UniqueKernelHandle file = OpenFile(path, GENERIC_READ, OPEN_EXISTING);
   std::string contents;
   LARGE_INTEGER size{};
   if (GetFileSizeEx(file.get(), &size)) contents.reserve(static_cast<size_t>(size.QuadPart));
@@ -91,12 +91,12 @@ std::string Win32FileSystem::ReadAll(const std::string& path) {
 }
 
 void Win32FileSystem::WriteAll(const std::string& path, const std::string& contents) {
-  UniqueHandle file = OpenFile(path, GENERIC_WRITE, CREATE_ALWAYS);
+  UniqueKernelHandle file = OpenFile(path, GENERIC_WRITE, CREATE_ALWAYS);
   WriteBytes(file.get(), contents, path);
 }
 
 void Win32FileSystem::Append(const std::string& path, const std::string& contents) {
-  UniqueHandle file = OpenFile(path, FILE_APPEND_DATA, OPEN_ALWAYS);
+  UniqueKernelHandle file = OpenFile(path, FILE_APPEND_DATA, OPEN_ALWAYS);
   WriteBytes(file.get(), contents, path);
 }
 

@@ -1,6 +1,7 @@
 #include "win32/ports/win32_popup_menu.h"
 
 #include "src/core/z_error.h"
+#include "win32/com/unique_handles.h"
 #include "win32/ports/failure_log.h"
 
 namespace zintra::win32 {
@@ -8,21 +9,6 @@ namespace {
 
 constexpr int32_t kErrObjectAlreadyLoaded = 360;
 constexpr int32_t kErrCannotUnload = 362;
-
-// Owns a menu handle for the length of one showing.
-class MenuHandle {
- public:
-  explicit MenuHandle(HMENU menu) : menu_(menu) {}
-  ~MenuHandle() {
-    if (menu_ != nullptr) DestroyMenu(menu_);
-  }
-  MenuHandle(const MenuHandle&) = delete;
-  MenuHandle& operator=(const MenuHandle&) = delete;
-  HMENU get() const { return menu_; }
-
- private:
-  HMENU menu_;
-};
 
 }  // namespace
 
@@ -83,7 +69,7 @@ HMENU Win32PopupMenu::Build(int32_t default_index) const {
 }
 
 void Win32PopupMenu::Popup(int32_t default_index) {
-  MenuHandle menu(Build(default_index));
+  UniqueHMenu menu(Build(default_index));
   if (menu.get() == nullptr) {
     ReportFailure("PopupMenu",
                   "CreatePopupMenu failed with error " + std::to_string(GetLastError()));

@@ -13,21 +13,17 @@ int32_t Code(LSTATUS status) { return static_cast<int32_t>(status); }
 
 }  // namespace
 
-Win32Registry::~Win32Registry() {
-  for (const auto& [handle, native] : keys_) RegCloseKey(native);
-}
-
 HKEY Win32Registry::Native(HKey key) const {
   if (key == kHKeyCurrentUser) return HKEY_CURRENT_USER;
   if (key == kHKeyLocalMachine) return HKEY_LOCAL_MACHINE;
   auto it = keys_.find(key);
-  return it == keys_.end() ? nullptr : it->second;
+  return it == keys_.end() ? nullptr : it->second.get();
 }
 
 HKey Win32Registry::Adopt(HKEY native) {
   HKey handle = next_handle_;
   next_handle_ += 4;
-  keys_[handle] = native;
+  keys_[handle].reset(native);
   return handle;
 }
 
@@ -143,9 +139,9 @@ int32_t Win32Registry::CloseKey(HKey key) {
   if (key == kHKeyCurrentUser || key == kHKeyLocalMachine) return kRegSuccess;
   auto it = keys_.find(key);
   if (it == keys_.end()) return kRegInvalidHandle;
-  LSTATUS status = RegCloseKey(it->second);
+  // Closing a key this object opened cannot fail: RegCloseKey refuses only foreign handles.
   keys_.erase(it);
-  return Code(status);
+  return kRegSuccess;
 }
 
 }  // namespace zintra::win32

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "src/host/registry.h"
+#include "win32/com/unique_handles.h"
 #include "win32/com/windows_api.h"
 
 namespace zintra::win32 {
@@ -18,7 +19,6 @@ namespace zintra::win32 {
 class Win32Registry : public Registry {
  public:
   Win32Registry() = default;
-  ~Win32Registry() override;
   Win32Registry(const Win32Registry&) = delete;
   Win32Registry& operator=(const Win32Registry&) = delete;
 
@@ -45,7 +45,7 @@ class Win32Registry : public Registry {
   HKEY Native(HKey key) const;
   HKey Adopt(HKEY native);
 
-  std::map<HKey, HKEY> keys_;
+  std::map<HKey, UniqueHKey> keys_;
   HKey next_handle_ = 0x1000;
 };
 

@@ -12,7 +12,7 @@
 namespace zintra::win32 {
 namespace {
 
-constexpr char kSource[] = "Subclasser";
+constexpr char kSubclasserSource[] = "Subclasser";
 constexpr UINT_PTR kSubclassId = 0x5A53;  // one subclass per window and service object
 
 }  // namespace
@@ -27,13 +27,13 @@ void Win32Subclasser::AttachMessage(ISubclass* client, WindowHandle handle, int3
   HWND hwnd = ToHwnd(handle);
   if (!IsWindow(hwnd)) {
     throw ZError(ERROR_INVALID_WINDOW_HANDLE, "Invalid window handle " + std::to_string(handle),
-                 kSource);
+                 kSubclasserSource);
   }
   const Hook hook{client, message};
   auto it = windows_.find(hwnd);
   if (it == windows_.end()) {
     if (!SetWindowSubclass(hwnd, &Procedure, kSubclassId, reinterpret_cast<DWORD_PTR>(this))) {
-      ThrowLastError("Cannot subclass window " + std::to_string(handle), kSource);
+      ThrowLastError("Cannot subclass window " + std::to_string(handle), kSubclasserSource);
     }
     it = windows_.emplace(hwnd, std::vector<Hook>{}).first;
   }

@@ -17,13 +17,13 @@ constexpr int kProgressId = 103;
 constexpr int32_t kErrKeyNotUnique = 35602;
 
 // Layout in pixels.
-constexpr int kMargin = 8;
+constexpr int kListMargin = 8;
 constexpr int kWidth = 380;
 constexpr int kRowHeight = 22;
 constexpr int kRowBarWidth = 90;
 constexpr int kBarHeight = 16;
-constexpr int kButtonHeight = 24;
-constexpr int kButtonWidth = 110;
+constexpr int kListButtonHeight = 24;
+constexpr int kListButtonWidth = 110;
 
 void EnsureCommonControls() {
   static const bool done = [] {
@@ -102,15 +102,15 @@ int32_t Win32TaskListView::Progress() const {
 
 // Rows on top, then the overall bar, then the buttons; the window fits them.
 void Win32TaskListView::Layout() {
-  const int rows_bottom = kMargin + static_cast<int>(rows_.size()) * kRowHeight;
-  const int bar_top = rows_bottom + kMargin;
-  const int buttons_top = bar_top + kBarHeight + kMargin;
-  const int inner_width = kWidth - 2 * kMargin;
-  MoveWindow(progress_, kMargin, bar_top, inner_width, kBarHeight, TRUE);
-  MoveWindow(abort_, kWidth - kMargin - kButtonWidth, buttons_top, kButtonWidth, kButtonHeight,
-             TRUE);
-  MoveWindow(minimize_, kMargin, buttons_top, kButtonHeight + 8, kButtonHeight, TRUE);
-  RECT frame{0, 0, kWidth, buttons_top + kButtonHeight + kMargin};
+  const int rows_bottom = kListMargin + static_cast<int>(rows_.size()) * kRowHeight;
+  const int bar_top = rows_bottom + kListMargin;
+  const int buttons_top = bar_top + kBarHeight + kListMargin;
+  const int inner_width = kWidth - 2 * kListMargin;
+  MoveWindow(progress_, kListMargin, bar_top, inner_width, kBarHeight, TRUE);
+  MoveWindow(abort_, kWidth - kListMargin - kListButtonWidth, buttons_top, kListButtonWidth,
+             kListButtonHeight, TRUE);
+  MoveWindow(minimize_, kListMargin, buttons_top, kListButtonHeight + 8, kListButtonHeight, TRUE);
+  RECT frame{0, 0, kWidth, buttons_top + kListButtonHeight + kListMargin};
   AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrA(window_.hwnd(), GWL_STYLE)),
                      FALSE, static_cast<DWORD>(GetWindowLongPtrA(window_.hwnd(), GWL_EXSTYLE)));
   SetWindowPos(window_.hwnd(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
@@ -125,12 +125,13 @@ void Win32TaskListView::Paint() {
   HGDIOBJ old_font = SelectObject(dc, GuiFont());
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc, GetSysColor(COLOR_BTNTEXT));
-  int top = kMargin;
+  int top = kListMargin;
   for (const Row& row : rows_) {
-    RECT text{kMargin, top, kWidth - 2 * kMargin - kRowBarWidth, top + kRowHeight};
+    RECT text{kListMargin, top, kWidth - 2 * kListMargin - kRowBarWidth, top + kRowHeight};
     DrawTextA(dc, row.description.c_str(), -1, &text,
               DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
-    RECT bar{kWidth - kMargin - kRowBarWidth, top + 5, kWidth - kMargin, top + kRowHeight - 5};
+    RECT bar{kWidth - kListMargin - kRowBarWidth, top + 5, kWidth - kListMargin,
+             top + kRowHeight - 5};
     FrameRect(dc, &bar, GetSysColorBrush(COLOR_BTNSHADOW));
     RECT filled{bar.left + 1, bar.top + 1,
                 bar.left + 1 + (bar.right - bar.left - 2) * row.percent / 100, bar.bottom - 1};

@@ -5,6 +5,7 @@
 #include "src/outlook/library_factory.h"
 #include "win32/com/com_ptr.h"
 #include "win32/com/unicode.h"
+#include "win32/com/unique_handles.h"
 #include "win32/sim_server/serve.h"
 
 namespace zintra::win32 {
@@ -78,10 +79,10 @@ std::wstring GuidText(const CLSID& clsid) {
 bool WriteClassKey(const std::wstring& subkey, const wchar_t* name, const std::wstring& value,
                    bool* existed) {
   const std::wstring path = L"Software\\Classes\\" + subkey;
-  HKEY key = nullptr;
+  UniqueHKey key;
   DWORD disposition = 0;
   if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE,
-                      nullptr, &key, &disposition) != ERROR_SUCCESS) {
+                      nullptr, key.put(), &disposition) != ERROR_SUCCESS) {
     return false;
   }
   *existed = disposition == REG_OPENED_EXISTING_KEY;
@@ -91,18 +92,18 @@ bool WriteClassKey(const std::wstring& subkey, const wchar_t* name, const std::w
     wchar_t current[128] = {};
     DWORD size = sizeof(current) - sizeof(wchar_t);
     DWORD type = 0;
-    if (RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(current), &size) ==
-            ERROR_SUCCESS &&
+    if (RegQueryValueExW(key.get(), name, nullptr, &type, reinterpret_cast<BYTE*>(current),
+                         &size) == ERROR_SUCCESS &&
         type == REG_SZ && value == current) {
       *existed = false;
     }
   }
   LONG status = ERROR_SUCCESS;
   if (!*existed) {
-    status = RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
-                            static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+    status =
+        RegSetValueExW(key.get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
+                       static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
   }
-  RegCloseKey(key);
   return status == ERROR_SUCCESS;
 }
 

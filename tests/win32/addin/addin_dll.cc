@@ -18,7 +18,7 @@ std::wstring DllPath() {
 }  // namespace
 
 AddinDll::AddinDll() : path_(DllPath()) {
-  module_ = LoadLibraryW(path_.c_str());
+  module_.reset(LoadLibraryW(path_.c_str()));
   if (!module_) return;
   using Plain = HRESULT(STDAPICALLTYPE*)();
   register_ = Export<Plain>("DllRegisterServer");
@@ -28,13 +28,8 @@ AddinDll::AddinDll() : path_(DllPath()) {
   get_class_object_ =
       Export<HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
   if (!register_ || !unregister_ || !can_unload_ || !install_ || !get_class_object_) {
-    FreeLibrary(module_);
-    module_ = nullptr;
+    module_.reset();
   }
-}
-
-AddinDll::~AddinDll() {
-  if (module_) FreeLibrary(module_);
 }
 
 }  // namespace zintra::win32::testing

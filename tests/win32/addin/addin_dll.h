@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "win32/com/unique_handles.h"
 #include "win32/com/windows_api.h"
 
 namespace zintra::win32::testing {
@@ -11,11 +12,8 @@ namespace zintra::win32::testing {
 class AddinDll {
  public:
   AddinDll();
-  ~AddinDll();
-  AddinDll(const AddinDll&) = delete;
-  AddinDll& operator=(const AddinDll&) = delete;
 
-  bool Loaded() const { return module_ != nullptr; }
+  bool Loaded() const { return module_.valid(); }
   const std::wstring& Path() const { return path_; }
 
   HRESULT RegisterServer() const { return register_(); }
@@ -32,11 +30,11 @@ class AddinDll {
   template <typename F>
   F Export(const char* name) const {
     // Through void*: a FARPROC does not convert to a function type of its own.
-    return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(module_, name)));
+    return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(module_.get(), name)));
   }
 
   std::wstring path_;
-  HMODULE module_ = nullptr;
+  UniqueHModule module_;
   HRESULT(STDAPICALLTYPE* register_)() = nullptr;
   HRESULT(STDAPICALLTYPE* unregister_)() = nullptr;
   HRESULT(STDAPICALLTYPE* install_)(BOOL, const wchar_t*) = nullptr;

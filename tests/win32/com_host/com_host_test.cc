@@ -16,6 +16,7 @@
 #include "tests/win32/keepalive/keep_alive_host.h"
 #include "win32/com/dispatch_client.h"
 #include "win32/sim_server/dispatch_args.h"
+#include "win32/com/unique_handles.h"
 #include "win32/sim_server/dispatch_object.h"
 #include "win32/sim_server/outlook_declarations.h"
 
@@ -36,10 +37,10 @@ std::vector<std::string> Sorted(std::vector<std::string> v) {
 class ComHostTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    HWND probe =
-        CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-    if (probe == nullptr) GTEST_SKIP() << "the add-in's windows need a display";
-    DestroyWindow(probe);
+    UniqueHWnd probe(
+        CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr));
+    if (!probe) GTEST_SKIP() << "the add-in's windows need a display";
+    probe.reset();
     CLSID clsid{};
     if (FAILED(CLSIDFromProgID(L"ZintraAddin.Connect", &clsid)) &&
         !getenv("ZINTRA_REQUIRE_ADDIN")) {

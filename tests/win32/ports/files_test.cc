@@ -5,8 +5,8 @@
 #include <string>
 
 #include "src/core/z_error.h"
+#include "win32/com/unique_handles.h"
 #include "win32/com/windows_api.h"
-#include "win32/ports/unique_handle.h"
 #include "win32/ports/win32_file_system.h"
 #include "win32/ports/win32_platform.h"
 
@@ -87,20 +87,20 @@ TEST_F(FilesTest, FailuresBecomeTheRunTimesFileErrors) {
   SetFileAttributesA(read_only.c_str(), FILE_ATTRIBUTE_READONLY);
   // Wine run by root lets anyone write a read-only file; the check needs a platform that
   // refuses.
-  UniqueHandle probe(CreateFileA(read_only.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                                 FILE_ATTRIBUTE_NORMAL, nullptr));
+  UniqueKernelHandle probe(CreateFileA(read_only.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                       FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!probe.valid()) {
     EXPECT_EQ(ErrorOf([&] { files_.WriteAll(read_only, "x"); }), kErrPathFileAccess);
     EXPECT_EQ(ErrorOf([&] { files_.Remove(read_only); }), kErrPathFileAccess);
     EXPECT_EQ(files_.ReadAll(read_only), "keep");
   }
-  probe.Reset();
+  probe.reset();
 
   const std::string locked = root_ + "\\locked.txt";
   files_.WriteAll(locked, "held");
   {
-    UniqueHandle holder(CreateFileA(locked.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+    UniqueKernelHandle holder(CreateFileA(locked.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
     ASSERT_TRUE(holder.valid());
     EXPECT_EQ(ErrorOf([&] { files_.ReadAll(locked); }), kErrPermissionDenied);
     EXPECT_EQ(ErrorOf([&] { files_.Append(locked, "x"); }), kErrPermissionDenied);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "src/core/z_error.h"
+#include "win32/com/unique_handles.h"
 #include "win32/ports/handles.h"
 #include "win32/ports/win32_dialog_views.h"
 #include "win32/ports/win32_form_factory.h"
@@ -33,10 +34,9 @@ std::string TextOf(HWND window) {
 class FormsTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    HWND probe =
-        CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-    if (probe == nullptr) GTEST_SKIP() << "top-level windows need a display";
-    DestroyWindow(probe);
+    UniqueHWnd probe(
+        CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr));
+    if (!probe) GTEST_SKIP() << "top-level windows need a display";
   }
 };
 using Win32FormsOnDesktop = FormsTest;
@@ -94,11 +94,11 @@ TEST_F(Win32FormsOnDesktop, TheTrayFormReportsTheShellsMouseMessagesInTwips) {
   Win32TrayView view;
   ICONINFO icon{};  // the product's own icon, at the small-icon size
   ASSERT_TRUE(GetIconInfo(ToHicon(view.IconHandle()), &icon));
+  UniqueGdiObject color(icon.hbmColor);  // copies made for the caller
+  UniqueGdiObject mask(icon.hbmMask);
   BITMAP bitmap{};
   GetObjectA(icon.hbmColor, sizeof(bitmap), &bitmap);
   EXPECT_EQ(bitmap.bmWidth, GetSystemMetrics(SM_CXSMICON));
-  DeleteObject(icon.hbmColor);
-  DeleteObject(icon.hbmMask);
   EXPECT_GT(view.ScaleXPerPixel(), 0.0f);
   std::vector<float> moves;
   Connection c = view.MouseMove.Connect([&](float x) { moves.push_back(x); });
@@ -126,7 +126,8 @@ TEST_F(Win32FormsOnDesktop, ThePopupMenuIsAControlArrayBuiltIntoAMenu) {
   EXPECT_EQ(ErrorOf([&] { menu.UnloadItem(0); }), 362);
   EXPECT_EQ(ErrorOf([&] { menu.SetCaption(9, "x"); }), kErrNoSuchElement);
 
-  HMENU built = menu.Build(0);
+  UniqueHMenu owned(menu.Build(0));
+  HMENU built = owned.get();
   ASSERT_NE(built, nullptr);
   EXPECT_EQ(GetMenuItemCount(built), 3) << "item 3 is not visible";
   char caption[64] = {};
@@ -135,7 +136,7 @@ TEST_F(Win32FormsOnDesktop, ThePopupMenuIsAControlArrayBuiltIntoAMenu) {
   EXPECT_NE(GetMenuState(built, 1, MF_BYPOSITION) & MF_SEPARATOR, 0u);
   EXPECT_NE(GetMenuState(built, 3, MF_BYCOMMAND) & MF_GRAYED, 0u);
   EXPECT_EQ(GetMenuDefaultItem(built, FALSE, 0), 1u);
-  DestroyMenu(built);
+  owned.reset();
 
   menu.UnloadItem(3);
   EXPECT_EQ(ErrorOf([&] { menu.SetVisible(3, true); }), kErrNoSuchElement);

@@ -7,6 +7,7 @@
 
 #include "src/core/z_error.h"
 #include "src/settings/mod_registry.h"
+#include "win32/com/unique_handles.h"
 #include "win32/com/windows_api.h"
 #include "win32/ports/win32_registry.h"
 
@@ -21,14 +22,14 @@ std::string Under(const std::string& path) { return std::string(kTestRoot) + "\\
 
 // Replaces the access list of HKCU\<path> with one written in SDDL.
 void SetAccessList(const std::string& path, const char* sddl) {
-  HKEY native = nullptr;
-  ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, WRITE_DAC, &native), ERROR_SUCCESS);
+  UniqueHKey native;
+  ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, WRITE_DAC, native.put()),
+            ERROR_SUCCESS);
   PSECURITY_DESCRIPTOR descriptor = nullptr;
   ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(sddl, SDDL_REVISION_1,
                                                                    &descriptor, nullptr));
-  EXPECT_EQ(RegSetKeySecurity(native, DACL_SECURITY_INFORMATION, descriptor), ERROR_SUCCESS);
+  EXPECT_EQ(RegSetKeySecurity(native.get(), DACL_SECURITY_INFORMATION, descriptor), ERROR_SUCCESS);
   LocalFree(descriptor);
-  RegCloseKey(native);
 }
 
 class RegistryTest : public ::testing::Test {

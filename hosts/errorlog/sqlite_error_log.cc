@@ -158,7 +158,12 @@ int64_t SqliteErrorLog::QueryInt(const char* sql) const {
 }
 
 void SqliteErrorLog::Close() {
-  if (db_ != nullptr) sqlite3_close_v2(db_);
+  if (db_ == nullptr) return;
+  // Back to a single file: the WAL is copied in and removed here rather than left to the
+  // last close, which keeps it (and its index) beside the log when a read-only reader
+  // closed last or the platform could not delete it at once.
+  sqlite3_exec(db_, "PRAGMA journal_mode = DELETE;", nullptr, nullptr, nullptr);
+  sqlite3_close_v2(db_);
   db_ = nullptr;
 }
 

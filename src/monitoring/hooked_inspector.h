@@ -18,6 +18,7 @@
 
 #include "src/core/event.h"
 #include "src/jobs/i_job.h"
+#include "src/outlook/zintra_bar_name.h"
 
 namespace zintra {
 
@@ -25,8 +26,6 @@ class ContactSearch;
 class InspMon;
 class Inspector;
 class MonitoringAddin;
-
-inline constexpr char kZintraBarName[] = "Zintra";
 
 class HookedInspector : public IJob, public std::enable_shared_from_this<HookedInspector> {
  public:

@@ -25,6 +25,7 @@
 #include <string>
 
 #include "src/core/event.h"
+#include "src/outlook/zintra_bar_name.h"
 
 namespace zintra {
 
@@ -36,7 +37,6 @@ class RegSettings;
 class ToolbarHelper;
 class ToolbarsAddin;
 
-inline constexpr char kZintraBarName[] = "Zintra";
 inline constexpr char kTagPhoneCall[] = "Zintra_PhoneCall";
 inline constexpr char kTagEmail[] = "Zintra_Email";
 inline constexpr char kTagFileLink[] = "Zintra_FileLink";

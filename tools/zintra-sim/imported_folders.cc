@@ -8,7 +8,7 @@ namespace zintra::simtool {
 
 namespace {
 
-std::string Key(const PersonSpec& p) { return text::LCase(PersonText(p)); }
+std::string FolderPersonKey(const PersonSpec& p) { return text::LCase(PersonText(p)); }
 
 void Settle(std::vector<FolderSpec>& folders, const PersonSpec& me, const std::string& path,
             std::vector<ItemSpec>& sent, std::vector<std::string>& other_contacts) {
@@ -17,7 +17,8 @@ void Settle(std::vector<FolderSpec>& folders, const PersonSpec& me, const std::s
     std::vector<ItemSpec> kept;
     for (ItemSpec& item : f.items) {
       item.source_line = 0;
-      bool mine = item.item_class != ItemClass::kContact && item.from && Key(*item.from) == Key(me);
+      bool mine = item.item_class != ItemClass::kContact && item.from &&
+                  FolderPersonKey(*item.from) == FolderPersonKey(me);
       (mine ? sent : kept).push_back(std::move(item));
     }
     std::stable_sort(kept.begin(), kept.end(),

@@ -78,7 +78,7 @@ std::vector<Source> Expand(const std::vector<std::string>& paths) {
   return files;
 }
 
-std::string Key(const PersonSpec& p) { return text::LCase(PersonText(p)); }
+std::string PersonKey(const PersonSpec& p) { return text::LCase(PersonText(p)); }
 
 // Exchange people whose SMTP address the items give, once each: the directory resolves
 // their Exchange addresses. Those given only by an Exchange address stay as they are.
@@ -209,7 +209,7 @@ ImportResult Import(const std::vector<std::string>& paths, const std::optional<P
     for (const ItemSpec* m : all_mails) {
       for (const auto* list : {&m->to, &m->cc}) {
         for (const PersonSpec& p : *list) {
-          auto& slot = seen[Key(p)];
+          auto& slot = seen[PersonKey(p)];
           ++slot.first;
           slot.second = p;
         }

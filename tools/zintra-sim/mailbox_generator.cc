@@ -10,7 +10,7 @@ namespace zintra::simtool {
 
 namespace {
 
-struct Person {
+struct GeneratedPerson {
   std::string name;
   std::vector<std::string> addresses;
 };
@@ -46,10 +46,10 @@ GeneratedMailbox GenerateMailbox(const std::filesystem::path& dir, int mails, in
   out.mails = mails;
 
   // One company in four has a shared domain: many contacts there.
-  std::vector<Person> people;
+  std::vector<GeneratedPerson> people;
   std::ofstream cards(dir / "contacts.vcf", std::ios::binary);
   for (int i = 0; i < contacts; ++i) {
-    Person p{"Contact " + std::to_string(i), {}};
+    GeneratedPerson p{"Contact " + std::to_string(i), {}};
     int company = i % 4 == 0 ? i % 97 : 1000 + i;
     p.addresses.push_back(Address("contact" + std::to_string(i), company));
     if (i % 3 == 0) p.addresses.push_back(Address("c" + std::to_string(i) + ".alt", company));
@@ -70,7 +70,7 @@ GeneratedMailbox GenerateMailbox(const std::filesystem::path& dir, int mails, in
     std::string date = DateBefore((mails - i) * (40000 / (mails + 1)) + 1);
     std::string from, to, cc, list;
     auto contact = [&] {
-      const Person& p = people[static_cast<size_t>(pick(contacts))];
+      const GeneratedPerson& p = people[static_cast<size_t>(pick(contacts))];
       return p.name + " <" +
              p.addresses[static_cast<size_t>(pick(static_cast<int>(p.addresses.size())))] + ">";
     };

@@ -79,7 +79,6 @@ class ComHost {
   const std::shared_ptr<sim::MessageRecord>& ann() const { return ann_; }
   const std::shared_ptr<sim::FolderRecord>& clients() const { return clients_; }
   const std::shared_ptr<sim::FolderRecord>& journal() const { return journal_; }
-  const std::shared_ptr<sim::FolderRecord>& clients() const { return clients_; }
   // Outlook's NameSpace of the profile, served through IDispatch.
   ComPtr<IDispatch> Session();
   int64_t LibraryObjectsCreated() const { return classes_ ? classes_->Created() : 0; }

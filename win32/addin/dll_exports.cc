@@ -1,5 +1,6 @@
 // The DLL's entry points: DllMain and the five functions COM and regsvr32 call
-// (InProcessServer runs them).
+// (in_process_exports.cc, run by InProcessServer): the classes served here and their
+// registration.
 //
 //   regsvr32 ZintraAddin.dll                 per user (DllRegisterServer)
 //   regsvr32 /n /i:machine ZintraAddin.dll   per machine (DllInstall only)
@@ -34,30 +35,12 @@ HRESULT Register(bool per_machine, bool install) {
   return install ? registration.Register(DllModule::Instance().Path()) : registration.Unregister();
 }
 
-const InProcessServer& Server() {
+}  // namespace
+
+const InProcessServer& zintra::win32::ThisServer() {
   static const InProcessServer server(
       {{&zintra::win32::kClsidConnect, &ConnectObject::Create},
        {&zintra::win32::kClsidWordLetterHandler, &WordLetterHandlerObject::Create}},
       &Register);
   return server;
-}
-
-}  // namespace
-
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserved*/) {
-  return InProcessServer::Main(instance, reason);
-}
-
-extern "C" HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
-  return Server().GetClassObject(clsid, iid, out);
-}
-
-extern "C" HRESULT STDAPICALLTYPE DllCanUnloadNow() { return InProcessServer::CanUnloadNow(); }
-
-extern "C" HRESULT STDAPICALLTYPE DllRegisterServer() { return Server().RegisterServer(); }
-
-extern "C" HRESULT STDAPICALLTYPE DllUnregisterServer() { return Server().UnregisterServer(); }
-
-extern "C" HRESULT STDAPICALLTYPE DllInstall(BOOL install, const wchar_t* command_line) {
-  return Server().Install(install, command_line);
 }

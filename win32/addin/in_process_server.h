@@ -1,6 +1,6 @@
 // InProcessServer: what the exported functions of each of our in-process servers
-// (ZintraAddin.dll, ZintraControls.ocx, Quillbar.dll) do, so that each file's entry
-// points only name its classes and its registration. Every body runs through
+// (ZintraAddin.dll, ZintraControls.ocx, Quillbar.dll) do, so that each DLL only names
+// its classes and its registration. Every body runs through
 // GuardCall, so no exception leaves the DLL.
 //
 //   DllGetClassObject     a ClassFactory for one of the served classes
@@ -43,5 +43,9 @@ class InProcessServer {
   std::vector<ServedClass> classes_;
   Registrar registrar_;
 };
+
+// The server of the DLL being linked: each DLL's own entry file defines it, and the
+// exported functions (in_process_exports.cc, compiled into each DLL) call it.
+const InProcessServer& ThisServer();
 
 }  // namespace zintra::win32

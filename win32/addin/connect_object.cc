@@ -73,7 +73,7 @@ int IntArg(const VARIANT* v) {
 
 }  // namespace
 
-ConnectObject::ConnectObject() = default;
+ConnectObject::ConnectObject() : LateBoundObject(ConnectMembers()) {}
 
 ConnectObject::~ConnectObject() {
   if (!host_) return;
@@ -109,45 +109,16 @@ std::shared_ptr<AddinHost> ConnectObject::RunningHost() {
   return newest;
 }
 
-HRESULT ConnectObject::QueryInterface(REFIID iid, void** out) {
-  if (!out) return E_POINTER;
-  if (iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(IDTExtensibility2Com)) {
-    *out = static_cast<IDTExtensibility2Com*>(this);
-    AddRef();
+void* ConnectObject::OtherInterface(REFIID iid) {
+  return iid == __uuidof(IDTExtensibility2Com) ? static_cast<IDTExtensibility2Com*>(this) : nullptr;
+}
+
+void ConnectObject::Destroy() {
+  // The add-in's tear-down runs here when Outlook releases it without disconnecting.
+  GuardCall("Connect.Release", nullptr, [this] {
+    delete this;
     return S_OK;
-  }
-  *out = nullptr;
-  return E_NOINTERFACE;
-}
-
-ULONG ConnectObject::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&refs_)); }
-
-ULONG ConnectObject::Release() {
-  LONG left = InterlockedDecrement(&refs_);
-  if (left == 0) {
-    // The add-in's tear-down runs here when Outlook releases it without disconnecting.
-    GuardCall("Connect.Release", nullptr, [this] {
-      delete this;
-      return S_OK;
-    });
-  }
-  return static_cast<ULONG>(left);
-}
-
-HRESULT ConnectObject::GetTypeInfoCount(UINT* count) {
-  if (!count) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-HRESULT ConnectObject::GetTypeInfo(UINT /*index*/, LCID /*lcid*/, ITypeInfo** info) {
-  if (info) *info = nullptr;
-  return E_NOTIMPL;
-}
-
-HRESULT ConnectObject::GetIDsOfNames(REFIID /*iid*/, LPOLESTR* names, UINT count, LCID /*lcid*/,
-                                     DISPID* ids) {
-  return ConnectMembers().GetIDsOfNames(names, count, ids);
+  });
 }
 
 HRESULT ConnectObject::Invoke(DISPID id, REFIID /*iid*/, LCID /*lcid*/, WORD flags,

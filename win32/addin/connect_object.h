@@ -22,6 +22,7 @@
 #include "win32/addin/dispatch_table.h"
 #include "win32/addin/dll_module.h"
 #include "win32/addin/idt_extensibility2_com.h"
+#include "win32/addin/late_bound_object.h"
 #include "win32/com/com_ptr.h"
 
 namespace zintra::win32 {
@@ -33,7 +34,7 @@ class AddinHost;
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
-class ConnectObject final : public IDTExtensibility2Com {
+class ConnectObject final : public LateBoundObject<ConnectObject, IDTExtensibility2Com> {
  public:
   // The class factory's creator.
   static HRESULT Create(REFIID iid, void** out);
@@ -41,15 +42,6 @@ class ConnectObject final : public IDTExtensibility2Com {
   // whose add-in is not quitting), or nullptr.
   static std::shared_ptr<AddinHost> RunningHost();
 
-  // IUnknown
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
-  ULONG STDMETHODCALLTYPE AddRef() override;
-  ULONG STDMETHODCALLTYPE Release() override;
-  // IDispatch (no type library)
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override;
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID lcid,
-                                          DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* params,
                                    VARIANT* result, EXCEPINFO* excepinfo, UINT* arg_error) override;
   // IDTExtensibility2
@@ -61,15 +53,19 @@ class ConnectObject final : public IDTExtensibility2Com {
   HRESULT STDMETHODCALLTYPE OnBeginShutdown(SAFEARRAY** custom) override;
 
  private:
+  friend LateBoundObject;
+
   ConnectObject();
   ~ConnectObject();
+
+  void* OtherInterface(REFIID iid);
+  void Destroy();
 
   // Composes the add-in host on first use; throws what the composition throws.
   AddinHost& Host();
   void PublishLetterHandler(const ComPtr<IDispatch>& add_in_inst);
   HRESULT InvokeMember(DISPID id, const DispatchTable::Args& args);
 
-  LONG refs_ = 1;
   ModuleObjectCount count_;
   std::shared_ptr<AddinHost> host_;
 };

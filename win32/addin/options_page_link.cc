@@ -13,7 +13,7 @@ namespace {
 constexpr DISPID kDispIdSettingsSaved = 1;
 constexpr DISPID kDispIdScanAll = 2;
 
-const DispatchTable& Members() {
+const DispatchTable& OptionsPageLinkMembers() {
   static const DispatchTable table{{L"SettingsSaved", kDispIdSettingsSaved},
                                    {L"ScanAll", kDispIdScanAll}};
   return table;
@@ -21,43 +21,11 @@ const DispatchTable& Members() {
 
 }  // namespace
 
+OptionsPageLink::OptionsPageLink(std::weak_ptr<ZintraAddinApp> app)
+    : LateBoundObject(OptionsPageLinkMembers()), app_(std::move(app)) {}
+
 ComPtr<IDispatch> OptionsPageLink::Create(const std::shared_ptr<ZintraAddinApp>& app) {
   return ComPtr<IDispatch>::Attach(new OptionsPageLink(app));
-}
-
-HRESULT OptionsPageLink::QueryInterface(REFIID iid, void** out) {
-  if (!out) return E_POINTER;
-  if (iid == IID_IUnknown || iid == IID_IDispatch) {
-    *out = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  *out = nullptr;
-  return E_NOINTERFACE;
-}
-
-ULONG OptionsPageLink::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&refs_)); }
-
-ULONG OptionsPageLink::Release() {
-  LONG left = InterlockedDecrement(&refs_);
-  if (left == 0) delete this;
-  return static_cast<ULONG>(left);
-}
-
-HRESULT OptionsPageLink::GetTypeInfoCount(UINT* count) {
-  if (!count) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-HRESULT OptionsPageLink::GetTypeInfo(UINT /*index*/, LCID /*lcid*/, ITypeInfo** info) {
-  if (info) *info = nullptr;
-  return E_NOTIMPL;
-}
-
-HRESULT OptionsPageLink::GetIDsOfNames(REFIID /*iid*/, LPOLESTR* names, UINT count, LCID /*lcid*/,
-                                       DISPID* ids) {
-  return Members().GetIDsOfNames(names, count, ids);
 }
 
 HRESULT OptionsPageLink::Invoke(DISPID id, REFIID /*iid*/, LCID /*lcid*/, WORD flags,

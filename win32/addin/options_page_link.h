@@ -17,6 +17,7 @@
 #include <memory>
 
 #include "win32/addin/dll_module.h"
+#include "win32/addin/late_bound_object.h"
 #include "win32/com/com_ptr.h"
 #include "win32/com/windows_api.h"
 
@@ -30,28 +31,22 @@ namespace zintra::win32 {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
-class OptionsPageLink final : public IDispatch {
+class OptionsPageLink final : public LateBoundObject<OptionsPageLink, IDispatch> {
  public:
   static ComPtr<IDispatch> Create(const std::shared_ptr<ZintraAddinApp>& app);
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
-  ULONG STDMETHODCALLTYPE AddRef() override;
-  ULONG STDMETHODCALLTYPE Release() override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override;
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID lcid,
-                                          DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* params,
                                    VARIANT* result, EXCEPINFO* excepinfo, UINT* arg_error) override;
 
  private:
-  explicit OptionsPageLink(std::weak_ptr<ZintraAddinApp> app) : app_(std::move(app)) {}
+  friend LateBoundObject;
+
+  explicit OptionsPageLink(std::weak_ptr<ZintraAddinApp> app);
   ~OptionsPageLink() = default;
 
   void SettingsSaved();
   void ScanAll(bool stop_when_found);
 
-  LONG refs_ = 1;
   ModuleObjectCount count_;
   std::weak_ptr<ZintraAddinApp> app_;
 };

@@ -50,6 +50,8 @@ ComPtr<IDispatch> HandlerInOutlook() {
 
 }  // namespace
 
+WordLetterHandlerObject::WordLetterHandlerObject() : LateBoundObject(LetterHandlerMembers()) {}
+
 HRESULT WordLetterHandlerObject::Create(REFIID iid, void** out) {
   WordLetterHandlerObject* object = new WordLetterHandlerObject();
   HRESULT hr = object->QueryInterface(iid, out);
@@ -59,41 +61,6 @@ HRESULT WordLetterHandlerObject::Create(REFIID iid, void** out) {
 
 ComPtr<IDispatch> WordLetterHandlerObject::CreateDispatch() {
   return ComPtr<IDispatch>::Attach(new WordLetterHandlerObject());
-}
-
-HRESULT WordLetterHandlerObject::QueryInterface(REFIID iid, void** out) {
-  if (!out) return E_POINTER;
-  if (iid == IID_IUnknown || iid == IID_IDispatch) {
-    *out = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  *out = nullptr;
-  return E_NOINTERFACE;
-}
-
-ULONG WordLetterHandlerObject::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&refs_)); }
-
-ULONG WordLetterHandlerObject::Release() {
-  LONG left = InterlockedDecrement(&refs_);
-  if (left == 0) delete this;
-  return static_cast<ULONG>(left);
-}
-
-HRESULT WordLetterHandlerObject::GetTypeInfoCount(UINT* count) {
-  if (!count) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-HRESULT WordLetterHandlerObject::GetTypeInfo(UINT /*index*/, LCID /*lcid*/, ITypeInfo** info) {
-  if (info) *info = nullptr;
-  return E_NOTIMPL;
-}
-
-HRESULT WordLetterHandlerObject::GetIDsOfNames(REFIID /*iid*/, LPOLESTR* names, UINT count,
-                                               LCID /*lcid*/, DISPID* ids) {
-  return LetterHandlerMembers().GetIDsOfNames(names, count, ids);
 }
 
 HRESULT WordLetterHandlerObject::Invoke(DISPID id, REFIID /*iid*/, LCID /*lcid*/, WORD flags,

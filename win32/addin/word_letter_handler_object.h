@@ -15,6 +15,7 @@
 
 #include "win32/addin/dispatch_table.h"
 #include "win32/addin/dll_module.h"
+#include "win32/addin/late_bound_object.h"
 #include "win32/com/com_ptr.h"
 #include "win32/com/windows_api.h"
 
@@ -27,21 +28,12 @@ inline constexpr DISPID kDispIdLogDocument = 1;
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
-class WordLetterHandlerObject final : public IDispatch {
+class WordLetterHandlerObject final : public LateBoundObject<WordLetterHandlerObject, IDispatch> {
  public:
   // The class factory's creator.
   static HRESULT Create(REFIID iid, void** out);
   static ComPtr<IDispatch> CreateDispatch();
 
-  // IUnknown
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
-  ULONG STDMETHODCALLTYPE AddRef() override;
-  ULONG STDMETHODCALLTYPE Release() override;
-  // IDispatch (no type library)
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override;
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID lcid,
-                                          DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* params,
                                    VARIANT* result, EXCEPINFO* excepinfo, UINT* arg_error) override;
 
@@ -49,10 +41,11 @@ class WordLetterHandlerObject final : public IDispatch {
   void LogDocument(const ComPtr<IDispatch>& document);
 
  private:
-  WordLetterHandlerObject() = default;
+  friend LateBoundObject;
+
+  WordLetterHandlerObject();
   ~WordLetterHandlerObject() = default;
 
-  LONG refs_ = 1;
   ModuleObjectCount count_;
 };
 #if defined(__GNUC__)

@@ -20,7 +20,7 @@ namespace {
 
 constexpr DISPID kDispidInitialize = 1;
 
-const DispatchTable& Members() {
+const DispatchTable& PageControlMembers() {
   static const DispatchTable table{{L"Initialize", kDispidInitialize},
                                    {L"GetPageInfo", kDispidGetPageInfo},
                                    {L"Dirty", kDispidDirty},
@@ -34,7 +34,8 @@ constexpr int32_t kStrNotSaved = 2748;
 }  // namespace
 
 OptionsPageControl::OptionsPageControl()
-    : strings_(StringTable::ForUserInterface(platform_)),
+    : LateBoundObject(PageControlMembers()),
+      strings_(StringTable::ForUserInterface(platform_)),
       settings_(registry_, files_, platform_) {}
 
 OptionsPageControl::~OptionsPageControl() { view_.reset(); }
@@ -46,49 +47,18 @@ HRESULT OptionsPageControl::Create(REFIID iid, void** out) {
   return hr;
 }
 
-HRESULT OptionsPageControl::QueryInterface(REFIID iid, void** out) {
-  if (!out) return E_POINTER;
-  *out = nullptr;
-  if (iid == IID_IUnknown || iid == IID_IDispatch || iid == kIidPropertyPage) {
-    *out = static_cast<PropertyPageCom*>(this);
-  } else if (iid == IID_IOleObject) {
-    *out = static_cast<IOleObject*>(this);
-  } else if (iid == IID_IOleInPlaceObject || iid == IID_IOleWindow) {
-    *out = static_cast<IOleInPlaceObject*>(this);
-  } else if (iid == IID_IOleInPlaceActiveObject) {
-    *out = static_cast<IOleInPlaceActiveObject*>(this);
-  } else if (iid == IID_IOleControl) {
-    *out = static_cast<IOleControl*>(this);
-  } else if (iid == IID_IPersistStreamInit || iid == IID_IPersist) {
-    *out = static_cast<IPersistStreamInit*>(this);
-  } else {
-    return E_NOINTERFACE;
+void* OptionsPageControl::OtherInterface(REFIID iid) {
+  if (iid == kIidPropertyPage) return static_cast<PropertyPageCom*>(this);
+  if (iid == IID_IOleObject) return static_cast<IOleObject*>(this);
+  if (iid == IID_IOleInPlaceObject || iid == IID_IOleWindow) {
+    return static_cast<IOleInPlaceObject*>(this);
   }
-  AddRef();
-  return S_OK;
-}
-
-ULONG OptionsPageControl::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&refs_)); }
-
-ULONG OptionsPageControl::Release() {
-  LONG left = InterlockedDecrement(&refs_);
-  if (left == 0) delete this;
-  return static_cast<ULONG>(left);
-}
-
-HRESULT OptionsPageControl::GetTypeInfoCount(UINT* count) {
-  if (!count) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-HRESULT OptionsPageControl::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-  if (info) *info = nullptr;
-  return E_NOTIMPL;
-}
-
-HRESULT OptionsPageControl::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
-  return Members().GetIDsOfNames(names, count, ids);
+  if (iid == IID_IOleInPlaceActiveObject) return static_cast<IOleInPlaceActiveObject*>(this);
+  if (iid == IID_IOleControl) return static_cast<IOleControl*>(this);
+  if (iid == IID_IPersistStreamInit || iid == IID_IPersist) {
+    return static_cast<IPersistStreamInit*>(this);
+  }
+  return nullptr;
 }
 
 HRESULT OptionsPageControl::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params,
@@ -255,8 +225,8 @@ HRESULT OptionsPageControl::DoVerb(LONG verb, LPMSG, IOleClientSite* site, LONG,
       RECT pos{}, clip{};
       OLEINPLACEFRAMEINFO info{};
       info.cb = sizeof(info);
-      if (SUCCEEDED(in_place_site_->GetWindowContext(frame.Put(), document.Put(), &pos, &clip,
-                                                     &info))) {
+      if (SUCCEEDED(
+              in_place_site_->GetWindowContext(frame.Put(), document.Put(), &pos, &clip, &info))) {
         if (pos.right > pos.left) where = pos;
       }
     } else {

@@ -19,6 +19,7 @@
 #include "src/resources/string_table.h"
 #include "src/settings/reg_settings.h"
 #include "win32/addin/dll_module.h"
+#include "win32/addin/late_bound_object.h"
 #include "win32/com/com_ptr.h"
 #include "win32/controls/options_page_view.h"
 #include "win32/controls/property_page_com.h"
@@ -37,24 +38,12 @@ inline constexpr wchar_t kOptionsPageProgIdW[] = L"ZintraControls.OutlookPropert
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
-class OptionsPageControl final : public PropertyPageCom,
-                                 public IOleObject,
-                                 public IOleInPlaceObject,
-                                 public IOleInPlaceActiveObject,
-                                 public IOleControl,
-                                 public IPersistStreamInit {
+class OptionsPageControl final
+    : public LateBoundObject<OptionsPageControl, PropertyPageCom, IOleObject, IOleInPlaceObject,
+                             IOleInPlaceActiveObject, IOleControl, IPersistStreamInit> {
  public:
   static HRESULT Create(REFIID iid, void** out);
 
-  // IUnknown
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
-  ULONG STDMETHODCALLTYPE AddRef() override;
-  ULONG STDMETHODCALLTYPE Release() override;
-  // IDispatch (no type library)
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override;
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
-                                          DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params,
                                    VARIANT* result, EXCEPINFO* excepinfo, UINT* arg_error) override;
   // PropertyPage
@@ -114,8 +103,12 @@ class OptionsPageControl final : public PropertyPageCom,
   HRESULT STDMETHODCALLTYPE InitNew() override { return S_OK; }
 
  private:
+  friend LateBoundObject;
+
   OptionsPageControl();
   ~OptionsPageControl();
+
+  void* OtherInterface(REFIID iid);
 
   // Creates the view in `parent`; reads the settings and the profile's folders first.
   HRESULT Activate(HWND parent, const RECT& position);
@@ -126,7 +119,6 @@ class OptionsPageControl final : public PropertyPageCom,
   // Asks the add-in (when one handed itself over) to call `member` with `args`.
   void TellAddin(const wchar_t* member, std::vector<VARIANT> args) const;
 
-  LONG refs_ = 1;
   ModuleObjectCount count_;
   Win32Registry registry_;
   Win32FileSystem files_;

@@ -20,7 +20,7 @@ namespace id = toolbar_helper_dispid;
 
 namespace {
 
-const DispatchTable& Members() {
+const DispatchTable& ToolbarHelperMembers() {
   static const DispatchTable table{{L"Initialize", id::kInitialize},
                                    {L"DeclareBar", id::kDeclareBar},
                                    {L"DeclareButton", id::kDeclareButton}};
@@ -61,7 +61,8 @@ HRESULT ToolbarHelperObject::Create(REFIID iid, void** out) {
 }
 
 ToolbarHelperObject::ToolbarHelperObject()
-    : events_(this, kToolbarHelperEventsIid),
+    : LateBoundObject(ToolbarHelperMembers()),
+      events_(this, kToolbarHelperEventsIid),
       helper_(std::make_shared<hosts::WindowToolbarHelper>(/*tags_per_window=*/true)) {
   connections_.push_back(helper_->BarCreated.Connect([this](std::shared_ptr<CommandBar> bar) {
     Fire(id::kBarCreated, {ObjectBehind(bar.get())});
@@ -91,42 +92,9 @@ ToolbarHelperObject::~ToolbarHelperObject() {
   helper_.reset();
 }
 
-HRESULT ToolbarHelperObject::QueryInterface(REFIID iid, void** out) {
-  if (!out) return E_POINTER;
-  if (iid == IID_IUnknown || iid == IID_IDispatch) {
-    *out = static_cast<IDispatch*>(this);
-  } else if (iid == IID_IConnectionPointContainer) {
-    *out = static_cast<IConnectionPointContainer*>(this);
-  } else {
-    *out = nullptr;
-    return E_NOINTERFACE;
-  }
-  AddRef();
-  return S_OK;
-}
-
-ULONG ToolbarHelperObject::AddRef() { return static_cast<ULONG>(InterlockedIncrement(&refs_)); }
-
-ULONG ToolbarHelperObject::Release() {
-  LONG left = InterlockedDecrement(&refs_);
-  if (left == 0) delete this;
-  return static_cast<ULONG>(left);
-}
-
-HRESULT ToolbarHelperObject::GetTypeInfoCount(UINT* count) {
-  if (!count) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-HRESULT ToolbarHelperObject::GetTypeInfo(UINT /*index*/, LCID /*lcid*/, ITypeInfo** info) {
-  if (info) *info = nullptr;
-  return E_NOTIMPL;
-}
-
-HRESULT ToolbarHelperObject::GetIDsOfNames(REFIID /*iid*/, LPOLESTR* names, UINT count,
-                                           LCID /*lcid*/, DISPID* ids) {
-  return Members().GetIDsOfNames(names, count, ids);
+void* ToolbarHelperObject::OtherInterface(REFIID iid) {
+  return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(this)
+                                              : nullptr;
 }
 
 HRESULT ToolbarHelperObject::Invoke(DISPID dispid, REFIID /*iid*/, LCID /*lcid*/, WORD flags,

@@ -22,6 +22,7 @@
 
 #include "hosts/toolbars/window_toolbar_helper.h"
 #include "win32/addin/dll_module.h"
+#include "win32/addin/late_bound_object.h"
 #include "win32/com/connection_point.h"
 #include "win32/com/windows_api.h"
 
@@ -50,20 +51,12 @@ inline constexpr DISPID kButtonClicked = 5;
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
-class ToolbarHelperObject final : public IDispatch, public IConnectionPointContainer {
+class ToolbarHelperObject final
+    : public LateBoundObject<ToolbarHelperObject, IDispatch, IConnectionPointContainer> {
  public:
   // The class factory's creator.
   static HRESULT Create(REFIID iid, void** out);
 
-  // IUnknown
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override;
-  ULONG STDMETHODCALLTYPE AddRef() override;
-  ULONG STDMETHODCALLTYPE Release() override;
-  // IDispatch (no type library)
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override;
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID lcid,
-                                          DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* params,
                                    VARIANT* result, EXCEPINFO* excepinfo, UINT* arg_error) override;
   // IConnectionPointContainer
@@ -71,14 +64,17 @@ class ToolbarHelperObject final : public IDispatch, public IConnectionPointConta
   HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** out) override;
 
  private:
+  friend LateBoundObject;
+
   ToolbarHelperObject();
   ~ToolbarHelperObject();
+
+  void* OtherInterface(REFIID iid);
 
   HRESULT Call(DISPID id, const DISPPARAMS* params);
   // Raises one event on every advised sink; a sink's failure is its own affair.
   void Fire(DISPID id, std::vector<ComPtr<IDispatch>> args);
 
-  LONG refs_ = 1;
   ModuleObjectCount count_;
   ConnectionPoint events_;
   std::shared_ptr<hosts::WindowToolbarHelper> helper_;

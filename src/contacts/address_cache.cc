@@ -102,8 +102,7 @@ uint32_t AddressCache::Store(const Key& key) {
     block_bytes_ += block_size_;
     block_used_ = 0;
   }
-  const auto where =
-      static_cast<uint32_t>(((blocks_.size() - 1) << kBlockBits) | block_used_);
+  const auto where = static_cast<uint32_t>(((blocks_.size() - 1) << kBlockBits) | block_used_);
   std::memcpy(blocks_.back().get() + block_used_, key.data, key.length);
   block_used_ += key.length;
   return where;

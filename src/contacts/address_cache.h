@@ -49,9 +49,9 @@ class AddressCache {
 
  private:
   struct Slot {
-    uint32_t tag = 0;     // the upper half of the key's hash
-    uint32_t where = 0;   // block index << kBlockBits | offset in the block
-    uint32_t length = 0;  // bytes of the key
+    uint32_t tag = 0;      // the upper half of the key's hash
+    uint32_t where = 0;    // block index << kBlockBits | offset in the block
+    uint32_t length = 0;   // bytes of the key
     uint32_t id = kEmpty;  // index into entry_ids_, or kEmpty / kDeleted
   };
   static constexpr uint32_t kEmpty = UINT32_MAX;
@@ -81,9 +81,9 @@ class AddressCache {
   size_t count_ = 0;
   size_t deleted_ = 0;
   std::vector<std::unique_ptr<char[]>> blocks_;
-  size_t block_size_ = 0;           // bytes of the last block
-  size_t block_used_ = 0;           // bytes used of the last block
-  size_t block_bytes_ = 0;          // bytes allocated in blocks
+  size_t block_size_ = 0;   // bytes of the last block
+  size_t block_used_ = 0;   // bytes used of the last block
+  size_t block_bytes_ = 0;  // bytes allocated in blocks
   // Entry identifiers by number; a contact's addresses arrive together, so the last
   // one interned is reused.
   std::vector<std::string> entry_ids_;

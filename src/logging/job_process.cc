@@ -1,11 +1,11 @@
 #include "src/logging/job_process.h"
 
 #include "src/contacts/contact_search.h"
-#include "src/host/mapi_safe_item.h"
 #include "src/core/text.h"
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
 #include "src/errors/programming_error.h"
+#include "src/host/mapi_safe_item.h"
 #include "src/host/mapi_session.h"
 #include "src/host/outlook_application.h"
 #include "src/host/outlook_constants.h"

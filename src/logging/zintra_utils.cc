@@ -159,8 +159,7 @@ bool ZintraUtils::OptionalMsgBox(int32_t DialogIdx, const std::string& Message,
   return host_.optional_messages->OptionalMsgBox(DialogIdx, Message, Caption, OwnerForm);
 }
 
-std::shared_ptr<AddressEntry> ZintraUtils::CurrentUser(
-    const std::shared_ptr<RdoSession>& session) {
+std::shared_ptr<AddressEntry> ZintraUtils::CurrentUser(const std::shared_ptr<RdoSession>& session) {
   if (!session) return nullptr;
   if (current_user_.entry && current_user_.session.lock() == session) return current_user_.entry;
   current_user_ = CurrentUserFacts{};

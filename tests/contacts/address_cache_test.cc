@@ -63,7 +63,8 @@ TEST(AddressCacheTest, FirstContactKeepsAnAddressThroughGrowthAndRemoval) {
   EXPECT_FALSE(cache.AddAddress("a17@X.example", "other"));
 
   // Removed addresses are gone, the others stay, and a removed one can come back.
-  for (int i = 0; i < 5000; i += 3) EXPECT_TRUE(cache.Remove("a" + std::to_string(i) + "@x.example"));
+  for (int i = 0; i < 5000; i += 3)
+    EXPECT_TRUE(cache.Remove("a" + std::to_string(i) + "@x.example"));
   EXPECT_FALSE(cache.Remove("a0@x.example"));
   EXPECT_EQ(cache.Find("a3@x.example"), nullptr);
   EXPECT_EQ(*cache.Find("a4@x.example"), "ID4");

@@ -21,8 +21,8 @@ class SimOutlook;
 namespace zintra::simtool {
 
 struct ShownMessage {
-  std::string kind;     // "box" (a message box), "optional" (with "Do not show this message
-                        // again"), "form" (the error message form)
+  std::string kind;  // "box" (a message box), "optional" (with "Do not show this message
+                     // again"), "form" (the error message form)
   std::string text;
   std::string title;
   std::string buttons;  // "ok", "ok-cancel", "abort-retry-ignore", "yes-no-cancel", "yes-no",
@@ -31,12 +31,12 @@ struct ShownMessage {
   std::string answer;   // the button pressed ("ok", "yes", ...), "close" for the close box
   bool ticked = false;  // optional: the check box as the user left it
   int64_t order = 0;
-  int32_t dialog = 0;   // optional: the dialog number the add-in showed it under
+  int32_t dialog = 0;  // optional: the dialog number the add-in showed it under
 };
 
 struct HostRecord {
-  std::vector<ShownMessage> messages;     // in the order shown
-  std::vector<hosts::ErrorLogRow> errors;   // every error-log row, oldest first
+  std::vector<ShownMessage> messages;        // in the order shown
+  std::vector<hosts::ErrorLogRow> errors;    // every error-log row, oldest first
   std::vector<std::string> error_log_paths;  // each log's path as the add-in names it
   // The files the expectations name, as the simulated disk holds them (nullopt: absent).
   std::map<std::string, std::optional<std::string>> files;

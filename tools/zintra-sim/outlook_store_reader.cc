@@ -378,8 +378,8 @@ void ReadItems(const Reader& r, libpff_item_t* folder, StoreWalk& w, FolderSpec*
 }
 
 // Reads the subfolders of `folder` into `into`; `top`: they are the store's top folders.
-void ReadFolders(const Reader& r, libpff_item_t* folder, StoreWalk& w, std::vector<FolderSpec>& into,
-                 bool top, int depth) {
+void ReadFolders(const Reader& r, libpff_item_t* folder, StoreWalk& w,
+                 std::vector<FolderSpec>& into, bool top, int depth) {
   if (depth > 64) return;  // a store's folders are not nested deeper; a damaged one may loop
   libpff_error_t* error = nullptr;
   int subfolders = 0;

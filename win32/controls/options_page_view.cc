@@ -56,7 +56,8 @@ void SelectComboData(HWND combo, LRESULT data) {
   SendMessageW(combo, CB_SETCURSEL, 0, 0);
 }
 
-void AddString(HWND control, UINT message, const std::string& text, LRESULT data, UINT data_message) {
+void AddString(HWND control, UINT message, const std::string& text, LRESULT data,
+               UINT data_message) {
   std::wstring wide = Widen(text);
   LRESULT at = SendMessageW(control, message, 0, reinterpret_cast<LPARAM>(wide.c_str()));
   if (at >= 0) SendMessageW(control, data_message, static_cast<WPARAM>(at), data);
@@ -66,9 +67,9 @@ void AddString(HWND control, UINT message, const std::string& text, LRESULT data
 // module, so that it goes with the module rather than outliving it in the process.
 HINSTANCE PageModule() {
   HMODULE module = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                         GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCWSTR>(reinterpret_cast<void*>(&PageModule)), &module);
+  GetModuleHandleExW(
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+      reinterpret_cast<LPCWSTR>(reinterpret_cast<void*>(&PageModule)), &module);
   return module;
 }
 
@@ -147,12 +148,12 @@ LRESULT OptionsPageView::Handle(UINT message, WPARAM w, LPARAM l) {
   }
 }
 
-HWND OptionsPageView::Add(int tab, const wchar_t* kind, const std::string& text, DWORD style,
-                          int x, int y, int width, int height) {
+HWND OptionsPageView::Add(int tab, const wchar_t* kind, const std::string& text, DWORD style, int x,
+                          int y, int width, int height) {
   int id = kFirstId + static_cast<int>(children_.size());
-  HWND control = CreateWindowExW(0, kind, Widen(text).c_str(), WS_CHILD | style, x, y, width,
-                                 height, window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                                 PageModule(), nullptr);
+  HWND control =
+      CreateWindowExW(0, kind, Widen(text).c_str(), WS_CHILD | style, x, y, width, height, window_,
+                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), PageModule(), nullptr);
   if (font_) SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
   children_.emplace_back(tab, control);
   return control;
@@ -161,9 +162,9 @@ HWND OptionsPageView::Add(int tab, const wchar_t* kind, const std::string& text,
 void OptionsPageView::Build() {
   RECT client{};
   GetClientRect(window_, &client);
-  tabs_ = CreateWindowExW(0, WC_TABCONTROLW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, 4, 4,
-                          client.right - 8, client.bottom - 8, window_, nullptr,
-                          PageModule(), nullptr);
+  tabs_ =
+      CreateWindowExW(0, WC_TABCONTROLW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, 4, 4,
+                      client.right - 8, client.bottom - 8, window_, nullptr, PageModule(), nullptr);
   if (font_) SendMessageW(tabs_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
   const int32_t tab_labels[kPageTabCount] = {2700, 2701, 2702, 2703};
   for (int i = 0; i < kPageTabCount; ++i) {
@@ -199,10 +200,10 @@ void OptionsPageView::Build() {
     set_combos_[r] = Add(t0, L"COMBOBOX", "", drop, kLeft + 112, top, kWidth - 112, 300);
     locked_.push_back(set_combos_[r]);
   }
-  set_routed_ = Add(t0, L"BUTTON", Text(2137), check, kLeft, next(PageTab::kFolderSets, kRow),
-                    kWidth, 18);
-  set_personal_ = Add(t0, L"BUTTON", Text(2139), check, kLeft, next(PageTab::kFolderSets, kRow),
-                      kWidth, 18);
+  set_routed_ =
+      Add(t0, L"BUTTON", Text(2137), check, kLeft, next(PageTab::kFolderSets, kRow), kWidth, 18);
+  set_personal_ =
+      Add(t0, L"BUTTON", Text(2139), check, kLeft, next(PageTab::kFolderSets, kRow), kWidth, 18);
   locked_.insert(locked_.end(), {set_routed_, set_personal_});
 
   // Monitoring.
@@ -210,7 +211,8 @@ void OptionsPageView::Build() {
   top = next(PageTab::kMonitoring, 28);
   Add(t1, L"STATIC", Text(2751), 0, kLeft, top + 3, 70, 18);
   method_ = Add(t1, L"COMBOBOX", "", drop, kLeft + 72, top, kWidth - 72, 200);
-  for (const auto& m : kMethods) AddString(method_, CB_ADDSTRING, Text(m.label), m.value, CB_SETITEMDATA);
+  for (const auto& m : kMethods)
+    AddString(method_, CB_ADDSTRING, Text(m.label), m.value, CB_SETITEMDATA);
   locked_.push_back(method_);
   Add(t1, L"STATIC", Text(2750), 0, kLeft, next(PageTab::kMonitoring, 18), kWidth, 18);
   top = next(PageTab::kMonitoring, 62);
@@ -225,8 +227,8 @@ void OptionsPageView::Build() {
   for (int id = kItemTypeFirst; id <= kItemTypeLast; ++id) {
     AddString(item_types_, LB_ADDSTRING, Text(id), 1 << (id - 134), LB_SETITEMDATA);
   }
-  locked_.insert(locked_.end(),
-                 {monitored_list_, monitored_remove_, monitored_pick_, monitored_add_, item_types_});
+  locked_.insert(locked_.end(), {monitored_list_, monitored_remove_, monitored_pick_,
+                                 monitored_add_, item_types_});
 
   // Logging.
   categories_ = nullptr;
@@ -245,8 +247,8 @@ void OptionsPageView::Build() {
   for (const NumberField& field : NumberFields()) {
     top = next(field.tab, 24);
     Add(static_cast<int>(field.tab), L"STATIC", Text(field.label), 0, kLeft, top + 3, 260, 18);
-    HWND box = Add(static_cast<int>(field.tab), L"EDIT", "", edit | ES_RIGHT, kLeft + 262, top,
-                   80, 20);
+    HWND box =
+        Add(static_cast<int>(field.tab), L"EDIT", "", edit | ES_RIGHT, kLeft + 262, top, 80, 20);
     numbers_.push_back(box);
     if (field.small != &RegSettings::LogMaxSizeKB) locked_.push_back(box);
   }
@@ -260,7 +262,8 @@ void OptionsPageView::Build() {
   top = next(PageTab::kAdvanced, 26);
   Add(t3, L"STATIC", Text(2739), 0, kLeft, top + 3, 120, 18);
   log_level_ = Add(t3, L"COMBOBOX", "", drop, kLeft + 122, top, 200, 200);
-  for (const auto& l : kLevels) AddString(log_level_, CB_ADDSTRING, Text(l.label), l.value, CB_SETITEMDATA);
+  for (const auto& l : kLevels)
+    AddString(log_level_, CB_ADDSTRING, Text(l.label), l.value, CB_SETITEMDATA);
   top = next(PageTab::kAdvanced, 26);
   Add(t3, L"STATIC", Text(2740), 0, kLeft, top + 3, 120, 18);
   log_path_ = Add(t3, L"EDIT", "", edit, kLeft + 122, top, kWidth - 122, 20);
@@ -319,7 +322,8 @@ void OptionsPageView::Show(const RegSettings& settings) {
 
   const bool fixed = settings.UsingEnterpriseSettings;
   for (HWND control : locked_) EnableWindow(control, !fixed);
-  EnableWindow(opt_out_, !settings.EnterpriseSettingsPath().empty() && settings.AllowLocalOverride());
+  EnableWindow(opt_out_,
+               !settings.EnterpriseSettingsPath().empty() && settings.AllowLocalOverride());
   SetWindowTextW(policy_note_, fixed ? Widen(Text(2744)).c_str() : L"");
   filling_ = false;
 }
@@ -330,7 +334,8 @@ void OptionsPageView::RefreshSetList() {
     std::string path = PathOf(folders_, row[SetRole::kContact]);
     AddString(set_list_, LB_ADDSTRING, path.empty() ? Text(2712) : path, 0, LB_SETITEMDATA);
   }
-  if (current_set_ >= 0) SendMessageW(set_list_, LB_SETCURSEL, static_cast<WPARAM>(current_set_), 0);
+  if (current_set_ >= 0)
+    SendMessageW(set_list_, LB_SETCURSEL, static_cast<WPARAM>(current_set_), 0);
 }
 
 void OptionsPageView::RefreshMonitoredList() {
@@ -353,7 +358,8 @@ void OptionsPageView::ShowSet(int index) {
     if (index >= 0) {
       const FolderRef& ref = sets_[static_cast<size_t>(index)].folders[static_cast<size_t>(r)];
       for (size_t i = 0; i < folders_.size(); ++i) {
-        if (!ref.empty() && folders_[i].ref.entry_id == ref.entry_id) data = static_cast<LRESULT>(i);
+        if (!ref.empty() && folders_[i].ref.entry_id == ref.entry_id)
+          data = static_cast<LRESULT>(i);
       }
     }
     SelectComboData(set_combos_[r], data);
@@ -400,7 +406,8 @@ void OptionsPageView::OnCommand(int id, int code) {
     edited = true;
   } else if (code == CBN_SELCHANGE && current_set_ >= 0 &&
              (control == set_combos_[0] || control == set_combos_[1] || control == set_combos_[2] ||
-              control == set_combos_[3] || control == set_combos_[4] || control == set_combos_[5])) {
+              control == set_combos_[3] || control == set_combos_[4] ||
+              control == set_combos_[5])) {
     for (int r = 0; r < kSetRoleCount; ++r) {
       if (set_combos_[r] != control) continue;
       LRESULT data = ComboData(control);
@@ -439,7 +446,8 @@ void OptionsPageView::OnCommand(int id, int code) {
     int32_t mask = 0;
     for (int i = 0; i <= kItemTypeLast - kItemTypeFirst; ++i) {
       if (SendMessageW(item_types_, LB_GETSEL, static_cast<WPARAM>(i), 0) > 0) {
-        mask |= static_cast<int32_t>(SendMessageW(item_types_, LB_GETITEMDATA, static_cast<WPARAM>(i), 0));
+        mask |= static_cast<int32_t>(
+            SendMessageW(item_types_, LB_GETITEMDATA, static_cast<WPARAM>(i), 0));
       }
     }
     monitored_[static_cast<size_t>(current_monitored_)].item_types = mask;
@@ -457,14 +465,13 @@ std::optional<std::string> OptionsPageView::Collect(
   size_t i = 0;
   for (const NumberField& field : NumberFields()) {
     HWND box = numbers_[i++];
-    std::optional<int32_t> value =
-        ParseWholeNumber(Narrow(WindowText(box)), field.min, field.max);
+    std::optional<int32_t> value = ParseWholeNumber(Narrow(WindowText(box)), field.min, field.max);
     if (!value) {
       SetFocus(box);
       if (field.small == &RegSettings::GetRowChunkSize) return Text(2450);
-      return StringTable::Substitute(Text(2745), {FieldName(Text(field.label)),
-                                                  std::to_string(field.min),
-                                                  std::to_string(field.max)});
+      return StringTable::Substitute(
+          Text(2745),
+          {FieldName(Text(field.label)), std::to_string(field.min), std::to_string(field.max)});
     }
     if (field.small == &RegSettings::GetRowChunkSize && *value > 100 &&
         *value != settings.GetRowChunkSize && confirm && !confirm(Text(2451))) {
@@ -474,7 +481,8 @@ std::optional<std::string> OptionsPageView::Collect(
     SetNumber(settings, field, *value);
   }
   std::string log_path = Narrow(WindowText(log_path_));
-  while (log_path.size() > 3 && (log_path.back() == '\\' || log_path.back() == '/')) log_path.pop_back();
+  while (log_path.size() > 3 && (log_path.back() == '\\' || log_path.back() == '/'))
+    log_path.pop_back();
   DWORD attributes = GetFileAttributesW(Widen(log_path).c_str());
   if (log_path.empty() || attributes == INVALID_FILE_ATTRIBUTES ||
       !(attributes & FILE_ATTRIBUTE_DIRECTORY)) {

@@ -75,8 +75,8 @@ class OptionsPageView {
   HFONT font_ = nullptr;
   bool filling_ = false;
   std::vector<std::pair<int, HWND>> children_;  // tab, control
-  std::vector<HWND> locked_;                     // disabled when the file fixes values
-  std::vector<HWND> switches_, numbers_;         // in the field table's order
+  std::vector<HWND> locked_;                    // disabled when the file fixes values
+  std::vector<HWND> switches_, numbers_;        // in the field table's order
   HWND set_list_ = nullptr, set_add_ = nullptr, set_remove_ = nullptr;
   HWND set_combos_[kSetRoleCount] = {};
   HWND set_routed_ = nullptr, set_personal_ = nullptr;

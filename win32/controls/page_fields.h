@@ -28,7 +28,7 @@ struct SwitchField {
 struct NumberField {
   PageTab tab;
   int32_t label;
-  int32_t RegSettings::*member;       // one of member and small is set
+  int32_t RegSettings::*member;  // one of member and small is set
   int16_t RegSettings::*small;
   int32_t min;
   int32_t max;

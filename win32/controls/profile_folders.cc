@@ -13,9 +13,9 @@ void Walk(const DispatchClient& folders, const std::string& parent,
     try {
       DispatchClient folder(folders.GetDispatch("Item", {Variant(Value(i))}), "MAPIFolder");
       if (!folder) continue;
-      ProfileFolder entry{parent + "\\" + folder.GetValue("Name").ToString(),
-                          {folder.GetValue("EntryID").ToString(),
-                           folder.GetValue("StoreID").ToString()}};
+      ProfileFolder entry{
+          parent + "\\" + folder.GetValue("Name").ToString(),
+          {folder.GetValue("EntryID").ToString(), folder.GetValue("StoreID").ToString()}};
       std::string path = entry.path;
       out.push_back(std::move(entry));
       DispatchClient children(folder.GetDispatch("Folders"), "Folders");

@@ -21,16 +21,22 @@ IUnknown* ObjectIn(const VARIANT& arg) {
   const VARIANT* v = &arg;
   if (V_VT(v) == (VT_VARIANT | VT_BYREF) && V_VARIANTREF(v)) v = V_VARIANTREF(v);
   switch (V_VT(v)) {
-    case VT_DISPATCH: return V_DISPATCH(v);
-    case VT_UNKNOWN: return V_UNKNOWN(v);
-    case VT_DISPATCH | VT_BYREF: return V_DISPATCHREF(v) ? *V_DISPATCHREF(v) : nullptr;
-    case VT_UNKNOWN | VT_BYREF: return V_UNKNOWNREF(v) ? *V_UNKNOWNREF(v) : nullptr;
-    default: return nullptr;
+    case VT_DISPATCH:
+      return V_DISPATCH(v);
+    case VT_UNKNOWN:
+      return V_UNKNOWN(v);
+    case VT_DISPATCH | VT_BYREF:
+      return V_DISPATCHREF(v) ? *V_DISPATCHREF(v) : nullptr;
+    case VT_UNKNOWN | VT_BYREF:
+      return V_UNKNOWNREF(v) ? *V_UNKNOWNREF(v) : nullptr;
+    default:
+      return nullptr;
   }
 }
 
 bool IsMissing(const VARIANT& arg) {
-  return V_VT(&arg) == VT_EMPTY || (V_VT(&arg) == VT_ERROR && V_ERROR(&arg) == DISP_E_PARAMNOTFOUND);
+  return V_VT(&arg) == VT_EMPTY ||
+         (V_VT(&arg) == VT_ERROR && V_ERROR(&arg) == DISP_E_PARAMNOTFOUND);
 }
 
 }  // namespace

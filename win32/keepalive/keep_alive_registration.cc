@@ -52,9 +52,8 @@ HRESULT KeepAliveRegistration::Unregister() {
   if (r == ERROR_FILE_NOT_FOUND) return S_OK;
   if (r != ERROR_SUCCESS) return ResultOf(r);
   LONG failed = ERROR_SUCCESS;
-  for (const std::wstring& path :
-       {std::wstring(kClassesUnderSoftware) + L"CLSID\\" + ClassIdText(),
-        std::wstring(kClassesUnderSoftware) + kKeepAliveProgIdW}) {
+  for (const std::wstring& path : {std::wstring(kClassesUnderSoftware) + L"CLSID\\" + ClassIdText(),
+                                   std::wstring(kClassesUnderSoftware) + kKeepAliveProgIdW}) {
     if (LONG d = DeleteKeyTree(software.Get(), path); d != ERROR_SUCCESS) failed = d;
   }
   PruneEmptyKeys(software.Get(), std::wstring(kClassesUnderSoftware) + L"CLSID");

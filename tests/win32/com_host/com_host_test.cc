@@ -15,8 +15,8 @@
 #include "tests/win32/controls/page_container.h"
 #include "tests/win32/keepalive/keep_alive_host.h"
 #include "win32/com/dispatch_client.h"
-#include "win32/sim_server/dispatch_args.h"
 #include "win32/com/unique_handles.h"
+#include "win32/sim_server/dispatch_args.h"
 #include "win32/sim_server/dispatch_object.h"
 #include "win32/sim_server/outlook_declarations.h"
 
@@ -164,9 +164,10 @@ TEST_F(ComHostOnDesktop, AFolderSetConfiguredOnTheOptionsPageLogsTheNextMail) {
     ASSERT_TRUE(dialog.Choose(dialog.After("Journal folder:"), "\\Clients Journal"));
     EXPECT_EQ(dialog.StatusChanges(), 1);
     DISPPARAMS none{};
-    ASSERT_EQ(page->Dispatch()->Invoke(declared::property_page::kApply, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none,
-                                       nullptr, nullptr, nullptr),
-              S_OK);
+    ASSERT_EQ(
+        page->Dispatch()->Invoke(declared::property_page::kApply, IID_NULL, LOCALE_USER_DEFAULT,
+                                 DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
+        S_OK);
   }
   pages.reset();
   page.reset();
@@ -175,7 +176,8 @@ TEST_F(ComHostOnDesktop, AFolderSetConfiguredOnTheOptionsPageLogsTheNextMail) {
     auto copies = host_->Copies();
     return std::find(copies.begin(), copies.end(), "After") != copies.end();
   };
-  EXPECT_TRUE(host_->PumpUntil(logged, kPatienceMs)) << "the running add-in took the new folder set";
+  EXPECT_TRUE(host_->PumpUntil(logged, kPatienceMs))
+      << "the running add-in took the new folder set";
   ExpectCleanShutdown();
 }
 
@@ -330,9 +332,9 @@ TEST_F(ComHostOnDesktop, ClosingOutlookDuringAJobKeepsItAliveUntilTheJobIsDone) 
   for (int i = 1; i <= 3; ++i) host_->MailFromAnn("Backlog " + std::to_string(i));
   ASSERT_NO_FATAL_FAILURE(Start());
   DispatchObject* outlook = nullptr;
-  ASSERT_EQ(host_->Application()->QueryInterface(kIidDispatchObject,
-                                                 reinterpret_cast<void**>(&outlook)),
-            S_OK);
+  ASSERT_EQ(
+      host_->Application()->QueryInterface(kIidDispatchObject, reinterpret_cast<void**>(&outlook)),
+      S_OK);
   outlook->Release();  // the host holds it
   // What holds Outlook is another process: COM counts its strong connections.
   auto held = [outlook] { return outlook->ExternalConnections(); };
@@ -353,8 +355,8 @@ TEST_F(ComHostOnDesktop, ClosingOutlookDuringAJobKeepsItAliveUntilTheJobIsDone) 
   // Outlook ends only once no other process holds it: the job returns, the add-in
   // shuts down and lets go of the keep-alive object, whose process then ends by itself.
   EXPECT_TRUE(closer.PumpUntil([&] { return held() == 0; }, kPatienceMs));
-  EXPECT_TRUE(closer.PumpUntil(
-      [&] { return WaitForSingleObject(process, 0) == WAIT_OBJECT_0; }, kPatienceMs))
+  EXPECT_TRUE(closer.PumpUntil([&] { return WaitForSingleObject(process, 0) == WAIT_OBJECT_0; },
+                               kPatienceMs))
       << "the keep-alive process outlived the add-in's shut-down";
   if (WaitForSingleObject(process, 0) != WAIT_OBJECT_0) TerminateProcess(process, 1);
   CloseHandle(process);

@@ -127,8 +127,8 @@ TEST_F(OptionsPageTest, PropertyPageMembersAreWhereOutlooksTypeLibraryPutsThem) 
   DISPPARAMS none{};
   VARIANT result;
   VariantInit(&result);
-  EXPECT_EQ(page_->Invoke(declared::property_page::kDirty, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
-                          &result, nullptr, nullptr),
+  EXPECT_EQ(page_->Invoke(declared::property_page::kDirty, IID_NULL, LOCALE_USER_DEFAULT,
+                          DISPATCH_PROPERTYGET, &none, &result, nullptr, nullptr),
             S_OK);
   EXPECT_EQ(result.vt, VT_BOOL);
   EXPECT_EQ(result.boolVal, VARIANT_FALSE);
@@ -242,7 +242,8 @@ TEST_F(OptionsPageOnDesktop, MonitoredFoldersAreSavedWithTheItemTypesTheyLog) {
   MessageBoxAnswerer answer(IDOK);
   EXPECT_EQ(Apply(), E_FAIL);
   ASSERT_EQ(answer.Texts().size(), 1u);
-  EXPECT_EQ(answer.Texts()[0], "Monitored folder '\\\\Mailbox - Jane Doe\\Inbox' logs no item type.");
+  EXPECT_EQ(answer.Texts()[0],
+            "Monitored folder '\\\\Mailbox - Jane Doe\\Inbox' logs no item type.");
 }
 
 TEST_F(OptionsPageOnDesktop, BadInputIsNamedInAMessageAndNothingIsSaved) {
@@ -256,9 +257,11 @@ TEST_F(OptionsPageOnDesktop, BadInputIsNamedInAMessageAndNothingIsSaved) {
   } kCases[] = {
       {"Work timer interval (ms):", "0",
        "Work timer interval (ms) must be a whole number from 1 to 10000."},
-      {"Work time per tick (ms):", "12x", "Work time per tick (ms) must be a whole number from 1 to 10000."},
+      {"Work time per tick (ms):", "12x",
+       "Work time per tick (ms) must be a whole number from 1 to 10000."},
       {"Records read into the cache at a time:", "20000", "Value must be between 1 and 10,000"},
-      {"Log folder:", "C:\\no\\such\\folder", "The log folder 'C:\\no\\such\\folder' does not exist."},
+      {"Log folder:", "C:\\no\\such\\folder",
+       "The log folder 'C:\\no\\such\\folder' does not exist."},
   };
   for (const auto& c : kCases) {
     HWND edit = d.After(c.label);
@@ -313,7 +316,8 @@ TEST_F(OptionsPageOnDesktop, ValuesTheEnterpriseFileFixesAreDisabledAndStayAsThe
   {
     std::ofstream out(file, std::ios::binary);
     out << "; Zintra3.0.x Settings File\r\n"
-        << "<Software\\Brellow\\Zintra\\RunJobsAsync>0</Software\\Brellow\\Zintra\\RunJobsAsync>\r\n";
+        << "<Software\\Brellow\\Zintra\\RunJobsAsync>0</"
+           "Software\\Brellow\\Zintra\\RunJobsAsync>\r\n";
   }
   HKEY policy = nullptr;
   ASSERT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, kPolicy, 0, nullptr, 0, KEY_WRITE, nullptr, &policy,

@@ -16,9 +16,8 @@ constexpr RECT kPagePosition{0, 0, 460, 440};
 
 // PropertyPageSite's members, as Outlook's type library numbers them.
 namespace site = declared::property_page_site;
-constexpr DISPID kApplication = site::kApplication, kParent = site::kParent,
-                 kClass_ = site::kClass, kSession = site::kSession,
-                 kOnStatusChange = site::kOnStatusChange;
+constexpr DISPID kApplication = site::kApplication, kParent = site::kParent, kClass_ = site::kClass,
+                 kSession = site::kSession, kOnStatusChange = site::kOnStatusChange;
 constexpr IID kIidPropertyPageSite = site::kIid;
 
 }  // namespace
@@ -29,7 +28,8 @@ constexpr IID kIidPropertyPageSite = site::kIid;
 #endif
 class PageSite final : public IOleClientSite, public IOleInPlaceSite, public IDispatch {
  public:
-  PageSite(HWND window, ComPtr<IDispatch> session) : window_(window), session_(std::move(session)) {}
+  PageSite(HWND window, ComPtr<IDispatch> session)
+      : window_(window), session_(std::move(session)) {}
   int status_changes = 0;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
@@ -98,8 +98,11 @@ class PageSite final : public IOleClientSite, public IOleInPlaceSite, public IDi
     static const struct {
       const wchar_t* name;
       DISPID id;
-    } kMembers[] = {{L"Application", kApplication}, {L"Parent", kParent}, {L"Class", kClass_},
-                    {L"Session", kSession},         {L"OnStatusChange", kOnStatusChange}};
+    } kMembers[] = {{L"Application", kApplication},
+                    {L"Parent", kParent},
+                    {L"Class", kClass_},
+                    {L"Session", kSession},
+                    {L"OnStatusChange", kOnStatusChange}};
     for (UINT i = 0; i < count; ++i) ids[i] = DISPID_UNKNOWN;
     for (const auto& m : kMembers) {
       if (_wcsicmp(m.name, names[0]) == 0) ids[0] = m.id;
@@ -153,9 +156,10 @@ PageContainer::PageContainer(ComPtr<IDispatch> session) {
   RegisterClassExW(&cls);
   RECT frame = kPagePosition;
   AdjustWindowRect(&frame, WS_OVERLAPPED | WS_CAPTION, FALSE);
-  window_ = CreateWindowExW(WS_EX_CONTROLPARENT, kClass, L"Options", WS_OVERLAPPED | WS_CAPTION | WS_VISIBLE,
-                            20, 20, frame.right - frame.left, frame.bottom - frame.top, nullptr,
-                            nullptr, GetModuleHandleW(nullptr), nullptr);
+  window_ = CreateWindowExW(WS_EX_CONTROLPARENT, kClass, L"Options",
+                            WS_OVERLAPPED | WS_CAPTION | WS_VISIBLE, 20, 20,
+                            frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr,
+                            GetModuleHandleW(nullptr), nullptr);
   site_ = new PageSite(window_, std::move(session));
 }
 
@@ -245,10 +249,11 @@ bool PageContainer::Choose(HWND combo, const std::string& tail) const {
     if (SendMessageW(combo, CB_GETLBTEXTLEN, static_cast<WPARAM>(i), 0) >= 511) continue;
     SendMessageW(combo, CB_GETLBTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
     std::string item = Narrow(text);
-    if (item.size() >= tail.size() && item.compare(item.size() - tail.size(), tail.size(), tail) == 0) {
+    if (item.size() >= tail.size() &&
+        item.compare(item.size() - tail.size(), tail.size(), tail) == 0) {
       SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(i), 0);
-      SendMessageW(GetParent(combo), WM_COMMAND,
-                   MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
+      SendMessageW(GetParent(combo), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE),
+                   reinterpret_cast<LPARAM>(combo));
       return true;
     }
   }
@@ -267,7 +272,8 @@ void PageContainer::ShowTab(int index) const {
     GetClassNameW(child, cls, 64);
     if (_wcsicmp(cls, WC_TABCONTROLW) != 0) continue;
     SendMessageW(child, TCM_SETCURSEL, static_cast<WPARAM>(index), 0);
-    NMHDR header{child, static_cast<UINT_PTR>(GetDlgCtrlID(child)), static_cast<UINT>(TCN_SELCHANGE)};
+    NMHDR header{child, static_cast<UINT_PTR>(GetDlgCtrlID(child)),
+                 static_cast<UINT>(TCN_SELCHANGE)};
     SendMessageW(GetParent(child), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
   }
   Pump(50);

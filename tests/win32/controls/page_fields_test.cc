@@ -18,8 +18,8 @@ TEST(PageFieldsTest, OnlyWholeNumbersWithinTheRangeAreTaken) {
   EXPECT_EQ(ParseWholeNumber("1", 1, 10000), 1);
   EXPECT_EQ(ParseWholeNumber("10000", 1, 10000), 10000);
   EXPECT_EQ(ParseWholeNumber("0", 0, 5), 0);
-  for (const char* bad : {"", " ", "0", "10001", "-5", "+5", "1 000", "1,000", "2.5", "12x",
-                          "x12", "99999999999", "4294967297"}) {
+  for (const char* bad : {"", " ", "0", "10001", "-5", "+5", "1 000", "1,000", "2.5", "12x", "x12",
+                          "99999999999", "4294967297"}) {
     EXPECT_EQ(ParseWholeNumber(bad, 1, 10000), std::nullopt) << "'" << bad << "'";
   }
   EXPECT_EQ(ParseWholeNumber("2147483647", 0, 2147483647), 2147483647);

@@ -21,8 +21,8 @@ int RunProgram(const std::wstring& command_line, DWORD timeout_ms) {
   STARTUPINFOW startup{};
   startup.cb = sizeof(startup);
   PROCESS_INFORMATION process{};
-  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                      &startup, &process)) {
+  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                      &process)) {
     return -1;
   }
   CloseHandle(process.hThread);
@@ -116,17 +116,17 @@ HRESULT CallByName(IDispatch* object, const wchar_t* name, std::vector<VARIANT> 
 }
 
 HANDLE StartOutlookProcess() {
-  const std::wstring event_name = L"ZintraKeepAliveTestOutlook" + std::to_wstring(GetCurrentProcessId());
+  const std::wstring event_name =
+      L"ZintraKeepAliveTestOutlook" + std::to_wstring(GetCurrentProcessId());
   HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, event_name.c_str());
   wchar_t self[MAX_PATH] = {};
   GetModuleFileNameW(nullptr, self, MAX_PATH);
-  std::wstring line =
-      L"\"" + std::wstring(self) + L"\" " + kPlayOutlookSwitch + L" " + event_name;
+  std::wstring line = L"\"" + std::wstring(self) + L"\" " + kPlayOutlookSwitch + L" " + event_name;
   STARTUPINFOW startup{};
   startup.cb = sizeof(startup);
   PROCESS_INFORMATION process{};
-  if (!ready || !CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                nullptr, &startup, &process)) {
+  if (!ready || !CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                                &startup, &process)) {
     if (ready) CloseHandle(ready);
     return nullptr;
   }

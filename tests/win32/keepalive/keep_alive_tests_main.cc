@@ -11,8 +11,7 @@
 int main(int argc, char** argv) {
   int count = 0;
   LPWSTR* args = CommandLineToArgvW(GetCommandLineW(), &count);
-  if (args && count == 3 &&
-      std::wstring(args[1]) == zintra::win32::testing::kPlayOutlookSwitch) {
+  if (args && count == 3 && std::wstring(args[1]) == zintra::win32::testing::kPlayOutlookSwitch) {
     std::wstring event_name = args[2];
     LocalFree(args);
     return zintra::win32::testing::PlayOutlook(event_name);

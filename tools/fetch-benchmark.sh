@@ -18,14 +18,8 @@ fi
 command -v curl >/dev/null || {
   echo "fetch-benchmark: 'curl' is missing (apt-get install curl ca-certificates)" >&2; exit 1; }
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-echo "Downloading $url"
-curl -fsSL --retry 3 -o "$work/benchmark.tar.gz" "$url"
-echo "$sha256  $work/benchmark.tar.gz" | sha256sum -c --quiet - || {
-  echo "fetch-benchmark: digest mismatch for $url" >&2; exit 1; }
-tar -xzf "$work/benchmark.tar.gz" -C "$work"
-src=$(find "$work" -mindepth 1 -maxdepth 1 -type d | head -n 1)
+source tools/fetch-source.sh
+fetch_source fetch-benchmark "$url" "$sha256"
 
 # Moved into place whole, so that an interrupted run leaves nothing half-done.
 mkdir -p "$(dirname "$dest")"

@@ -19,14 +19,8 @@ for tool in curl tclsh make cc; do
   command -v "$tool" >/dev/null || { echo "fetch-sqlite: '$tool' is missing (apt-get install curl ca-certificates tcl build-essential)" >&2; exit 1; }
 done
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-echo "Downloading $url"
-curl -fsSL --retry 3 -o "$work/sqlite.tar.xz" "$url"
-echo "$sha256  $work/sqlite.tar.xz" | sha256sum -c --quiet - || {
-  echo "fetch-sqlite: digest mismatch for $url" >&2; exit 1; }
-tar -xJf "$work/sqlite.tar.xz" -C "$work"
-src=$(find "$work" -mindepth 1 -maxdepth 1 -type d | head -n 1)
+source tools/fetch-source.sh
+fetch_source fetch-sqlite "$url" "$sha256"
 mkdir -p "$work/bld"
 (cd "$work/bld" && "$src/configure" --disable-tcl >/dev/null && make -s sqlite3.c >/dev/null)
 

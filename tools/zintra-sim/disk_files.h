@@ -26,6 +26,7 @@ ExpectSpec ReadFileExpectation(const JsonNode& n);
 std::map<std::string, std::optional<std::string>> FilesNamed(
     const sim::MemoryFileSystem& disk, const std::vector<ExpectSpec>& expectations);
 // met, and what was found.
-std::pair<bool, std::string> CheckFile(const ExpectSpec& e, const std::optional<std::string>& found);
+std::pair<bool, std::string> CheckFile(const ExpectSpec& e,
+                                       const std::optional<std::string>& found);
 
 }  // namespace zintra::simtool

@@ -54,9 +54,9 @@ ordered_json ItemResult(const sim::MessageRecord& m, const ProfileLoader& loader
   if (marks.logged_copies) mj["logged_copies"] = marks.logged_copies;
   if (marks.shared_copies) mj["shared_copies"] = marks.shared_copies;
   // The named marks and kind fields, by the names expectations use.
-  for (const char* f : {kPropZintraLastAudited, "logged_copy_folders", "logged_store_ids",
-                        "shared_copy_folders", "shared_store_ids", "journal_type", "owner",
-                        "ownership", "attachments"}) {
+  for (const char* f :
+       {kPropZintraLastAudited, "logged_copy_folders", "logged_store_ids", "shared_copy_folders",
+        "shared_store_ids", "journal_type", "owner", "ownership", "attachments"}) {
     std::string v = MarkText(m, f, loader).value_or("");
     if (!v.empty()) mj[f] = v;
   }

@@ -14,9 +14,11 @@ namespace {
 
 // The kind of a mailbox's default folder of that name; mail for any other folder.
 int32_t MailboxFolderType(const std::string& name) {
-  constexpr std::pair<const char*, int32_t> kDefaults[] = {
-      {"Calendar", kOlAppointmentItem}, {"Contacts", kOlContactItem}, {"Journal", kOlJournalItem},
-      {"Notes", kOlNoteItem},           {"Tasks", kOlTaskItem}};
+  constexpr std::pair<const char*, int32_t> kDefaults[] = {{"Calendar", kOlAppointmentItem},
+                                                           {"Contacts", kOlContactItem},
+                                                           {"Journal", kOlJournalItem},
+                                                           {"Notes", kOlNoteItem},
+                                                           {"Tasks", kOlTaskItem}};
   for (const auto& [folder, type] : kDefaults) {
     if (text::EqualsNoCase(name, folder)) return type;
   }

@@ -1,2 +1,2 @@
-#include "src/d/d.h"
 #include "src/a/a.h"
+#include "src/d/d.h"

@@ -4,6 +4,7 @@
 
 #include "sim/outlook/sim_item.h"
 #include "src/host/idt_extensibility2.h"
+#include "tests/win32/support/pump_messages.h"
 #include "win32/com/windows_api.h"
 #include "win32/sim_server/dispatch_object.h"
 #include "win32/sim_server/outlook_declarations.h"
@@ -166,18 +167,8 @@ HRESULT ComHost::DllCanUnloadNow() {
 }
 
 bool ComHost::PumpUntil(const std::function<bool()>& done, int timeout_ms) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout_ms);
-  while (true) {
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-      TranslateMessage(&msg);
-      DispatchMessageW(&msg);
-    }
-    if (done && done()) return true;
-    if (std::chrono::steady_clock::now() >= deadline) return false;
-    // Sleeps until a message (the add-in's timer) arrives or 5 ms have passed.
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
-  }
+  // Wakes for a message (the add-in's timer) or every 5 ms.
+  return testing::PumpMessagesUntil(done, static_cast<DWORD>(timeout_ms), 5);
 }
 
 void ComHost::PumpFor(int ms) { PumpUntil(nullptr, ms); }

@@ -6,6 +6,7 @@
 #include <chrono>
 
 #include "tests/win32/keepalive/fake_outlook.h"
+#include "tests/win32/support/pump_messages.h"
 
 namespace zintra::win32::testing {
 
@@ -37,17 +38,7 @@ int RunProgram(const std::wstring& command_line, DWORD timeout_ms) {
 }
 
 bool PumpUntil(const std::function<bool()>& done, DWORD timeout_ms) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout_ms);
-  while (true) {
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-      TranslateMessage(&msg);
-      DispatchMessageW(&msg);
-    }
-    if (done && done()) return true;
-    if (std::chrono::steady_clock::now() >= deadline) return false;
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-  }
+  return PumpMessagesUntil(done, timeout_ms, 10);
 }
 
 bool WaitForRunningObjectTable(DWORD timeout_ms) {

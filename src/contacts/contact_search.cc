@@ -129,7 +129,8 @@ ContactList ContactSearch::AllResults() const {
   ContactList all;
   for (const auto& list : results_.Values()) {
     for (const auto& contact : list) {
-      if (!Holds(all, EntryIdOf(*contact))) all.push_back(contact);
+      // The first contact cannot repeat one: its EntryID is not needed.
+      if (all.empty() || !Holds(all, EntryIdOf(*contact))) all.push_back(contact);
     }
   }
   return all;

@@ -123,9 +123,16 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
                                   TaskIconFor(ZintraUtils::OLItemType(item_class_)), 1.0f, false);
     marked_ = true;
     std::shared_ptr<UserProperties> props = std::move(screened_props_);
-    if (!props) props = item->UserProperties();
-    utils.SetUserProperty(props, kPropZintraTag, kOlText, Value(std::string(kZintraTagProcessing)),
-                          true);
+    std::shared_ptr<UserProperty> tag = std::move(screened_tag_);
+    if (props) {
+      // Screening looked "Zintra Tag" up in this same call: no need to find it again.
+      utils.SetFoundUserProperty(props, tag, kPropZintraTag, kOlText,
+                                 Value(std::string(kZintraTagProcessing)), true);
+    } else {
+      props = item->UserProperties();
+      utils.SetUserProperty(props, kPropZintraTag, kOlText,
+                            Value(std::string(kZintraTagProcessing)), true);
+    }
     utils.SaveItem(item);
     marked_item_ = item;
     marked_props_ = props;
@@ -213,7 +220,8 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
     class_known_ = true;
     parent_ = facts.parent;
     screened_props_ = facts.user_properties ? facts.user_properties : item->UserProperties();
-    const Value logged = utils.GetUserProperty(screened_props_, kPropZintraLogged);
+    screened_tag_ = facts.tag;
+    const Value logged = utils.GetUserProperty(screened_props_, kPropZintraLogged, screened_logged_);
     if (!logged.IsEmpty()) {
       reason = "already marked logged";
       skip = true;
@@ -289,21 +297,26 @@ bool JobProcess::MarkNotLogged(const std::shared_ptr<Item>& item, const std::str
   Decide(item, {.kind = DecisionKind::kMarkedNotLogged, .reason = reason});
   ZintraUtils& utils = Utils();
   std::shared_ptr<UserProperties> props = std::move(screened_props_);
-  utils.SetUserProperty(props ? props : item->UserProperties(), kPropZintraLogged, kOlYesNo,
-                        Value(false), true);
+  if (props) {
+    // Screening looked "Zintra Logged" up in this same call: no need to find it again.
+    utils.SetFoundUserProperty(props, screened_logged_, kPropZintraLogged, kOlYesNo, Value(false),
+                               true);
+  } else {
+    utils.SetUserProperty(item->UserProperties(), kPropZintraLogged, kOlYesNo, Value(false), true);
+  }
+  screened_tag_.reset();
+  screened_logged_.reset();
   utils.SaveItem(item);
   return false;
 }
 
 bool JobProcess::HasLinksOrRecipients(const std::shared_ptr<Item>& item) {
-  int32_t count = 0;
   try {
-    count += item->Recipients()->Count();
+    if (item->Recipients()->Count() > 0) return true;  // the links cannot change the answer
   } catch (const ZError& e) {
     if (e.Number() != kErrNoSuchMember) throw;
   }
-  count += item->Links()->Count();
-  return count > 0;
+  return item->Links()->Count() > 0;
 }
 
 bool JobProcess::InDefaultFolder(const std::shared_ptr<Item>& item, int32_t folder_type) {
@@ -323,7 +336,11 @@ bool JobProcess::SameFolder(const std::shared_ptr<Folder>& a, const std::shared_
   std::shared_ptr<LoggingAddin> app = App();
   std::shared_ptr<MapiUtils> utils = app ? app->LibraryUtils() : nullptr;
   if (!utils) throw ZError(kErrObjectNotSet, "No library utilities", kJobProcessModule);
-  return FoldersSame(a, b, *utils, Utils().Errors());
+  if (!a || !b) return false;
+  Value key_a = FolderSearchKey(a, *utils);
+  // `b` is the folder looked for (a log or shared folder, a default folder): its key is
+  // remembered; `a` is the folder where something is now, read afresh.
+  return FoldersSame(a, key_a, b, Utils().RememberedSearchKey(b, *utils), Utils().Errors());
 }
 
 std::string JobProcess::CurrentUserName() {

@@ -27,6 +27,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,7 +48,9 @@ class LoggingAddin;
 class RegSettings;
 class SafeItem;
 class TrackedContactFolder;
+class MapiObject;
 class UserProperties;
+class UserProperty;
 class ZError;
 class ZintraUtils;
 
@@ -139,8 +142,10 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   void Step1_SearchLinks();
   void Step2_SearchEmails();
   void EmailSearch_SearchComplete(bool aborted);
+  // `filtered`: the contact passed ShouldTrack in this same activation.
   void FoundLinkedContact(const std::shared_ptr<Item>& contact,
-                          const std::shared_ptr<TrackedContactFolder>& folderset);
+                          const std::shared_ptr<TrackedContactFolder>& folderset,
+                          bool filtered = false);
   void ChooseTargets(const std::shared_ptr<TrackedContactFolder>& folderset);
   void AddCopyJob(CopyKind kind, const std::shared_ptr<Folder>& target);
 
@@ -154,7 +159,7 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
                                            const std::shared_ptr<Folder>& target);
   // Deletes a half-made copy for good; logs a failure and goes on.
   void DiscardCopy(const std::shared_ptr<Item>& copy);
-  void LinkCopies(const std::shared_ptr<Item>& item, CopyKind kind);
+  void LinkCopies(const std::shared_ptr<MapiObject>& object, CopyKind kind);
   // The original item: the held reference, or found again by its identifiers.
   std::shared_ptr<Item> FindOriginal();
   void WriteFinalMarks();
@@ -199,6 +204,9 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   bool class_known_ = false;
   std::shared_ptr<Folder> parent_;
   std::shared_ptr<UserProperties> screened_props_;  // until the item is marked
+  // "Zintra Tag" and "Zintra Logged" as screening found them (nullptr: absent), for the
+  // write that follows in the same call.
+  std::shared_ptr<UserProperty> screened_tag_, screened_logged_;
   std::weak_ptr<Item> sender_of_;
   // The library's safe item over one item, made once per item: the sender, the
   // recipients and the library copy all read through it.
@@ -213,6 +221,7 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   // in the same activation: it is not looked up again, nor its "Zintra Logged" rewritten.
   std::shared_ptr<Item> final_item_;
   std::shared_ptr<UserProperties> final_props_;
+  std::shared_ptr<MapiObject> final_object_;
   std::shared_ptr<Item> item_;          // the item worked on (the working copy's item)
   std::shared_ptr<Item> working_copy_;  // set when MakeWorkingCopy made one
   bool AmIncomingFold_ = false;
@@ -231,13 +240,28 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   bool original_missing_ = false;
   Stage stage_ = Stage::kSearch;
 
-  // Found contacts, by folder-set key, each keyed by the contact's EntryID.
-  KeyedCollection<std::shared_ptr<KeyedCollection<std::shared_ptr<Item>>>> found_contacts_;
+  // Found contacts, by folder-set key, one per contact. A contact's EntryID is read only
+  // when another contact of the same folder set has to be told apart from it.
+  struct FoundContact {
+    std::shared_ptr<Item> item;
+    std::optional<std::string> entry_id;
+  };
+  using ContactGroupFound = std::vector<FoundContact>;
+  KeyedCollection<std::shared_ptr<ContactGroupFound>> found_contacts_;
   KeyedCollection<std::shared_ptr<CopyJob>> pending_logs_;
   KeyedCollection<std::shared_ptr<CopyJob>> pending_shared_;
-  // The copies made, each with the folder it was made in.
-  std::vector<std::pair<std::shared_ptr<Item>, std::shared_ptr<Folder>>> logged_copies_;
-  std::vector<std::pair<std::shared_ptr<Item>, std::shared_ptr<Folder>>> shared_copies_;
+  // The copies made, each with the folder it was made in and, when the library made
+  // it there, the EntryID and StoreID the library reported for it (empty: read them).
+  struct CopyMade {
+    std::shared_ptr<Item> item;
+    std::shared_ptr<Folder> folder;
+    std::string entry_id, store_id;
+  };
+  std::vector<CopyMade> logged_copies_;
+  std::vector<CopyMade> shared_copies_;
+  // The identifiers of the copy CopyItemTo made last through the library, until AddCopy.
+  std::weak_ptr<Item> last_copy_;
+  std::string last_copy_entry_id_, last_copy_store_id_;
 
   std::shared_ptr<ContactSearch> search_;
   Connection search_complete_;

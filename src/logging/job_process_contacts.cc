@@ -5,6 +5,7 @@
 #include "src/contacts/contact_search.h"
 #include "src/contacts/tracked_contact_folder.h"
 #include "src/contacts/tracked_contacts.h"
+#include "src/core/text.h"
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
 #include "src/host/mapi_safe_item.h"
@@ -179,7 +180,9 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
     for (const std::shared_ptr<ContactGroup>& group : search->GroupedResults().Values()) {
       for (const std::shared_ptr<Item>& contact : group->contacts) {
         if (killed_) return;
-        FoundLinkedContact(contact, group->folder);
+        // A search that completed inside this activation filtered its contacts in it:
+        // nothing can have changed them since.
+        FoundLinkedContact(contact, group->folder, !waited);
       }
     }
     // The copy stages run in activations of their own, not inside the search's event;
@@ -196,7 +199,8 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
 }
 
 void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
-                                    const std::shared_ptr<TrackedContactFolder>& folderset) {
+                                    const std::shared_ptr<TrackedContactFolder>& folderset,
+                                    bool filtered) {
   // The name only goes to debug lines.
   std::string name = "{Unknown}";
   if (DebugLines()) {
@@ -206,7 +210,7 @@ void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
     }
   }
   std::shared_ptr<TrackedContacts> tracked = App()->Tracked();
-  if (!tracked || !tracked->ShouldTrack(contact)) {
+  if (!tracked || (!filtered && !tracked->ShouldTrack(contact))) {
     LogLine("FoundLinkedContact: '" + name + "', but " +
             "filters or sensitivity specify this contact should not be tracked.");
     DecideContact(DecisionKind::kContactRefused, contact, "", "filters or sensitivity", nullptr);
@@ -220,12 +224,27 @@ void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
   LogLine("FoundLinkedContact: '" + name + "'");
   DecideContact(DecisionKind::kContactAccepted, contact, "", "", folderset);
   if (!found_contacts_.Contains(folderset->key())) {
-    found_contacts_.Add(std::make_shared<KeyedCollection<std::shared_ptr<Item>>>(),
-                        folderset->key());
+    found_contacts_.Add(std::make_shared<ContactGroupFound>(), folderset->key());
   }
-  auto group = found_contacts_.Item(folderset->key());
-  const std::string entry_id = contact->EntryID();
-  if (!group->Contains(entry_id)) group->Add(contact, entry_id);
+  ContactGroupFound& group = *found_contacts_.Item(folderset->key());
+  bool known = false;
+  if (!group.empty()) {
+    const std::string entry_id = contact->EntryID();
+    for (FoundContact& found : group) {
+      if (found.item == contact) {
+        known = true;
+        break;
+      }
+      if (!found.entry_id) found.entry_id = found.item->EntryID();
+      if (text::EqualsNoCase(*found.entry_id, entry_id)) {
+        known = true;
+        break;
+      }
+    }
+    if (!known) group.push_back({contact, entry_id});
+  } else {
+    group.push_back({contact, std::nullopt});
+  }
   ChooseTargets(folderset);
 }
 

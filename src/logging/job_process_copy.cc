@@ -89,11 +89,19 @@ void JobProcess::CopyJobEnded(CopyKind kind, const std::string& key, bool aborte
 void JobProcess::AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy,
                          const std::shared_ptr<Folder>& folder) {
   DecideCopy(kind, copy);
+  CopyMade made{copy, folder, {}, {}};
+  if (copy && last_copy_.lock() == copy) {
+    made.entry_id = std::move(last_copy_entry_id_);
+    made.store_id = std::move(last_copy_store_id_);
+  }
+  last_copy_.reset();
+  last_copy_entry_id_.clear();
+  last_copy_store_id_.clear();
   if (kind == CopyKind::kLogged) {
-    logged_copies_.emplace_back(copy, folder);
+    logged_copies_.push_back(std::move(made));
     logged_ = true;
   } else {
-    shared_copies_.emplace_back(copy, folder);
+    shared_copies_.push_back(std::move(made));
     shared_ = true;
   }
 }
@@ -111,8 +119,11 @@ void JobProcess::FinalPostProcessing() {
     Kill();
     return;
   }
-  LinkCopies(item, CopyKind::kLogged);
-  LinkCopies(item, CopyKind::kShared);
+  // One MAPI object serves the links and Kill's "Zintra Last Audited" in this activation.
+  std::shared_ptr<MapiObject> object;
+  if (!logged_copies_.empty() || !shared_copies_.empty()) object = item->MAPIOBJECT();
+  LinkCopies(object, CopyKind::kLogged);
+  LinkCopies(object, CopyKind::kShared);
   ZintraUtils& utils = Utils();
   std::shared_ptr<UserProperties> props =
       marked_props_ && marked_item_.lock() == item ? marked_props_ : item->UserProperties();
@@ -120,24 +131,32 @@ void JobProcess::FinalPostProcessing() {
   utils.SetUserProperty(props, kPropZintraShared, kOlYesNo, Value(shared_), true);
   final_item_ = item;
   final_props_ = props;
+  final_object_ = object;
   Decide(nullptr, {.kind = DecisionKind::kFinished, .logged = logged_, .shared = shared_});
   Kill();
 }
 
-void JobProcess::LinkCopies(const std::shared_ptr<Item>& item, CopyKind kind) {
+void JobProcess::LinkCopies(const std::shared_ptr<MapiObject>& object, CopyKind kind) {
   const auto& copies = kind == CopyKind::kLogged ? logged_copies_ : shared_copies_;
   if (copies.empty()) return;  // nothing to link: the lists are not created
   LoggedItemsLink link(Utils());
+  // store_id_ is the item's store: the item found again is the held object or the one
+  // opened by its identifiers, and a message object never changes store.
   if (kind == CopyKind::kLogged) {
-    link.InitializeLogged(item);
+    link.Initialize(object, store_id_, kPropLoggedEntryIds, kPropLoggedStoreIds);
   } else {
-    link.InitializeShared(item);
+    link.Initialize(object, store_id_, kPropSharedCopyEntryIds, kPropSharedCopyStoreIds);
   }
   const char* what =
       kind == CopyKind::kLogged ? "' to logged item in folder '" : "' to shared copy in folder '";
   const bool debug = DebugLines();
-  for (const auto& [copy, folder] : copies) {
-    link.LinkToItem(copy, folder);
+  for (const CopyMade& made : copies) {
+    const std::shared_ptr<Folder>& folder = made.folder;
+    if (made.entry_id.empty()) {
+      link.LinkToItem(made.item, folder);
+    } else {
+      link.LinkToItem(made.entry_id, made.store_id);
+    }
     if (debug) {
       LogLine("Linked '" + subject_ + "' from folder '" + folder_name_ + what +
               (folder ? folder->Name() : std::string()) + "'");
@@ -219,6 +238,10 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
     entry_id = message->EntryID();
     store_id = message->StoreID();
     copy = app->Session()->GetItemFromID(entry_id, store_id);
+    // The copy was just opened by these identifiers: linking needs them again.
+    last_copy_ = copy;
+    last_copy_entry_id_ = entry_id;
+    last_copy_store_id_ = store_id;
   } catch (...) {
     // A half-made copy would keep its tag for ever: it goes at once.
     try {
@@ -247,6 +270,7 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
     }
     if (stray) utils.PermDeleteItem(stray);
     copy = moved;
+    last_copy_.reset();  // the moved copy's identifiers are its own
   }
   return copy;
 }

@@ -90,7 +90,11 @@ void JobProcess::Kill() {
   item_.reset();
   final_item_.reset();
   final_props_.reset();
+  final_object_.reset();
+  last_copy_.reset();
   screened_props_.reset();
+  screened_tag_.reset();
+  screened_logged_.reset();
   marked_props_.reset();
   safe_.reset();
   parent_.reset();
@@ -119,6 +123,7 @@ void JobProcess::WriteFinalMarks() {
   for (int attempt = 1; attempt <= 2; ++attempt) {
     std::shared_ptr<Item> item = std::move(final_item_);
     std::shared_ptr<UserProperties> props = std::move(final_props_);
+    std::shared_ptr<MapiObject> object = std::move(final_object_);
     const bool logged_written = item != nullptr;
     try {
       if (!item) item = FindOriginal();
@@ -141,7 +146,9 @@ void JobProcess::WriteFinalMarks() {
       if (!logged_written) {
         utils.SetUserProperty(props, kPropZintraLogged, kOlYesNo, Value(logged_), true);
       }
-      utils.SetNamedProp(item->MAPIOBJECT(), Value(std::string(kPropZintraLastAudited)),
+      if (!object) object = item->MAPIOBJECT();
+      // store_id_ is the store of the item found again (see LinkCopies).
+      utils.SetNamedProp(store_id_, object, Value(std::string(kPropZintraLastAudited)),
                          Value::Date(app->Now()), kPtSystime, false);
       utils.SetUserProperty(props, kPropZintraTag, kOlText, Value(std::string()), true);
       utils.SaveItem(item);
@@ -186,7 +193,7 @@ void JobProcess::QueueSelf() {
 
 int32_t JobProcess::FoundContactCount() const {
   int32_t n = 0;
-  for (const auto& group : found_contacts_.Values()) n += group->Count();
+  for (const auto& group : found_contacts_.Values()) n += static_cast<int32_t>(group->size());
   return n;
 }
 

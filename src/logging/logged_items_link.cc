@@ -1,6 +1,8 @@
 #include "src/logging/logged_items_link.h"
 
 #include <algorithm>
+#include <tuple>
+#include <utility>
 
 #include "src/core/z_error.h"
 #include "src/host/mapi_object.h"
@@ -20,6 +22,18 @@ void LoggedItemsLink::Initialize(const std::shared_ptr<Item>& item,
   if (!item)
     throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.Initialize");
   object_ = item->MAPIOBJECT();
+  item_store_id_.clear();
+  entry_ids_name_ = entry_ids_name;
+  store_ids_name_ = store_ids_name;
+}
+
+void LoggedItemsLink::Initialize(const std::shared_ptr<MapiObject>& object,
+                                 const std::string& store_id, const std::string& entry_ids_name,
+                                 const std::string& store_ids_name) {
+  if (!object)
+    throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.Initialize");
+  object_ = object;
+  item_store_id_ = store_id;
   entry_ids_name_ = entry_ids_name;
   store_ids_name_ = store_ids_name;
 }
@@ -34,7 +48,7 @@ void LoggedItemsLink::InitializeShared(const std::shared_ptr<Item>& item) {
 
 Value LoggedItemsLink::Read(const std::string& name) {
   if (!object_) throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink");
-  return utils_.GetNamedProp(object_, Value(name), kPtMvString8);
+  return utils_.GetNamedProp(item_store_id_, object_, Value(name), kPtMvString8);
 }
 
 Value LoggedItemsLink::LinkedEntryIDs() { return Read(entry_ids_name_); }
@@ -62,6 +76,18 @@ void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy,
                                  const std::shared_ptr<Folder>& folder) {
   if (!copy)
     throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.LinkToItem");
+  Append([&] {
+    std::string entry_id = copy->EntryID();
+    return std::pair(std::move(entry_id), folder ? folder->StoreID() : std::string());
+  });
+}
+
+void LoggedItemsLink::LinkToItem(const std::string& entry_id, const std::string& store_id) {
+  Append([&] { return std::pair(entry_id, store_id); });
+}
+
+void LoggedItemsLink::Append(
+    const std::function<std::pair<std::string, std::string>()>& copy_ids) {
   Value::StringArray entries, stores;
   const Value old_entries = LinkedEntryIDs();
   if (!old_entries.IsEmpty()) {
@@ -77,16 +103,16 @@ void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy,
     entries.resize(1);
     stores.resize(1);
   }
-  entries.back() = copy->EntryID();
-  stores.back() = folder ? folder->StoreID() : std::string();
-  utils_.SetNamedProp(object_, Value(entry_ids_name_), Value(entries), kPtMvString8, false);
+  std::tie(entries.back(), stores.back()) = copy_ids();
+  utils_.SetNamedProp(item_store_id_, object_, Value(entry_ids_name_), Value(entries),
+                      kPtMvString8, false);
   // The entry-ID list may already be on the item: the store-ID list is written until it
   // is too, so that the two stay in step (each failure is logged by SetNamedProp). The
   // last try only sets the property; the item's next save stores it.
   for (int attempt = 1;; ++attempt) {
     try {
-      utils_.SetNamedProp(object_, Value(store_ids_name_), Value(stores), kPtMvString8,
-                          attempt < kStoreListTries);
+      utils_.SetNamedProp(item_store_id_, object_, Value(store_ids_name_), Value(stores),
+                          kPtMvString8, attempt < kStoreListTries);
       return;
     } catch (const ZError&) {
       if (attempt == kStoreListTries) throw;

@@ -12,8 +12,10 @@
 // write is logged by ZintraUtils first). Outlook's thread only.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "src/core/value.h"
@@ -35,6 +37,10 @@ class LoggedItemsLink {
   // Shorthands for the two pairs of names.
   void InitializeLogged(const std::shared_ptr<Item>& item);
   void InitializeShared(const std::shared_ptr<Item>& item);
+  // With the item's MAPIOBJECT already in hand and the StoreID of the item's store, so
+  // that the names' tags are asked of that store once (ZintraUtils remembers them).
+  void Initialize(const std::shared_ptr<MapiObject>& object, const std::string& store_id,
+                  const std::string& entry_ids_name, const std::string& store_ids_name);
 
   // The lists as stored (a string array), or Empty when the item has none.
   Value LinkedEntryIDs();
@@ -48,6 +54,8 @@ class LoggedItemsLink {
   void LinkToItem(const std::shared_ptr<Item>& copy);
   // The same, with the copy's folder already in hand.
   void LinkToItem(const std::shared_ptr<Item>& copy, const std::shared_ptr<Folder>& folder);
+  // The same, with the copy's EntryID and StoreID already known.
+  void LinkToItem(const std::string& entry_id, const std::string& store_id);
 
   // The (entry ID, store ID) pairs of a valid link list; empty when not Validate().
   std::vector<std::pair<std::string, std::string>> Links();
@@ -57,9 +65,12 @@ class LoggedItemsLink {
 
  private:
   Value Read(const std::string& name);
+  // Grows both lists by the copy's pair (EntryID, StoreID) and writes them.
+  void Append(const std::function<std::pair<std::string, std::string>()>& copy_ids);
 
   ZintraUtils& utils_;
   std::shared_ptr<MapiObject> object_;
+  std::string item_store_id_;  // empty: the names' tags are asked for on every use
   std::string entry_ids_name_, store_ids_name_;
 };
 

@@ -56,6 +56,7 @@ void ZintraUtils::SetLibrary(std::shared_ptr<MapiUtils> mapi_utils,
                              std::shared_ptr<RdoSession> session) {
   mapi_utils_ = std::move(mapi_utils);
   rdo_session_ = std::move(session);
+  named_tags_.clear();  // another session may see other stores
 }
 
 void ZintraUtils::Kill() {
@@ -64,6 +65,8 @@ void ZintraUtils::Kill() {
   mapi_utils_.reset();
   rdo_session_.reset();
   check_linger_.clear();
+  named_tags_.clear();
+  search_keys_.clear();
 }
 
 void ZintraUtils::PreSaveItem() {

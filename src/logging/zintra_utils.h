@@ -19,6 +19,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -43,9 +44,9 @@ class Links;
 class MapiUtils;
 class OptionalMessages;
 class RdoSession;
-class UserProperties;
 class RegSettings;
 class UserProperties;
+class UserProperty;
 
 // The private property set of the system's named properties.
 inline constexpr char kZintraPropSetGuid[] = "{1431FEFD-624F-4E83-B1E7-2FB23BE33AF4}";
@@ -101,6 +102,15 @@ class ZintraUtils {
                           int32_t type, const Value& value, bool AddToFolderFields);
   // The final AddToFolderFields passed to Add for a caller's wish.
   bool EffectiveAddToFolderFields(bool AddToFolderFields) const;
+  // For a caller that reads a property and writes it again in the same activation:
+  // GetUserProperty also hands out the property it found (nullptr when absent), and
+  // SetFoundUserProperty is SetUserProperty without the Find: it sets `found`, or adds
+  // the property when `found` is nullptr (same error 91 when it cannot).
+  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name,
+                        std::shared_ptr<UserProperty>& found);
+  void SetFoundUserProperty(const std::shared_ptr<UserProperties>& props,
+                            const std::shared_ptr<UserProperty>& found, const std::string& name,
+                            int32_t type, const Value& value, bool AddToFolderFields);
 
   // ---- Named properties. `name` is a text name or a numeric id; prop_type is ORed
   // into the resolved tag. Get never creates a mapping (Empty when the name is
@@ -111,6 +121,16 @@ class ZintraUtils {
                      uint16_t prop_type, const std::string& guid = kZintraPropSetGuid);
   void SetNamedProp(const std::shared_ptr<MapiObject>& object, const Value& name,
                     const Value& value, uint16_t prop_type, bool Save,
+                    const std::string& guid = kZintraPropSetGuid);
+  // The same for an object of the store `store_id`: a name's tag is asked of the store
+  // once and remembered, as a store's name-to-id mapping never changes and a message
+  // object never changes store (a move makes a new one). An unknown name is not
+  // remembered. An empty store_id remembers nothing.
+  Value GetNamedProp(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                     const Value& name, uint16_t prop_type,
+                     const std::string& guid = kZintraPropSetGuid);
+  void SetNamedProp(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                    const Value& name, const Value& value, uint16_t prop_type, bool Save,
                     const std::string& guid = kZintraPropSetGuid);
 
   // ---- Save bracket. One flag, not nested.
@@ -138,6 +158,8 @@ class ZintraUtils {
     ItemClass item_class = ItemClass::kMail;
     std::shared_ptr<Folder> parent;
     std::shared_ptr<UserProperties> user_properties;
+    // "Zintra Tag" as the last test found it (nullptr: absent); set once it was read.
+    std::shared_ptr<UserProperty> tag;
   };
   bool GeneralScreening(const std::string& caller, const std::shared_ptr<Item>& item, bool Received,
                         bool Sent, std::string& reason, std::string& subject,
@@ -179,6 +201,11 @@ class ZintraUtils {
 
   ErrorHandling& Errors() { return errors_; }
 
+  // The folder's PR_SEARCH_KEY (FolderSearchKey), read once per folder object: a
+  // folder's search key never changes, and the log and shared folders are compared
+  // with every copy made in them. A key that cannot be read is not remembered.
+  Value RememberedSearchKey(const std::shared_ptr<Folder>& folder, MapiUtils& utils);
+
   // The library session's current user (nullptr when it names none), asked once per
   // session: the user of a running Outlook does not change, and every received item
   // is compared with it. Its address and its SMTP address (PR_SMTP_ADDRESS) likewise,
@@ -189,11 +216,15 @@ class ZintraUtils {
 
  private:
   Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, const std::string& name,
-                          const char* proc_name);
+                          const char* proc_name, std::shared_ptr<UserProperty>* found = nullptr);
   void SetUserPropertyIn(const std::shared_ptr<UserProperties>& props, const std::string& name,
                          int32_t type, const Value& value, bool AddToFolderFields,
                          const char* proc_name);
   MapiUtils& RequireMapiUtils(const char* proc_name) const;
+  // The tag (type part 0) of a named property, from the store or the per-store memo.
+  int32_t NamedPropTag(MapiUtils& utils, const std::string& store_id,
+                       const std::shared_ptr<MapiObject>& object, const std::string& guid,
+                       const Value& name, bool create);
 
   ErrorHandling& errors_;
   ZintraUtilsHost host_;
@@ -210,6 +241,15 @@ class ZintraUtils {
     std::optional<std::string> address, smtp_address;
   };
   CurrentUserFacts current_user_;
+  // Named-property tags by store ID, property-set GUID and name.
+  std::map<std::string, int32_t> named_tags_;
+  // Search keys by folder object (the weak pointer tells a live object from a new one
+  // at the same address).
+  struct RememberedKey {
+    std::weak_ptr<Folder> folder;
+    Value key;
+  };
+  std::map<const Folder*, RememberedKey> search_keys_;
 
   // Lingering-reference registrations and the once-only guard.
   std::vector<std::shared_ptr<ICheckLinger>> check_linger_;

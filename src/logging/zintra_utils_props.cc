@@ -11,6 +11,7 @@
 #include "src/host/outlook_item.h"
 #include "src/host/outlook_item_parts.h"
 #include "src/logging/zintra_utils.h"
+#include "src/outlook/folder_helpers.h"
 #include "src/settings/reg_settings.h"
 
 namespace zintra {
@@ -29,6 +30,11 @@ ZError ObjectNotSet(const std::string& what) {
 Value ZintraUtils::GetUserProperty(const std::shared_ptr<UserProperties>& props,
                                    const std::string& name) {
   return GetUserPropertyIn(props, name, "GetUserProperty");
+}
+
+Value ZintraUtils::GetUserProperty(const std::shared_ptr<UserProperties>& props,
+                                   const std::string& name, std::shared_ptr<UserProperty>& found) {
+  return GetUserPropertyIn(props, name, "GetUserProperty", &found);
 }
 
 void ZintraUtils::SetUserProperty(const std::shared_ptr<UserProperties>& props,
@@ -58,10 +64,12 @@ bool ZintraUtils::EffectiveAddToFolderFields(bool AddToFolderFields) const {
 }
 
 Value ZintraUtils::GetUserPropertyIn(const std::shared_ptr<UserProperties>& props,
-                                     const std::string& name, const char* proc_name) {
+                                     const std::string& name, const char* proc_name,
+                                     std::shared_ptr<UserProperty>* found) {
   try {
     if (!props) throw ObjectNotSet("no user-property collection");
     std::shared_ptr<UserProperty> prop = props->Find(name);
+    if (found) *found = prop;
     return prop ? prop->GetValue() : Value{};
   } catch (...) {
     CachedError rec;
@@ -89,6 +97,27 @@ void ZintraUtils::SetUserPropertyIn(const std::shared_ptr<UserProperties>& props
   }
 }
 
+void ZintraUtils::SetFoundUserProperty(const std::shared_ptr<UserProperties>& props,
+                                       const std::shared_ptr<UserProperty>& found,
+                                       const std::string& name, int32_t type, const Value& value,
+                                       bool AddToFolderFields) {
+  try {
+    std::shared_ptr<UserProperty> prop = found;
+    if (!prop) {
+      if (!props) throw ObjectNotSet("no user-property collection");
+      prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
+    }
+    if (!prop)
+      throw ZError(kErrObjectNotSet, "Failed to add property: " + name, kZintraUtilsPropsModule);
+    prop->SetValue(value);
+  } catch (...) {
+    CachedError rec;
+    rec.SetToCurrentException(kZintraUtilsPropsModule, "SetUserProperty");
+    rec.Raise();
+    throw;
+  }
+}
+
 MapiUtils& ZintraUtils::RequireMapiUtils(const char* proc_name) const {
   if (!mapi_utils_) {
     throw ObjectNotSet(std::string("the MAPI utilities are not available to ") + proc_name);
@@ -96,13 +125,32 @@ MapiUtils& ZintraUtils::RequireMapiUtils(const char* proc_name) const {
   return *mapi_utils_;
 }
 
+int32_t ZintraUtils::NamedPropTag(MapiUtils& utils, const std::string& store_id,
+                                  const std::shared_ptr<MapiObject>& object,
+                                  const std::string& guid, const Value& name, bool create) {
+  if (store_id.empty()) return utils.GetIDsFromNames(object, guid, name, create);
+  // A numeric id and a text name never share a key.
+  const std::string key = store_id + '\n' + guid + '\n' +
+                          (name.Type() == ValueType::kString ? "s:" : "n:") + name.ToString();
+  if (auto it = named_tags_.find(key); it != named_tags_.end()) return it->second;
+  const int32_t tag = utils.GetIDsFromNames(object, guid, name, create);
+  if (PropId(tag) != 0) named_tags_.emplace(key, tag);
+  return tag;
+}
+
 Value ZintraUtils::GetNamedProp(const std::shared_ptr<MapiObject>& object, const Value& name,
+                                uint16_t prop_type, const std::string& guid) {
+  return GetNamedProp(std::string(), object, name, prop_type, guid);
+}
+
+Value ZintraUtils::GetNamedProp(const std::string& store_id,
+                                const std::shared_ptr<MapiObject>& object, const Value& name,
                                 uint16_t prop_type, const std::string& guid) {
   try {
     if (!object) throw ObjectNotSet("no MAPI object");
     MapiUtils& utils = RequireMapiUtils("GetNamedProp");
     // Reading never adds a name to the store's mapping: an unknown name reads as Empty.
-    int32_t tag = utils.GetIDsFromNames(object, guid, name, false);
+    int32_t tag = NamedPropTag(utils, store_id, object, guid, name, false);
     if (PropId(tag) == 0) return Value{};
     return utils.HrGetOneProp(object, tag | prop_type);
   } catch (...) {
@@ -116,11 +164,18 @@ Value ZintraUtils::GetNamedProp(const std::shared_ptr<MapiObject>& object, const
 void ZintraUtils::SetNamedProp(const std::shared_ptr<MapiObject>& object, const Value& name,
                                const Value& value, uint16_t prop_type, bool Save,
                                const std::string& guid) {
+  SetNamedProp(std::string(), object, name, value, prop_type, Save, guid);
+}
+
+void ZintraUtils::SetNamedProp(const std::string& store_id,
+                               const std::shared_ptr<MapiObject>& object, const Value& name,
+                               const Value& value, uint16_t prop_type, bool Save,
+                               const std::string& guid) {
   bool bracketed = false;
   try {
     if (!object) throw ObjectNotSet("no MAPI object");
     MapiUtils& utils = RequireMapiUtils("SetNamedProp");
-    int32_t tag = utils.GetIDsFromNames(object, guid, name, true);
+    int32_t tag = NamedPropTag(utils, store_id, object, guid, name, true);
     if (PropId(tag) == 0) {
       throw ZError(kMapiCallFailed, "No property tag for named property '" + name.ToString() + "'",
                    kZintraUtilsPropsModule);
@@ -141,6 +196,18 @@ void ZintraUtils::SetNamedProp(const std::shared_ptr<MapiObject>& object, const 
     rec.Raise();
     throw;
   }
+}
+
+Value ZintraUtils::RememberedSearchKey(const std::shared_ptr<Folder>& folder,
+                                       MapiUtils& utils) {
+  if (!folder) return Value{};
+  auto it = search_keys_.find(folder.get());
+  if (it != search_keys_.end() && it->second.folder.lock() == folder) return it->second.key;
+  Value key = FolderSearchKey(folder, utils);
+  if (key.IsEmpty()) return key;
+  std::erase_if(search_keys_, [](const auto& entry) { return entry.second.folder.expired(); });
+  search_keys_[folder.get()] = RememberedKey{folder, key};
+  return key;
 }
 
 int32_t ZintraUtils::OLItemType(const std::shared_ptr<Item>& item) const {

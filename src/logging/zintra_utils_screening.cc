@@ -75,7 +75,10 @@ bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_
 
     std::shared_ptr<UserProperties> props = item->UserProperties();
     if (facts) facts->user_properties = props;
-    if (!GetUserProperty(props, kPropZintraTag).ToString().empty()) {
+    std::shared_ptr<UserProperty> tag;
+    const Value tag_value = GetUserProperty(props, kPropZintraTag, tag);
+    if (facts) facts->tag = tag;
+    if (!tag_value.ToString().empty()) {
       reason = "ZINTRAPROP_TAG is not empty";
       return false;
     }

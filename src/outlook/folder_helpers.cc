@@ -26,13 +26,6 @@ std::shared_ptr<Folder> ParentFolder(const std::shared_ptr<Folder>& folder) {
 }
 
 // The search key, or Empty when it cannot be read.
-Value SearchKey(const std::shared_ptr<Folder>& folder, MapiUtils& utils) {
-  try {
-    return utils.HrGetOneProp(folder->MAPIOBJECT(), kPrSearchKey);
-  } catch (const ZError&) {
-    return {};
-  }
-}
 
 std::string PathForLog(const std::shared_ptr<Folder>& folder) {
   try {
@@ -84,11 +77,24 @@ std::shared_ptr<Folder> PersonalStoreRoot(Namespace& session) {
   return RootFolder(session.GetDefaultFolder(kOlFolderInbox));
 }
 
+Value FolderSearchKey(const std::shared_ptr<Folder>& folder, MapiUtils& utils) {
+  try {
+    return utils.HrGetOneProp(folder->MAPIOBJECT(), kPrSearchKey);
+  } catch (const ZError&) {
+    return {};
+  }
+}
+
 bool FoldersSame(const std::shared_ptr<Folder>& a, const std::shared_ptr<Folder>& b,
                  MapiUtils& utils, ErrorHandling& errors) {
   if (!a || !b) return false;
-  Value key_a = SearchKey(a, utils);
-  Value key_b = SearchKey(b, utils);
+  Value key_a = FolderSearchKey(a, utils);
+  return FoldersSame(a, key_a, b, FolderSearchKey(b, utils), errors);
+}
+
+bool FoldersSame(const std::shared_ptr<Folder>& a, const Value& key_a,
+                 const std::shared_ptr<Folder>& b, const Value& key_b, ErrorHandling& errors) {
+  if (!a || !b) return false;
   if (!key_a.IsEmpty() && !key_b.IsEmpty()) return key_a == key_b;
   errors.WriteLogMessage("Using EntryID's to compare '" + PathForLog(a) + "' to '" + PathForLog(b) +
                              "' because of failure reading PR_SEARCH_KEY",

@@ -10,6 +10,8 @@
 #include <memory>
 #include <string>
 
+#include "src/core/value.h"
+
 namespace zintra {
 
 class ErrorHandling;
@@ -38,5 +40,10 @@ std::shared_ptr<Folder> PersonalStoreRoot(Namespace& session);
 // missing folder (nullptr) is the same as no other.
 bool FoldersSame(const std::shared_ptr<Folder>& a, const std::shared_ptr<Folder>& b,
                  MapiUtils& utils, ErrorHandling& errors);
+// The same with both search keys already read (Empty: it could not be read).
+bool FoldersSame(const std::shared_ptr<Folder>& a, const Value& key_a,
+                 const std::shared_ptr<Folder>& b, const Value& key_b, ErrorHandling& errors);
+// The folder's PR_SEARCH_KEY; Empty when it cannot be read.
+Value FolderSearchKey(const std::shared_ptr<Folder>& folder, MapiUtils& utils);
 
 }  // namespace zintra

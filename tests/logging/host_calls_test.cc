@@ -55,6 +55,56 @@ TEST_F(HostCallsTest, OneMailFromATrackedContactStaysWithinItsBudget) {
   EXPECT_LE(t.Total(), 84) << t.ToString();
 }
 
+// The second mail from a tracked contact, in the default settings, with a log that
+// keeps no debug lines: every call is one the item needs. The first mail has asked
+// once for what never changes (the current user, the store's named-property tags, the
+// journal's search key).
+TEST_F(HostCallsTest, ASecondMailCostsWhatItsRoadNeedsAndNothingMore) {
+  RegSettings quiet = env.settings;
+  quiet.LogLevel = 1;
+  env.errors.Addin_RegSettingsChanged(env.settings, quiet);
+  auto log_one = [&](const std::string& subject) {
+    auto mail = env.ItemOf(
+        env.builder.MailFrom(sim::ProfileBuilder::Smtp("Ann", "ann@fabrikam.com"), {subject}));
+    counter.Reset();
+    auto job = std::make_shared<JobProcess>(env.addin);
+    EXPECT_TRUE(job->Initialize("test", mail, true, false));
+    env.RunQueue();
+    EXPECT_TRUE(job->LoggedFlag());
+  };
+  log_one("First");
+  EXPECT_EQ(counter.CallsOf("MapiUtils.GetIDsFromNames"), 4);  // three names, one read first
+  log_one("Second");
+
+  // Initialize: screening reads the kind, the folder, the subject, the folder's name
+  // and the sending time (screening line, task text), finds "Zintra Tag" and "Zintra
+  // Logged" in the item's user properties (3), reads the message class, the
+  // sensitivity and the recipients (2: collection and count; with recipients the
+  // links are not counted) = 12. The sender, through a new safe item: create, set,
+  // sender, type, address = 5. The item's EntryID and its folder's StoreID = 2. The
+  // "Processing" mark (already looked for: add, value) and the save = 3.
+  const int64_t initialize = 12 + 5 + 2 + 3;
+  // Search: the item still there (subject), its links and their count; the cached
+  // contact opened, checked against the address, its sensitivity read = 6.
+  const int64_t search = 3 + 3;
+  // Copy: the item still there (1); the library copy (1), its tag read (collection,
+  // find, value: 3), its save (1), EntryID and StoreID (2); the copy opened in the
+  // object model (1), its folder and that folder's search key (3; the journal's is
+  // known); its tag cleared (collection, find, value) and saved (4) = 16.
+  const int64_t copy = 1 + 1 + 3 + 1 + 2 + 1 + 3 + 4;
+  // Final: the item still there (1), its MAPI object (1), the link list read (1) and
+  // both lists written (2), "Zintra Logged" and "Zintra Shared" (find, add, value:
+  // 6), "Zintra Last Audited" (1), "Zintra Tag" (find, value: 2) and the save (1).
+  const int64_t final_marks = 1 + 1 + 1 + 2 + 6 + 1 + 2 + 1;
+  const sim::CallCounter::Tally t = counter.Totals();
+  EXPECT_EQ(t.Total(), initialize + search + copy + final_marks) << t.ToString();
+  EXPECT_EQ(counter.CallsOf("MapiUtils.GetIDsFromNames"), 0);
+  EXPECT_EQ(counter.CallsOf("Folder.MAPIOBJECT"), 1);  // the copy's folder, not the journal
+  EXPECT_EQ(counter.CallsOf("Item.EntryID"), 1);       // the item's; the copy's is known
+  EXPECT_EQ(counter.CallsOf("Item.MAPIOBJECT"), 1);    // links and last-audited share it
+  EXPECT_EQ(counter.CallsOf("Item.Links"), 1);
+}
+
 TEST_F(HostCallsTest, NothingIsReadForDebugLinesTheLogDoesNotKeep) {
   auto log_one = [&](const std::string& subject) {
     auto mail = env.ItemOf(

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "sim/outlook/call_counter.h"
+#include "src/host/mapi_utils.h"
 #include "tests/logging/zintra_utils_fixture.h"
 
 namespace zintra {
@@ -68,6 +70,49 @@ TEST_F(UtilsMarksTest, NamedPropertiesLiveInTheirSetAndAreMappedIntoTheTargetSto
   EXPECT_EQ(get("Zintra Count", kPtString8).Type(), ValueType::kString);
   EXPECT_EQ(get("Zintra Count", kPtString8).ToString(), "42");
   EXPECT_TRUE(get("Zintra Never Written", kPtString8).IsEmpty());
+}
+
+// Remembered tags are the store's own: a store whose mapping gave the same tag to
+// another name keeps that property, and a name unknown at first is asked for again.
+TEST_F(UtilsMarksTest, NamedTagsAreRememberedPerStoreOnly) {
+  sim::CallCounter counter;
+  profile_.Faults().SetCounter(&counter);
+  auto archive = profile_.AddFolder(build_.PersonalFolders(), "Archive", kOlMailItem);
+  auto mail = NewItem(ItemClass::kMail);
+  auto filed = NewItem(ItemClass::kMail, archive);
+  const std::string inbox_store = FolderOf(inbox_)->StoreID();
+  const std::string archive_store = FolderOf(archive)->StoreID();
+  ASSERT_NE(inbox_store, archive_store);
+  utils_.SetNamedProp(filed->MAPIOBJECT(), Value("Zintra Other"), Value("kept"), kPtString8, true);
+  const double audited = MakeDate(2026, 3, 9, 8, 30, 0);
+  auto stamp = [&](const std::string& store, const std::shared_ptr<Item>& item, double when) {
+    utils_.SetNamedProp(store, item->MAPIOBJECT(), Value(kPropZintraLastAudited),
+                        Value::Date(when), kPtSystime, true);
+  };
+  stamp(inbox_store, mail, audited);
+  // The two stores gave one tag to two names: a tag taken across stores would show.
+  ASSERT_EQ(mapi_utils_->GetIDsFromNames(mail->MAPIOBJECT(), kZintraPropSetGuid,
+                                         Value(kPropZintraLastAudited), false),
+            mapi_utils_->GetIDsFromNames(filed->MAPIOBJECT(), kZintraPropSetGuid,
+                                         Value("Zintra Other"), false));
+  counter.Reset();
+  stamp(inbox_store, NewItem(ItemClass::kMail), audited);
+  EXPECT_EQ(counter.CallsOf("MapiUtils.GetIDsFromNames"), 0);
+  stamp(archive_store, filed, audited + 1);
+  EXPECT_EQ(counter.CallsOf("MapiUtils.GetIDsFromNames"), 1);
+  EXPECT_EQ(utils_.GetNamedProp(filed->MAPIOBJECT(), Value(kPropZintraLastAudited), kPtSystime)
+                .ToDate(),
+            audited + 1);
+  EXPECT_EQ(utils_.GetNamedProp(filed->MAPIOBJECT(), Value("Zintra Other"), kPtString8).ToString(),
+            "kept");
+
+  auto read_later = [&] {
+    return utils_.GetNamedProp(inbox_store, mail->MAPIOBJECT(), Value("Zintra Later"), kPtLong);
+  };
+  EXPECT_TRUE(read_later().IsEmpty());
+  utils_.SetNamedProp(mail->MAPIOBJECT(), Value("Zintra Later"), Value(int32_t{7}), kPtLong, true);
+  EXPECT_EQ(read_later().ToLong(), 7);
+  profile_.Faults().SetCounter(nullptr);
 }
 
 TEST_F(UtilsMarksTest, PropertyThatCannotBeAddedRaises91WithItsName) {

@@ -221,7 +221,8 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
     parent_ = facts.parent;
     screened_props_ = facts.user_properties ? facts.user_properties : item->UserProperties();
     screened_tag_ = facts.tag;
-    const Value logged = utils.GetUserProperty(screened_props_, kPropZintraLogged, screened_logged_);
+    const Value logged =
+        utils.GetUserProperty(screened_props_, kPropZintraLogged, screened_logged_);
     if (!logged.IsEmpty()) {
       reason = "already marked logged";
       skip = true;

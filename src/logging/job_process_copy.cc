@@ -238,7 +238,8 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
     entry_id = message->EntryID();
     store_id = message->StoreID();
     copy = app->Session()->GetItemFromID(entry_id, store_id);
-    // The copy was just opened by these identifiers: linking needs them again.
+    // Linking, in a later activation, needs them again: a message's identifiers never
+    // change (a move makes another message, whose own are read then).
     last_copy_ = copy;
     last_copy_entry_id_ = entry_id;
     last_copy_store_id_ = store_id;

@@ -86,8 +86,7 @@ void LoggedItemsLink::LinkToItem(const std::string& entry_id, const std::string&
   Append([&] { return std::pair(entry_id, store_id); });
 }
 
-void LoggedItemsLink::Append(
-    const std::function<std::pair<std::string, std::string>()>& copy_ids) {
+void LoggedItemsLink::Append(const std::function<std::pair<std::string, std::string>()>& copy_ids) {
   Value::StringArray entries, stores;
   const Value old_entries = LinkedEntryIDs();
   if (!old_entries.IsEmpty()) {
@@ -104,8 +103,8 @@ void LoggedItemsLink::Append(
     stores.resize(1);
   }
   std::tie(entries.back(), stores.back()) = copy_ids();
-  utils_.SetNamedProp(item_store_id_, object_, Value(entry_ids_name_), Value(entries),
-                      kPtMvString8, false);
+  utils_.SetNamedProp(item_store_id_, object_, Value(entry_ids_name_), Value(entries), kPtMvString8,
+                      false);
   // The entry-ID list may already be on the item: the store-ID list is written until it
   // is too, so that the two stay in step (each failure is logged by SetNamedProp). The
   // last try only sets the property; the item's next save stores it.

@@ -198,8 +198,7 @@ void ZintraUtils::SetNamedProp(const std::string& store_id,
   }
 }
 
-Value ZintraUtils::RememberedSearchKey(const std::shared_ptr<Folder>& folder,
-                                       MapiUtils& utils) {
+Value ZintraUtils::RememberedSearchKey(const std::shared_ptr<Folder>& folder, MapiUtils& utils) {
   if (!folder) return Value{};
   auto it = search_keys_.find(folder.get());
   if (it != search_keys_.end() && it->second.folder.lock() == folder) return it->second.key;

@@ -86,8 +86,8 @@ TEST_F(UtilsMarksTest, NamedTagsAreRememberedPerStoreOnly) {
   utils_.SetNamedProp(filed->MAPIOBJECT(), Value("Zintra Other"), Value("kept"), kPtString8, true);
   const double audited = MakeDate(2026, 3, 9, 8, 30, 0);
   auto stamp = [&](const std::string& store, const std::shared_ptr<Item>& item, double when) {
-    utils_.SetNamedProp(store, item->MAPIOBJECT(), Value(kPropZintraLastAudited),
-                        Value::Date(when), kPtSystime, true);
+    utils_.SetNamedProp(store, item->MAPIOBJECT(), Value(kPropZintraLastAudited), Value::Date(when),
+                        kPtSystime, true);
   };
   stamp(inbox_store, mail, audited);
   // The two stores gave one tag to two names: a tag taken across stores would show.
@@ -100,9 +100,9 @@ TEST_F(UtilsMarksTest, NamedTagsAreRememberedPerStoreOnly) {
   EXPECT_EQ(counter.CallsOf("MapiUtils.GetIDsFromNames"), 0);
   stamp(archive_store, filed, audited + 1);
   EXPECT_EQ(counter.CallsOf("MapiUtils.GetIDsFromNames"), 1);
-  EXPECT_EQ(utils_.GetNamedProp(filed->MAPIOBJECT(), Value(kPropZintraLastAudited), kPtSystime)
-                .ToDate(),
-            audited + 1);
+  EXPECT_EQ(
+      utils_.GetNamedProp(filed->MAPIOBJECT(), Value(kPropZintraLastAudited), kPtSystime).ToDate(),
+      audited + 1);
   EXPECT_EQ(utils_.GetNamedProp(filed->MAPIOBJECT(), Value("Zintra Other"), kPtString8).ToString(),
             "kept");
 

@@ -126,8 +126,8 @@ void PrintStats(const sim::CallCounter& counter, const RunResult& r, std::ostrea
   // The process's peak resident memory: the simulated profile, the add-in and the tool.
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
-  out << "Peak memory: " << usage.ru_maxrss / 1024 << " MB resident (the whole process, "
-      << r.loaded_items << " items loaded)\n";
+  out << "Peak memory: " << usage.ru_maxrss / 1024
+      << " MB resident (the whole process; items in the profile: " << r.loaded_items << ")\n";
 }
 
 void PrintSummary(const Scenario& s, const RunResult& r, const RunFlags& flags, bool quiet,

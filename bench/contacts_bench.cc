@@ -4,6 +4,7 @@
 // keys (for the cached lookup). The uncached Find shows what the cache buys.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
+#include <sys/resource.h>
 #include <time.h>
 
 #include <algorithm>
@@ -190,6 +191,11 @@ void BM_CacheFill(benchmark::State& state) {
   state.counters["addresses"] = count;
   state.counters["heap_bytes_per_address"] = static_cast<double>(heap) / count;
   state.counters["index_bytes_per_address"] = static_cast<double>(estimate) / count;
+  // The process's peak resident memory so far: the 100,000-contact profile, its table
+  // and the filled cache (and whatever benchmarks ran before in this process).
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  state.counters["peak_rss_mb"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
   state.counters["fill_calls"] = static_cast<double>(calls.Total());
   state.counters["fill_GetRows"] = static_cast<double>(calls.Of(sim::CallCounter::Kind::kRow));
   state.counters["most_calls_in_one_activation"] = static_cast<double>(most_calls);

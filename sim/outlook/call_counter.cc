@@ -7,6 +7,8 @@ namespace zintra::sim {
 
 namespace {
 
+bool IsRegistry(std::string_view member) { return member.substr(0, 9) == "Registry."; }
+
 bool OneOf(std::string_view s, std::initializer_list<std::string_view> list) {
   return std::find(list.begin(), list.end(), s) != list.end();
 }
@@ -101,27 +103,42 @@ void CallCounter::Count(std::string_view member) {
     it = members_.emplace(std::string(member), Entry{0, KindOf(member)}).first;
   ++it->second.calls;
   ++totals_.by_kind[static_cast<int>(it->second.kind)];
+  if (IsRegistry(member)) ++registry_calls_;
 }
 
 CallCounter::HostCall CallCounter::Enter(std::string_view member) {
-  Count(member);
-  if (depth_++ == 0) started_ns_ = Now();
+  Begin(member);
   return HostCall(this);
 }
 
+void CallCounter::Begin(std::string_view member) {
+  Count(member);
+  if (depth_++ > 0) return;
+  outer_registry_ = IsRegistry(member);
+  started_ns_ = Now();
+}
+
 void CallCounter::Leave() {
-  if (--depth_ == 0) host_ns_ += Now() - started_ns_;
+  if (--depth_ > 0) return;
+  const int64_t span = Now() - started_ns_;
+  host_ns_ += span;
+  if (outer_registry_) registry_ns_ += span;
 }
 
 CallCounter::AddinCallback CallCounter::Callback() {
   const int depth = depth_;
-  if (depth > 0) host_ns_ += Now() - started_ns_;
+  if (depth > 0) {
+    const int64_t span = Now() - started_ns_;
+    host_ns_ += span;
+    if (outer_registry_) registry_ns_ += span;
+  }
   depth_ = 0;
-  return AddinCallback(this, depth);
+  return AddinCallback(this, depth, outer_registry_);
 }
 
-void CallCounter::Resume(int depth) {
+void CallCounter::Resume(int depth, bool registry) {
   depth_ = depth;
+  outer_registry_ = registry;
   if (depth > 0) started_ns_ = Now();
 }
 
@@ -131,10 +148,11 @@ int64_t CallCounter::SteadyNanoseconds() {
       .count();
 }
 
-std::function<void(std::string_view)> CallCounter::Observer(std::string prefix) {
-  return [this, prefix = std::move(prefix)](std::string_view member) {
-    Count(prefix + std::string(member));
-  };
+CallCounter::PortObserver CallCounter::Observer(std::string prefix) {
+  return {[this, prefix = std::move(prefix)](std::string_view member) {
+            Begin(prefix + std::string(member));
+          },
+          [this] { Leave(); }};
 }
 
 int64_t CallCounter::CallsOf(std::string_view member) const {
@@ -155,6 +173,8 @@ void CallCounter::Reset() {
   members_.clear();
   totals_ = Tally{};
   host_ns_ = 0;
+  registry_ns_ = 0;
+  registry_calls_ = 0;
   readings_ = 0;
   // A call under way goes on being timed from now.
   if (depth_ > 0) started_ns_ = Now();

@@ -5,15 +5,18 @@
 // timings on a shared machine.
 //
 // Attach it with FaultInjector::SetCounter (every Outlook and library member reports
-// there before it does anything) and MemoryRegistry::SetCallObserver(counter.Observer
-// ("Registry.")). Counting is a hash lookup per call. Not thread-safe (Outlook's thread).
+// there before it does anything) and, for the registry, with the two halves of
+// Observer("Registry."): MemoryRegistry::SetCallObserver(o.enter, o.leave). Counting is
+// a hash lookup per call. Not thread-safe (Outlook's thread).
 //
 // It also times the calls: each Outlook and library member holds the HostCall that
-// Enter returns until it returns, so the time from the outermost call's start to its
-// end is the host's (a member that calls another is one span, not two), and an event
-// the host raises into the add-in inside a call (AddinCallback) is the add-in's again.
-// Registry calls are counted, not timed. The add-in's own time over a run is the run's
-// time on the same clock less HostNanoseconds.
+// Enter returns until it returns, and each registry call runs from the observer's
+// enter to its leave, so the time from the outermost call's start to its end is the
+// host's (a member that calls another is one span, not two), and an event the host
+// raises into the add-in inside a call (AddinCallback) is the add-in's again. The
+// add-in's own time over a run is the run's time on the same clock less
+// HostNanoseconds; RegistryNanoseconds is the part of that host time spent in
+// registry calls.
 #pragma once
 
 #include <array>
@@ -84,17 +87,21 @@ class CallCounter {
    public:
     AddinCallback() = default;
     AddinCallback(AddinCallback&& other) noexcept
-        : counter_(std::exchange(other.counter_, nullptr)), depth_(other.depth_) {}
+        : counter_(std::exchange(other.counter_, nullptr)),
+          depth_(other.depth_),
+          registry_(other.registry_) {}
     AddinCallback& operator=(AddinCallback&&) = delete;
     ~AddinCallback() {
-      if (counter_ != nullptr) counter_->Resume(depth_);
+      if (counter_ != nullptr) counter_->Resume(depth_, registry_);
     }
 
    private:
     friend class CallCounter;
-    AddinCallback(CallCounter* counter, int depth) : counter_(counter), depth_(depth) {}
+    AddinCallback(CallCounter* counter, int depth, bool registry)
+        : counter_(counter), depth_(depth), registry_(registry) {}
     CallCounter* counter_ = nullptr;
     int depth_ = 0;
+    bool registry_ = false;  // the interrupted call is a registry call
   };
 
   void Count(std::string_view member);
@@ -109,8 +116,19 @@ class CallCounter {
   // Readings of the clock since the last Reset: about half of each one's cost falls
   // inside the host's time and half outside, which a bench can take back out.
   int64_t ClockReadings() const { return readings_; }
-  // An observer for a port that reports bare member names; `prefix` names the class.
-  std::function<void(std::string_view)> Observer(std::string prefix);
+  // Calls of members named "Registry." since the last Reset, and the time inside those
+  // that were outermost calls (part of HostNanoseconds).
+  int64_t RegistryCalls() const { return registry_calls_; }
+  int64_t RegistryNanoseconds() const { return registry_ns_; }
+  double RegistrySeconds() const { return static_cast<double>(registry_ns_) / 1e9; }
+  // An observer for a port that reports bare member names when a call starts (`enter`)
+  // and tells when it returns (`leave`); `prefix` names the class. Both halves go to
+  // the port together: a call entered and never left would time the rest as the host's.
+  struct PortObserver {
+    std::function<void(std::string_view)> enter;
+    std::function<void()> leave;
+  };
+  PortObserver Observer(std::string prefix);
 
   const Tally& Totals() const { return totals_; }
   int64_t CallsOf(std::string_view member) const;
@@ -127,8 +145,9 @@ class CallCounter {
     int64_t calls = 0;
     Kind kind = Kind::kOther;
   };
+  void Begin(std::string_view member);  // counts `member` and starts its call
   void Leave();
-  void Resume(int depth);
+  void Resume(int depth, bool registry);
 
   std::unordered_map<std::string, Entry, Hash, std::equal_to<>> members_;
   Tally totals_;
@@ -136,6 +155,9 @@ class CallCounter {
   int depth_ = 0;  // host calls under way, the outermost included
   int64_t started_ns_ = 0;
   int64_t host_ns_ = 0;
+  bool outer_registry_ = false;  // the outermost call under way is a registry call
+  int64_t registry_ns_ = 0;
+  int64_t registry_calls_ = 0;
   int64_t readings_ = 0;
   int64_t Now() {
     ++readings_;

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "sim/outlook/sorted_index.h"
 #include "src/core/date.h"
 #include "src/core/text.h"
 #include "src/core/z_error.h"
@@ -242,6 +243,7 @@ void Profile::SaveMessage(const std::shared_ptr<MessageRecord>& message) {
   double now = Now();
   message->props.Set(kPrLastModificationTime, Value::Date(now));
   if (message->stored) {
+    for (const auto& index : folder->indexes) index->Update(message);
     folder->changed.Raise(message);
     return;
   }
@@ -252,6 +254,7 @@ void Profile::SaveMessage(const std::shared_ptr<MessageRecord>& message) {
   message->number = folder->store->next_number++;
   message->stored = true;
   folder->messages.push_back(message);
+  for (const auto& index : folder->indexes) index->Insert(message);
   Index(message);
   folder->added.Raise(message);
 }
@@ -296,6 +299,7 @@ void Profile::Unlink(const std::shared_ptr<MessageRecord>& message) {
   if (message->stored) messages_.erase(Key(message->store->index, message->number));
   if (folder && message->stored) {
     RemoveFrom(folder->messages, message.get());
+    for (const auto& index : folder->indexes) index->Erase(*message);
     folder->removed.Raise(message);
   }
 }

@@ -158,42 +158,15 @@ HostCall SimItems::Hit(std::string_view member) const {
   return call;
 }
 
-SimItems::Entry SimItems::MakeEntry(const std::shared_ptr<MessageRecord>& m) const {
-  Entry e{0, {}, m->serial, m};
-  if (sort_->is_date) {
-    const Value* v = m->props.Get(sort_->tag);
-    e.date_key = v ? v->ToDate() : kUnsetDate;
-  } else {
-    e.text_key = text::LCase(MessageProps::Text(*m, sort_->tag));
-  }
-  return e;
-}
-
-bool SimItems::Before(const Entry& a, const Entry& b) const {
-  auto ascending = [this](const Entry& x, const Entry& y) {
-    if (sort_->is_date) {
-      return x.date_key != y.date_key ? x.date_key < y.date_key : x.serial < y.serial;
-    }
-    int c = x.text_key.compare(y.text_key);
-    return c != 0 ? c < 0 : x.serial < y.serial;
-  };
-  return sort_->descending ? ascending(b, a) : ascending(a, b);
-}
-
 void SimItems::Materialize() {
-  if (!sort_ || materialized_) return;
-  view_.clear();
-  view_.reserve(folder_->messages.size());
-  for (const auto& m : folder_->messages) view_.push_back(MakeEntry(m));
-  std::sort(view_.begin(), view_.end(),
-            [this](const Entry& a, const Entry& b) { return Before(a, b); });
-  materialized_ = true;
+  if (sort_ && !index_) index_ = SortedIndex::Of(*folder_, sort_->tag, sort_->is_date);
 }
 
-size_t SimItems::Size() const { return materialized_ ? view_.size() : folder_->messages.size(); }
+size_t SimItems::Size() const { return index_ ? index_->Size() : folder_->messages.size(); }
 
 const std::shared_ptr<MessageRecord>& SimItems::RecordAt(size_t index) const {
-  return materialized_ ? view_[index].record : folder_->messages[index];
+  if (!index_) return folder_->messages[index];
+  return index_->At(sort_->descending ? index_->Size() - 1 - index : index);
 }
 
 std::shared_ptr<zintra::Item> SimItems::ItemAt(int64_t index) {
@@ -234,8 +207,7 @@ void SimItems::Sort(const std::string& property, bool descending) {
   else
     throw ZError(kMapiInvalidParameter, "The property \"" + property + "\" cannot be sorted on");
   sort_ = desc;
-  materialized_ = false;
-  view_.clear();
+  index_.reset();
   cursor_ = -1;
   find_pos_ = -1;
 }
@@ -303,24 +275,7 @@ void SimItems::Remove(int32_t index) {
   profile_->DeleteMessage(RecordAt(CheckIndex(index, Size())));
 }
 
-void SimItems::InsertIntoView(const std::shared_ptr<MessageRecord>& m) {
-  Entry e = MakeEntry(m);
-  auto pos = std::upper_bound(view_.begin(), view_.end(), e,
-                              [this](const Entry& a, const Entry& b) { return Before(a, b); });
-  view_.insert(pos, std::move(e));
-}
-
-void SimItems::EraseFromView(const MessageRecord* m) {
-  for (auto it = view_.begin(); it != view_.end(); ++it) {
-    if (it->record.get() == m) {
-      view_.erase(it);
-      return;
-    }
-  }
-}
-
 void SimItems::OnAdded(const std::shared_ptr<MessageRecord>& m) {
-  if (materialized_) InsertIntoView(m);
   std::shared_ptr<zintra::Item> item = MakeItem(profile_, m);
   // The add-in's handlers run on the add-in's time, not the host call's that stored it.
   const auto callback = profile_->Faults().Callback();
@@ -328,27 +283,13 @@ void SimItems::OnAdded(const std::shared_ptr<MessageRecord>& m) {
 }
 
 void SimItems::OnChanged(const std::shared_ptr<MessageRecord>& m) {
-  if (materialized_) {
-    // A change that leaves the sort key alone (a mark, a flag) leaves the order alone,
-    // as a store's index does: the item is found where its key puts it, in log n.
-    Entry e = MakeEntry(m);
-    auto pos = std::lower_bound(view_.begin(), view_.end(), e,
-                                [this](const Entry& a, const Entry& b) { return Before(a, b); });
-    if (pos != view_.end() && pos->record == m) {
-      *pos = std::move(e);  // in its place whatever its key was: its neighbours say so
-    } else {
-      EraseFromView(m.get());
-      InsertIntoView(m);
-    }
-  }
   std::shared_ptr<zintra::Item> item = MakeItem(profile_, m);
   // The add-in's handlers run on the add-in's time, not the host call's that stored it.
   const auto callback = profile_->Faults().Callback();
   ItemChange.Raise(item);
 }
 
-void SimItems::OnRemoved(const std::shared_ptr<MessageRecord>& m) {
-  if (materialized_) EraseFromView(m.get());
+void SimItems::OnRemoved(const std::shared_ptr<MessageRecord>& /*m*/) {
   const auto callback = profile_->Faults().Callback();
   ItemRemove.Raise();
 }

@@ -11,6 +11,7 @@
 #include "sim/outlook/item_filter.h"
 #include "sim/outlook/profile.h"
 #include "sim/outlook/sim_keys.h"
+#include "sim/outlook/sorted_index.h"
 #include "src/host/outlook_folder.h"
 
 namespace zintra::sim {
@@ -77,12 +78,6 @@ class SimItems : public Items, public SimKeyed, public FolderHolder {
   void Remove(int32_t index) override;
 
  private:
-  struct Entry {
-    double date_key;
-    std::string text_key;
-    uint64_t serial;
-    std::shared_ptr<MessageRecord> record;
-  };
   struct SortSpec {
     int32_t tag;
     bool is_date;
@@ -90,8 +85,8 @@ class SimItems : public Items, public SimKeyed, public FolderHolder {
   };
 
   [[nodiscard]] HostCall Hit(std::string_view member) const;
-  Entry MakeEntry(const std::shared_ptr<MessageRecord>& m) const;
-  bool Before(const Entry& a, const Entry& b) const;
+  // Takes the folder's index in the sort order (the store builds it the first time the
+  // folder is sorted that way); without a sort the stored order serves.
   void Materialize();
   size_t Size() const;
   const std::shared_ptr<MessageRecord>& RecordAt(size_t index) const;
@@ -99,15 +94,12 @@ class SimItems : public Items, public SimKeyed, public FolderHolder {
   void OnAdded(const std::shared_ptr<MessageRecord>& m);
   void OnChanged(const std::shared_ptr<MessageRecord>& m);
   void OnRemoved(const std::shared_ptr<MessageRecord>& m);
-  void EraseFromView(const MessageRecord* m);
-  void InsertIntoView(const std::shared_ptr<MessageRecord>& m);
 
   Profile* profile_;
   std::shared_ptr<FolderRecord> folder_;
   std::optional<SortSpec> sort_;
-  bool materialized_ = false;
-  std::vector<Entry> view_;  // the sorted order, once materialized
-  int64_t cursor_ = -1;      // index of the item GetFirst/GetNext returned last
+  std::shared_ptr<SortedIndex> index_;  // the sorted order, once materialized
+  int64_t cursor_ = -1;                 // index of the item GetFirst/GetNext returned last
   std::optional<ItemFilter> find_;
   int64_t find_pos_ = -1;
   Connection on_added_, on_changed_, on_removed_;

@@ -21,6 +21,7 @@ namespace zintra::sim {
 
 struct FolderRecord;
 struct MessageRecord;
+class SortedIndex;
 
 struct StoreRecord {
   int index = 0;             // position in the profile, part of every identifier
@@ -80,6 +81,9 @@ struct FolderRecord {
   std::vector<std::shared_ptr<MessageRecord>> messages;  // in the order stored
   bool deleted = false;
   PropertyBag props;
+  // The orders the store keeps this folder's messages in, one per property a collection
+  // has sorted on; the profile keeps them in step before raising the events below.
+  std::vector<std::shared_ptr<SortedIndex>> indexes;
 
   // Raised by the profile inside the operation that stores, rewrites or removes a
   // message of this folder; the Items collections forward them.

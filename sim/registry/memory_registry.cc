@@ -186,8 +186,13 @@ HKey MemoryRegistry::NewHandle(std::shared_ptr<Node> node, uint32_t access) {
   return handle;
 }
 
+MemoryRegistry::ObservedCall MemoryRegistry::Observe(std::string_view member) {
+  if (!enter_) return ObservedCall(nullptr);
+  enter_(member);
+  return ObservedCall(&leave_);
+}
+
 int32_t MemoryRegistry::Injected(const std::string& member) {
-  if (observer_) observer_(member);
   auto it = faults_.find(member);
   if (it == faults_.end()) return kRegSuccess;
   Fault& fault = it->second;
@@ -205,6 +210,7 @@ int32_t MemoryRegistry::Injected(const std::string& member) {
 int32_t MemoryRegistry::OpenKey(HKey parent, const std::string& sub_key, uint32_t access,
                                 HKey* result) {
   *result = 0;
+  const ObservedCall call = Observe("OpenKey");
   if (int32_t rc = Injected("OpenKey")) return rc;
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(parent, 0, &rc);
@@ -223,6 +229,7 @@ int32_t MemoryRegistry::CreateKey(HKey parent, const std::string& sub_key, uint3
                                   HKey* result, bool* created) {
   *result = 0;
   if (created) *created = false;
+  const ObservedCall call = Observe("CreateKey");
   if (int32_t rc = Injected("CreateKey")) return rc;
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(parent, 0, &rc);
@@ -252,6 +259,7 @@ int32_t MemoryRegistry::CreateKey(HKey parent, const std::string& sub_key, uint3
 
 int32_t MemoryRegistry::QueryValue(HKey key, const std::string& name, uint32_t* type, uint8_t* data,
                                    uint32_t* size) {
+  const ObservedCall call = Observe("QueryValue");
   if (int32_t rc = Injected("QueryValue")) return rc;
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(key, kKeyQueryValue, &rc);
@@ -272,6 +280,7 @@ int32_t MemoryRegistry::QueryValue(HKey key, const std::string& name, uint32_t* 
 
 int32_t MemoryRegistry::SetValue(HKey key, const std::string& name, uint32_t type,
                                  const uint8_t* data, uint32_t size) {
+  const ObservedCall call = Observe("SetValue");
   if (int32_t rc = Injected("SetValue")) return rc;
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(key, kKeySetValue, &rc);
@@ -282,6 +291,7 @@ int32_t MemoryRegistry::SetValue(HKey key, const std::string& name, uint32_t typ
 }
 
 int32_t MemoryRegistry::DeleteValue(HKey key, const std::string& name) {
+  const ObservedCall call = Observe("DeleteValue");
   if (int32_t rc = Injected("DeleteValue")) return rc;
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(key, kKeySetValue, &rc);
@@ -290,6 +300,7 @@ int32_t MemoryRegistry::DeleteValue(HKey key, const std::string& name) {
 }
 
 int32_t MemoryRegistry::DeleteKey(HKey parent, const std::string& sub_key) {
+  const ObservedCall call = Observe("DeleteKey");
   if (int32_t rc = Injected("DeleteKey")) return rc;
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(parent, 0, &rc);
@@ -313,6 +324,7 @@ int32_t MemoryRegistry::DeleteKey(HKey parent, const std::string& sub_key) {
 }
 
 int32_t MemoryRegistry::EnumKey(HKey key, uint32_t index, std::string* name, uint32_t* name_size) {
+  const ObservedCall call = Observe("EnumKey");
   if (int32_t rc = Injected("EnumKey")) return rc;
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(key, kKeyEnumerateSubKeys, &rc);
@@ -330,6 +342,7 @@ int32_t MemoryRegistry::EnumKey(HKey key, uint32_t index, std::string* name, uin
 
 int32_t MemoryRegistry::EnumValue(HKey key, uint32_t index, std::string* name, uint32_t* name_size,
                                   uint32_t* type) {
+  const ObservedCall call = Observe("EnumValue");
   if (int32_t rc = Injected("EnumValue")) return rc;
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(key, kKeyQueryValue, &rc);
@@ -347,6 +360,7 @@ int32_t MemoryRegistry::EnumValue(HKey key, uint32_t index, std::string* name, u
 }
 
 int32_t MemoryRegistry::QueryInfoKey(HKey key, RegistryKeyInfo* info) {
+  const ObservedCall call = Observe("QueryInfoKey");
   if (int32_t rc = Injected("QueryInfoKey")) return rc;
   int32_t rc = kRegSuccess;
   std::shared_ptr<Node> node = Resolve(key, kKeyQueryValue, &rc);
@@ -369,6 +383,7 @@ int32_t MemoryRegistry::QueryInfoKey(HKey key, RegistryKeyInfo* info) {
 
 int32_t MemoryRegistry::CloseKey(HKey key) {
   if (Root(key)) return kRegSuccess;
+  const ObservedCall call = Observe("CloseKey");
   if (int32_t rc = Injected("CloseKey")) return rc;
   return handles_.erase(key) ? kRegSuccess : kRegInvalidHandle;
 }

@@ -102,10 +102,13 @@ class MemoryRegistry : public Registry {
   // `skip` more successful calls, `times` times (-1: from then on, always).
   void FailCall(const std::string& member, int32_t error, int skip = 0, int times = 1);
   void ClearFaults();
-  // Told the name of every port member called ("OpenKey", "QueryValue", ...), before
-  // it does anything; for counting the calls. Empty: none.
-  void SetCallObserver(std::function<void(std::string_view)> observer) {
-    observer_ = std::move(observer);
+  // `enter` is told the name of every port member called ("OpenKey", "QueryValue", ...)
+  // before it does anything, and `leave` (when given) is called once it returns, failed
+  // or not; for counting and timing the calls. Empty: none.
+  void SetCallObserver(std::function<void(std::string_view)> enter,
+                       std::function<void()> leave = nullptr) {
+    enter_ = std::move(enter);
+    leave_ = std::move(leave);
   }
 
   // Keys opened through the port and not yet closed.
@@ -122,6 +125,19 @@ class MemoryRegistry : public Registry {
     int skip;
     int times;
   };
+  // A port call under way, from the observer's `enter` to its `leave`.
+  class [[nodiscard]] ObservedCall {
+   public:
+    explicit ObservedCall(const std::function<void()>* leave) : leave_(leave) {}
+    ObservedCall(const ObservedCall&) = delete;
+    ObservedCall& operator=(const ObservedCall&) = delete;
+    ~ObservedCall() {
+      if (leave_ != nullptr && *leave_) (*leave_)();
+    }
+
+   private:
+    const std::function<void()>* leave_;
+  };
 
   std::shared_ptr<Node> Root(HKey hive) const;
   // The node of an open handle or hive; nullptr and *rc on failure.
@@ -132,6 +148,7 @@ class MemoryRegistry : public Registry {
              const std::function<void(const std::string&, const std::vector<RegistryValue>&)>&
                  visit) const;
   HKey NewHandle(std::shared_ptr<Node> node, uint32_t access);
+  ObservedCall Observe(std::string_view member);
   int32_t Injected(const std::string& member);
 
   std::shared_ptr<Node> current_user_;
@@ -144,7 +161,8 @@ class MemoryRegistry : public Registry {
   HKey last_hive_ = 0;
   std::string last_path_;
   std::weak_ptr<Node> last_node_;
-  std::function<void(std::string_view)> observer_;
+  std::function<void(std::string_view)> enter_;
+  std::function<void()> leave_;
 };
 
 }  // namespace zintra::sim

@@ -20,7 +20,8 @@ class HostCallsTest : public ::testing::Test {
     env.builder.Contact(customers.contacts, {"Ann Lee", {"ann@fabrikam.com"}});
     env.Start();
     env.profile.Faults().SetCounter(&counter);
-    env.registry.SetCallObserver(counter.Observer("Registry."));
+    const auto registry = counter.Observer("Registry.");
+    env.registry.SetCallObserver(registry.enter, registry.leave);
   }
   ~HostCallsTest() override {
     env.profile.Faults().SetCounter(nullptr);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "sim/outlook/call_counter.h"
+#include "sim/registry/memory_registry.h"
 #include "src/host/outlook_folder.h"
 #include "src/host/outlook_item_parts.h"
 #include "tests/sim_outlook/sim_fixture.h"
@@ -74,10 +75,14 @@ TEST(CallCounterTest, KindsFollowWhatTheCallCostsTheHost) {
 TEST(CallCounterTest, AnObserverNamesTheClassAndTalliesSubtract) {
   CallCounter counter;
   auto registry = counter.Observer("Registry.");
-  registry("OpenKey");
-  registry("QueryValue");
+  auto call = [&](std::string_view member) {
+    registry.enter(member);
+    registry.leave();
+  };
+  call("OpenKey");
+  call("QueryValue");
   const CallCounter::Tally opened = counter.Totals();
-  registry("CloseKey");
+  call("CloseKey");
   counter.Count("Item.Save");
   EXPECT_EQ(counter.CallsOf("Registry.QueryValue"), 1);
   EXPECT_EQ(opened.ToString(), "registry reads 2");
@@ -140,6 +145,40 @@ TEST(CallCounterTest, HostTimeCountsANestedCallOnceAndLeavesOutTheAddinsHandlers
 
 // A clock that moves one on every reading: each span of host time then measures 1.
 int64_t TickingNow() { return ++fake_now; }
+
+// Registry calls through the registry's observer are host time like Outlook's, kept
+// apart as registry time; a call that fails still ends.
+TEST(CallCounterTest, RegistryCallsAreTimedAsTheHostsAndApart) {
+  MemoryRegistry reg;
+  reg.SetDword(kHKeyCurrentUser, "Software\\F", "N", 7);
+  CallCounter counter;
+  counter.SetClock(&TickingNow);
+  const auto observer = counter.Observer("Registry.");
+  reg.SetCallObserver(observer.enter, observer.leave);
+  reg.FailCall("QueryValue", kRegAccessDenied);
+  HKey key = 0;
+  ASSERT_EQ(reg.OpenKey(kHKeyCurrentUser, "Software\\F", kKeyRead, &key), kRegSuccess);
+  uint8_t data[4];
+  uint32_t size = sizeof data;
+  EXPECT_EQ(reg.QueryValue(key, "N", nullptr, data, &size), kRegAccessDenied);
+  EXPECT_EQ(reg.QueryValue(key, "N", nullptr, data, &size), kRegSuccess);
+  EXPECT_EQ(counter.RegistryNanoseconds(), 3);  // one tick each
+  EXPECT_EQ(counter.HostNanoseconds(), 3);
+  {
+    // An Outlook call is the host's and not the registry's, and a registry call made
+    // inside it is part of its one span.
+    auto save = counter.Enter("Item.Save");
+    reg.CloseKey(key);
+  }
+  EXPECT_EQ(counter.HostNanoseconds(), 4);
+  EXPECT_EQ(counter.RegistryNanoseconds(), 3);
+  EXPECT_EQ(counter.Totals().Of(Kind::kRegistryRead), 3);
+  EXPECT_EQ(counter.CallsOf("Registry.CloseKey"), 1);
+  EXPECT_EQ(counter.RegistryCalls(), 4);
+  reg.SetCallObserver(nullptr);
+  counter.Reset();
+  EXPECT_EQ(counter.RegistryNanoseconds(), 0);
+}
 
 TEST_F(SimTest, SimulatedMembersTimeTheirCallAndStopWhileTheAddinHandlesTheirEvents) {
   auto inbox = Default(kOlFolderInbox);

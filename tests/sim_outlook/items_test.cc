@@ -86,6 +86,55 @@ TEST_F(ItemsTest, AChangedItemMovesOnlyWhenItsSortKeyMovesIt) {
   EXPECT_EQ(order, (std::vector<std::string>{"A", "M1", "M15", "m17", "M4"}));
 }
 
+// The store keeps one order per sort key for the folder and keeps it in step whether
+// or not a collection is walking it, so a collection sorted later sees every change.
+TEST_F(ItemsTest, TheStoreKeepsEachOrderInStepForEveryCollection) {
+  Fill(3);
+  auto inbox = builder.Default(kOlFolderInbox);
+  inbox_items->Sort("Created", false);
+  EXPECT_EQ(inbox_items->GetFirst()->Subject(), "M1");
+  inbox_items.reset();
+  MailSpec older{"Old"}, newer{"New"};
+  older.time = MakeDate(2025, 6, 1);
+  newer.time = MakeDate(2026, 2, 1);
+  builder.MailFrom(ProfileBuilder::Smtp("Bob", "bob@x.com"), newer);
+  builder.MailFrom(ProfileBuilder::Smtp("Bob", "bob@x.com"), older);
+  auto other = Default(kOlFolderInbox)->Items();
+  other->Sort("[Created]", true);
+  other->GetFirst()->Delete();  // New
+  std::vector<std::string> order;
+  for (auto item = other->GetFirst(); item; item = other->GetNext()) {
+    order.push_back(item->Subject());
+  }
+  EXPECT_EQ(order, (std::vector<std::string>{"M3", "M2", "M1", "Old"}));
+  // Both walks, both directions and the deletion used the one order of the folder;
+  // another key is another order.
+  EXPECT_EQ(inbox->indexes.size(), 1u);
+  other->Sort("Subject", false);
+  EXPECT_EQ(other->GetFirst()->Subject(), "M1");
+  EXPECT_EQ(inbox->indexes.size(), 2u);
+}
+
+// Items created at the same moment: ascending takes them in the order they were made,
+// descending in the opposite order, so that each direction is the other reversed.
+TEST_F(ItemsTest, ItemsOfTheSameTimeSortInCreationOrderReversedWhenDescending) {
+  for (const char* subject : {"A", "B", "C"}) {
+    MailSpec same{subject};
+    same.time = MakeDate(2026, 1, 1, 9, 0, 0);
+    builder.MailFrom(ProfileBuilder::Smtp("Bob", "bob@x.com"), same);
+  }
+  auto walk = [&](bool descending) {
+    inbox_items->Sort("Created", descending);
+    std::string order;
+    for (auto item = inbox_items->GetFirst(); item; item = inbox_items->GetNext()) {
+      order += item->Subject();
+    }
+    return order;
+  };
+  EXPECT_EQ(walk(false), "ABC");
+  EXPECT_EQ(walk(true), "CBA");
+}
+
 TEST_F(ItemsTest, UnknownSortPropertyIsRefused) {
   try {
     inbox_items->Sort("[Colour]", true);

@@ -148,7 +148,12 @@ TEST_F(CliTest, StatsCountTheHostCallsOfStartUpShutDownAndEachLoggedItem) {
   EXPECT_THAT(out_, HasSubstr("most called:"));
   EXPECT_THAT(out_, ::testing::ContainsRegex(
                         "start-up: +[0-9.]+ ms: the add-in's own [0-9.]+ ms, inside host calls "
-                        "[0-9.]+ ms"));
+                        "[0-9.]+ ms \\(registry [0-9.]+ ms\\)"));
+  // The settings' registry calls are among the calls, and the process has a peak.
+  EXPECT_THAT(out_, ::testing::ContainsRegex("Host calls: [0-9]+ in all, [1-9][0-9]* of them "
+                                             "registry calls"));
+  EXPECT_THAT(out_, ::testing::ContainsRegex("Peak memory: [1-9][0-9]* MB resident \\(the "
+                                             "whole process; items in the profile: [1-9]"));
   EXPECT_EQ(Run({"run", file, "--out", Out(), "--quiet"}), 0);
   EXPECT_THAT(out_, ::testing::Not(HasSubstr("Host calls")));
 }

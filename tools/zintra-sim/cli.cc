@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -83,7 +84,8 @@ struct RunFlags {
 // shut-down and the whole timeline, split between the add-in and the host calls.
 void PrintStats(const sim::CallCounter& counter, const RunResult& r, std::ostream& out) {
   const sim::CallCounter::Tally items = counter.Totals() - r.startup_calls - r.shutdown_calls;
-  out << "\nHost calls: " << counter.Totals().Total() << " in all\n"
+  out << "\nHost calls: " << counter.Totals().Total() << " in all, " << counter.RegistryCalls()
+      << " of them registry calls\n"
       << "  start-up:  " << r.startup_calls.ToString() << "\n"
       << "  shut-down: " << r.shutdown_calls.ToString() << "\n"
       << "  the rest:  " << items.ToString() << "\n";
@@ -105,18 +107,27 @@ void PrintStats(const sim::CallCounter& counter, const RunResult& r, std::ostrea
     if (++shown > 15) break;
     out << "    " << n << " " << member << "\n";
   }
-  // Wall time on the counter's clock: inside host calls, and the add-in's own.
-  auto split = [](double total, double host) {
-    char text[160];
-    std::snprintf(text, sizeof text, "%.2f ms: the add-in's own %.2f ms, inside host calls %.2f ms",
-                  total * 1e3, (total - host) * 1e3, host * 1e3);
+  // Wall time on the counter's clock: inside host calls (of which the registry's), and
+  // the add-in's own.
+  auto split = [](double total, double host, double registry) {
+    char text[200];
+    std::snprintf(text, sizeof text,
+                  "%.2f ms: the add-in's own %.2f ms, inside host calls %.2f ms (registry %.2f ms)",
+                  total * 1e3, (total - host) * 1e3, host * 1e3, registry * 1e3);
     return std::string(text);
   };
   out << "Time (wall):\n"
-      << "  start-up:  " << split(r.startup_seconds, r.startup_host_seconds) << "\n"
-      << "  shut-down: " << split(r.shutdown_seconds, r.shutdown_host_seconds) << "\n"
-      << "  the whole timeline: " << split(r.addin_seconds, r.host_seconds)
+      << "  start-up:  "
+      << split(r.startup_seconds, r.startup_host_seconds, r.startup_registry_seconds) << "\n"
+      << "  shut-down: "
+      << split(r.shutdown_seconds, r.shutdown_host_seconds, r.shutdown_registry_seconds) << "\n"
+      << "  the whole timeline: " << split(r.addin_seconds, r.host_seconds, r.registry_seconds)
       << " (the own part includes the simulation playing the steps)\n";
+  // The process's peak resident memory: the simulated profile, the add-in and the tool.
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  out << "Peak memory: " << usage.ru_maxrss / 1024
+      << " MB resident (the whole process; items in the profile: " << r.loaded_items << ")\n";
 }
 
 void PrintSummary(const Scenario& s, const RunResult& r, const RunFlags& flags, bool quiet,

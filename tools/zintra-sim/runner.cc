@@ -317,14 +317,18 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
   auto t0 = Clock_::now();
   auto world = std::make_unique<World>(scenario, options, log_root);
   world->Build();
+  result.loaded_items = world->loaded_items();
   CheckStepFolders(scenario, world->loader());
   if (options.stats) {
     world->profile().Faults().SetCounter(options.stats);
-    world->outlook().registry.SetCallObserver(options.stats->Observer("Registry."));
+    const auto registry = options.stats->Observer("Registry.");
+    world->outlook().registry.SetCallObserver(registry.enter, registry.leave);
   }
   auto calls = [&] { return options.stats ? options.stats->Totals() : sim::CallCounter::Tally{}; };
   auto host_seconds = [&] { return options.stats ? options.stats->HostSeconds() : 0.0; };
+  auto registry_seconds = [&] { return options.stats ? options.stats->RegistrySeconds() : 0.0; };
   const double host_before_timeline = host_seconds();
+  const double registry_before_timeline = registry_seconds();
   result.sim_seconds += Seconds(t0);
 
   Progress progress(out, options.quiet, options.live);
@@ -347,30 +351,36 @@ RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::
     progress.Step(step, world->outlook().clock.Now());
     const sim::CallCounter::Tally before = calls();
     const double host_before = host_seconds();
+    const double registry_before = registry_seconds();
     const auto step_start = Clock_::now();
     player.Play(step);
     if (step.kind == StepKind::kStart) {
       result.startup_calls = calls() - before;
       result.startup_seconds = Seconds(step_start);
       result.startup_host_seconds = host_seconds() - host_before;
+      result.startup_registry_seconds = registry_seconds() - registry_before;
     }
     if (step.kind == StepKind::kQuit) {
       result.shutdown_calls = calls() - before;
       result.shutdown_seconds = Seconds(step_start);
       result.shutdown_host_seconds = host_seconds() - host_before;
+      result.shutdown_registry_seconds = registry_seconds() - registry_before;
     }
   }
   if (world->outlook().Started() && !world->outlook().Ended()) {
     player.Wait(0);
     const sim::CallCounter::Tally before = calls();
     const double host_before = host_seconds();
+    const double registry_before = registry_seconds();
     const auto end_start = Clock_::now();
     world->outlook().EndProcess();
     result.shutdown_calls = calls() - before;
     result.shutdown_seconds = Seconds(end_start);
     result.shutdown_host_seconds = host_seconds() - host_before;
+    result.shutdown_registry_seconds = registry_seconds() - registry_before;
   }
   result.host_seconds = host_seconds() - host_before_timeline;
+  result.registry_seconds = registry_seconds() - registry_before_timeline;
   if (options.stats) {
     world->profile().Faults().SetCounter(nullptr);
     world->outlook().registry.SetCallObserver(nullptr);

@@ -61,7 +61,8 @@ struct RunResult {
   double sim_seconds = 0;              // wall time building the profile and reading back
   double addin_seconds = 0;            // wall time inside the timeline
   int items_logged = 0;
-  HostRecord host;  // the messages shown and the error log's rows
+  size_t loaded_items = 0;  // items the scenario's profile was built with
+  HostRecord host;          // the messages shown and the error log's rows
   // With RunOptions::stats: the calls made by the start step and by the end (quit).
   sim::CallCounter::Tally startup_calls, shutdown_calls;
   // Wall time of the start step (Outlook loads the add-in: OnConnection and
@@ -71,6 +72,8 @@ struct RunResult {
   // step and of the end spent inside host calls; the rest is the add-in's own (and,
   // in the timeline, the simulation's playing of the steps).
   double host_seconds = 0, startup_host_seconds = 0, shutdown_host_seconds = 0;
+  // The part of each host time spent in registry calls.
+  double registry_seconds = 0, startup_registry_seconds = 0, shutdown_registry_seconds = 0;
 };
 
 RunResult RunScenario(const Scenario& scenario, const RunOptions& options, std::ostream& out);

@@ -81,7 +81,10 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
   auto app = app_.lock();
   const bool unique = app && app->Settings().UniqueEmailAddresses;
   const bool debug = app && app->Log().KeepsDebugLines();
-  const std::vector<std::string> addresses = emails_;
+  // Unique addresses leave emails_ as they are found: that walk goes over a copy.
+  std::vector<std::string> snapshot;
+  if (unique) snapshot = emails_;
+  const std::vector<std::string>& addresses = unique ? snapshot : emails_;
   for (const auto& address : addresses) {
     const ContactList contacts = folder->GetContactItems(address);
     for (const auto& contact : contacts) {

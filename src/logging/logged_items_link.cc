@@ -1,6 +1,7 @@
 #include "src/logging/logged_items_link.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "src/core/z_error.h"
 #include "src/host/mapi_object.h"
@@ -79,13 +80,15 @@ void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy,
   }
   entries.back() = copy->EntryID();
   stores.back() = folder ? folder->StoreID() : std::string();
-  utils_.SetNamedProp(object_, Value(entry_ids_name_), Value(entries), kPtMvString8, false);
+  utils_.SetNamedProp(object_, Value(entry_ids_name_), Value(std::move(entries)), kPtMvString8,
+                      false);
+  const Value stores_value(std::move(stores));
   // The entry-ID list may already be on the item: the store-ID list is written until it
   // is too, so that the two stay in step (each failure is logged by SetNamedProp). The
   // last try only sets the property; the item's next save stores it.
   for (int attempt = 1;; ++attempt) {
     try {
-      utils_.SetNamedProp(object_, Value(store_ids_name_), Value(stores), kPtMvString8,
+      utils_.SetNamedProp(object_, Value(store_ids_name_), stores_value, kPtMvString8,
                           attempt < kStoreListTries);
       return;
     } catch (const ZError&) {

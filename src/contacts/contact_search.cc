@@ -1,5 +1,6 @@
 #include "src/contacts/contact_search.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "src/contacts/contacts_addin.h"
@@ -39,6 +40,7 @@ ContactSearch::ContactSearch(std::weak_ptr<ContactsAddin> app, std::weak_ptr<Tra
 
 void ContactSearch::Start(const std::vector<std::string>& addresses) {
   auto keep = shared_from_this();  // completion drops the owner's reference
+  emails_.reserve(addresses.size());
   for (const auto& address : addresses) {
     if (address.empty() || results_.Contains(address)) continue;
     emails_.push_back(address);
@@ -64,12 +66,15 @@ bool ContactSearch::SearchReadyFolders() {
   const bool debug = app && app->Log().KeepsDebugLines();
   bool all_ready = true;
   for (const auto& folder : owner->Folders().Values()) {
-    if (searched_.count(folder->key()) != 0 || folder->Killed()) continue;
+    if (std::find(searched_.begin(), searched_.end(), folder->key()) != searched_.end() ||
+        folder->Killed()) {
+      continue;
+    }
     if (!folder->Ready()) {
       all_ready = false;
       continue;
     }
-    searched_.insert(folder->key());
+    searched_.push_back(folder->key());
     if (debug) LogLine("Searching folder " + folder->Name());
     SearchFolder(folder);
     if (completed_) break;

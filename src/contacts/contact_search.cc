@@ -1,6 +1,7 @@
 #include "src/contacts/contact_search.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "src/contacts/contacts_addin.h"
@@ -65,7 +66,9 @@ bool ContactSearch::SearchReadyFolders() {
   auto app = app_.lock();
   const bool debug = app && app->Log().KeepsDebugLines();
   bool all_ready = true;
-  for (const auto& folder : owner->Folders().Values()) {
+  const std::vector<std::shared_ptr<TrackedContactFolder>> folders = owner->Folders().Values();
+  if (searched_.empty()) searched_.reserve(folders.size());
+  for (const auto& folder : folders) {
     if (std::find(searched_.begin(), searched_.end(), folder->key()) != searched_.end() ||
         folder->Killed()) {
       continue;
@@ -86,11 +89,11 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
   auto app = app_.lock();
   const bool unique = app && app->Settings().UniqueEmailAddresses;
   const bool debug = app && app->Log().KeepsDebugLines();
-  // Unique addresses leave emails_ as they are found: that walk goes over a copy.
-  std::vector<std::string> snapshot;
-  if (unique) snapshot = emails_;
-  const std::vector<std::string>& addresses = unique ? snapshot : emails_;
-  for (const auto& address : addresses) {
+  // Unique addresses found here leave emails_ once the walk over the folder is done, so
+  // that the walk itself needs no copy of the list (nothing else changes it meanwhile).
+  std::vector<size_t> found;
+  for (size_t k = 0; k < emails_.size(); ++k) {
+    const std::string& address = emails_[k];
     const ContactList contacts = folder->GetContactItems(address);
     for (const auto& contact : contacts) {
       if (debug) {
@@ -113,18 +116,16 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
       grouped_results_.Item(folder->key())->contacts.push_back(contact);
     }
     if (unique && !contacts.empty()) {
-      for (auto it = emails_.begin(); it != emails_.end(); ++it) {
-        if (*it == address) {
-          emails_.erase(it);
-          break;
-        }
-      }
+      found.push_back(k);
       ++found_count_;
       if (found_count_ == email_count_) {
-        Complete(false);
+        Complete(false);  // every address is found: the list is no longer read
         return;
       }
     }
+  }
+  for (auto it = found.rbegin(); it != found.rend(); ++it) {
+    emails_.erase(emails_.begin() + static_cast<std::ptrdiff_t>(*it));
   }
 }
 

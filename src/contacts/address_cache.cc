@@ -3,22 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "src/core/text.h"
+
 namespace zintra {
 
 namespace {
-
-constexpr uint64_t kOnes = 0x0101010101010101ull;
-constexpr uint64_t kHighBits = 0x8080808080808080ull;
-
-// ASCII capitals of eight bytes at once to lower case; every other byte (UTF-8's
-// included) unchanged. A byte's high bit is set in `upper` only when it is 'A' to 'Z'.
-inline uint64_t FoldWord(uint64_t w) {
-  const uint64_t low7 = w & ~kHighBits;
-  const uint64_t at_least_a = low7 + kOnes * (0x80 - 'A');
-  const uint64_t above_z = low7 + kOnes * (0x80 - 'Z' - 1);
-  const uint64_t upper = at_least_a & ~above_z & ~w & kHighBits;
-  return w | (upper >> 2);  // 0x80 >> 2 is the 0x20 between the cases
-}
 
 inline uint64_t MixWord(uint64_t h, uint64_t w) {
   h ^= w;
@@ -47,14 +36,14 @@ void AddressCache::Fold(std::string_view address, Key& key) {
   for (; i + 8 <= address.size(); i += 8) {
     uint64_t w;
     std::memcpy(&w, address.data() + i, 8);
-    w = FoldWord(w);
+    w = text::LowerAsciiWord(w);
     std::memcpy(out + i, &w, 8);
     h = MixWord(h, w);
   }
   if (i < address.size()) {
     uint64_t w = 0;  // zero bytes are no letters and fold to themselves
     std::memcpy(&w, address.data() + i, address.size() - i);
-    w = FoldWord(w);
+    w = text::LowerAsciiWord(w);
     std::memcpy(out + i, &w, address.size() - i);
     h = MixWord(h, w);
   }

@@ -1,5 +1,7 @@
 #include "src/contacts/contact_search.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "src/contacts/contacts_addin.h"
@@ -39,6 +41,7 @@ ContactSearch::ContactSearch(std::weak_ptr<ContactsAddin> app, std::weak_ptr<Tra
 
 void ContactSearch::Start(const std::vector<std::string>& addresses) {
   auto keep = shared_from_this();  // completion drops the owner's reference
+  emails_.reserve(addresses.size());
   for (const auto& address : addresses) {
     if (address.empty() || results_.Contains(address)) continue;
     emails_.push_back(address);
@@ -63,13 +66,18 @@ bool ContactSearch::SearchReadyFolders() {
   auto app = app_.lock();
   const bool debug = app && app->Log().KeepsDebugLines();
   bool all_ready = true;
-  for (const auto& folder : owner->Folders().Values()) {
-    if (searched_.count(folder->key()) != 0 || folder->Killed()) continue;
+  const std::vector<std::shared_ptr<TrackedContactFolder>> folders = owner->Folders().Values();
+  if (searched_.empty()) searched_.reserve(folders.size());
+  for (const auto& folder : folders) {
+    if (std::find(searched_.begin(), searched_.end(), folder->key()) != searched_.end() ||
+        folder->Killed()) {
+      continue;
+    }
     if (!folder->Ready()) {
       all_ready = false;
       continue;
     }
-    searched_.insert(folder->key());
+    searched_.push_back(folder->key());
     if (debug) LogLine("Searching folder " + folder->Name());
     SearchFolder(folder);
     if (completed_) break;
@@ -81,8 +89,11 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
   auto app = app_.lock();
   const bool unique = app && app->Settings().UniqueEmailAddresses;
   const bool debug = app && app->Log().KeepsDebugLines();
-  const std::vector<std::string> addresses = emails_;
-  for (const auto& address : addresses) {
+  // Unique addresses found here leave emails_ once the walk over the folder is done, so
+  // that the walk itself needs no copy of the list (nothing else changes it meanwhile).
+  std::vector<size_t> found;
+  for (size_t k = 0; k < emails_.size(); ++k) {
+    const std::string& address = emails_[k];
     const ContactList contacts = folder->GetContactItems(address);
     for (const auto& contact : contacts) {
       if (debug) {
@@ -105,18 +116,16 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
       grouped_results_.Item(folder->key())->contacts.push_back(contact);
     }
     if (unique && !contacts.empty()) {
-      for (auto it = emails_.begin(); it != emails_.end(); ++it) {
-        if (*it == address) {
-          emails_.erase(it);
-          break;
-        }
-      }
+      found.push_back(k);
       ++found_count_;
       if (found_count_ == email_count_) {
-        Complete(false);
+        Complete(false);  // every address is found: the list is no longer read
         return;
       }
     }
+  }
+  for (auto it = found.rbegin(); it != found.rend(); ++it) {
+    emails_.erase(emails_.begin() + static_cast<std::ptrdiff_t>(*it));
   }
 }
 

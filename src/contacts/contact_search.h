@@ -17,7 +17,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -92,7 +91,7 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   int32_t found_count_ = 0;
   KeyedCollection<ContactList> results_;
   KeyedCollection<std::shared_ptr<ContactGroup>> grouped_results_;
-  std::set<std::string> searched_;  // keys of the folders searched
+  std::vector<std::string> searched_;  // keys of the folders searched (a handful)
   bool completed_ = false;
   bool aborted_ = false;
 };

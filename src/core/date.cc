@@ -1,7 +1,6 @@
 #include "src/core/date.h"
 
 #include <cmath>
-#include <cstdio>
 
 #include "src/core/z_error.h"
 
@@ -36,10 +35,22 @@ const char* const kMonths[] = {"January",   "February", "March",    "April",
 const char* const kDays[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                              "Thursday", "Friday", "Saturday"};
 
-std::string Pad2(int v) {
-  char buf[8];
-  std::snprintf(buf, sizeof buf, "%02d", v);
-  return buf;
+// The decimal form of `v`, with a leading zero when it is a single digit and `pad2`
+// is set ("%02d"), appended without a temporary string.
+void AppendNumber(std::string& out, int v, bool pad2) {
+  if (v < 0) {
+    out += std::to_string(v);  // "%02d" pads no negative number: "-5" is two wide
+    return;
+  }
+  char buf[12];
+  char* end = buf + sizeof buf;
+  char* p = end;
+  do {
+    *--p = static_cast<char>('0' + v % 10);
+    v /= 10;
+  } while (v != 0);
+  if (pad2 && end - p < 2) *--p = '0';
+  out.append(p, end);
 }
 
 double UnitsPerDay(std::string_view interval) {
@@ -114,6 +125,7 @@ std::string FormatDate(double serial, std::string_view pattern) {
 
   const DateParts p = SplitDate(serial);
   std::string out;
+  out.reserve(pattern.size() + 16);
   bool last_was_hour = false;
   auto run = [&](size_t i, char c) {
     size_t n = 0;
@@ -123,6 +135,11 @@ std::string FormatDate(double serial, std::string_view pattern) {
   auto starts = [&](size_t i, std::string_view token) {
     return pattern.substr(i, token.size()) == token;
   };
+  const bool twelve_hour = pattern.find("AM/PM") != std::string_view::npos ||
+                           pattern.find("am/pm") != std::string_view::npos ||
+                           pattern.find("A/P") != std::string_view::npos ||
+                           pattern.find("a/p") != std::string_view::npos;
+  const bool upper_ampm = p.hour >= 12;
   for (size_t i = 0; i < pattern.size();) {
     char c = pattern[i];
     char lc = static_cast<char>(c | 0x20);
@@ -138,10 +155,12 @@ std::string FormatDate(double serial, std::string_view pattern) {
       i = end + 1;
       continue;
     }
-    bool upper_ampm = p.hour >= 12;
     if (starts(i, "AM/PM") || starts(i, "am/pm")) {
-      std::string s = upper_ampm ? "PM" : "AM";
-      out += c == 'a' ? std::string(upper_ampm ? "pm" : "am") : s;
+      if (c == 'a') {
+        out += upper_ampm ? "pm" : "am";
+      } else {
+        out += upper_ampm ? "PM" : "AM";
+      }
       i += 5;
       continue;
     }
@@ -151,18 +170,12 @@ std::string FormatDate(double serial, std::string_view pattern) {
       i += 3;
       continue;
     }
-    bool twelve_hour = pattern.find("AM/PM") != std::string_view::npos ||
-                       pattern.find("am/pm") != std::string_view::npos ||
-                       pattern.find("A/P") != std::string_view::npos ||
-                       pattern.find("a/p") != std::string_view::npos;
     if (lc == 'd') {
       size_t n = run(i, 'd');
-      if (n == 1)
-        out += std::to_string(p.day);
-      else if (n == 2)
-        out += Pad2(p.day);
+      if (n <= 2)
+        AppendNumber(out, p.day, n == 2);
       else if (n == 3)
-        out += std::string(kDays[p.weekday - 1]).substr(0, 3);
+        out.append(kDays[p.weekday - 1], 3);
       else
         out += kDays[p.weekday - 1];
       i += n;
@@ -170,13 +183,11 @@ std::string FormatDate(double serial, std::string_view pattern) {
     } else if (lc == 'm') {
       size_t n = run(i, 'm');
       if (last_was_hour && n <= 2) {
-        out += n == 1 ? std::to_string(p.minute) : Pad2(p.minute);
-      } else if (n == 1) {
-        out += std::to_string(p.month);
-      } else if (n == 2) {
-        out += Pad2(p.month);
+        AppendNumber(out, p.minute, n == 2);
+      } else if (n <= 2) {
+        AppendNumber(out, p.month, n == 2);
       } else if (n == 3) {
-        out += std::string(kMonths[p.month - 1]).substr(0, 3);
+        out.append(kMonths[p.month - 1], 3);
       } else {
         out += kMonths[p.month - 1];
       }
@@ -184,10 +195,7 @@ std::string FormatDate(double serial, std::string_view pattern) {
       last_was_hour = false;
     } else if (lc == 'y') {
       size_t n = run(i, 'y');
-      if (n <= 2)
-        out += Pad2(p.year % 100);
-      else
-        out += std::to_string(p.year);
+      AppendNumber(out, n <= 2 ? p.year % 100 : p.year, n <= 2);
       i += n;
       last_was_hour = false;
     } else if (lc == 'h') {
@@ -197,17 +205,17 @@ std::string FormatDate(double serial, std::string_view pattern) {
         h %= 12;
         if (h == 0) h = 12;
       }
-      out += n == 1 ? std::to_string(h) : Pad2(h);
+      AppendNumber(out, h, n != 1);
       i += n;
       last_was_hour = true;
     } else if (lc == 'n') {
       size_t n = run(i, 'n');
-      out += n == 1 ? std::to_string(p.minute) : Pad2(p.minute);
+      AppendNumber(out, p.minute, n != 1);
       i += n;
       last_was_hour = false;
     } else if (lc == 's') {
       size_t n = run(i, 's');
-      out += n == 1 ? std::to_string(p.second) : Pad2(p.second);
+      AppendNumber(out, p.second, n != 1);
       i += n;
       last_was_hour = false;
     } else {

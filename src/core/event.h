@@ -72,7 +72,13 @@ class Event {
   // Handlers may take arguments by reference (a Cancel flag): they see the caller's object.
   template <typename... CallArgs>
   void Raise(CallArgs&&... args) const {
+    if (state_->slots.empty()) return;
     std::shared_ptr<State> keep = state_;  // the event may be destroyed by a handler
+    if (keep->slots.size() == 1) {         // the usual case: a snapshot of one needs no vector
+      const std::shared_ptr<Slot> only = keep->slots.front();
+      if (only->alive) only->handler(args...);
+      return;
+    }
     std::vector<std::shared_ptr<Slot>> snapshot = keep->slots;
     for (const auto& slot : snapshot) {
       if (slot->alive) slot->handler(args...);

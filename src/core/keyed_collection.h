@@ -3,8 +3,12 @@
 // finds an item directly. Adding a key that is present fails with error 457 (callers
 // test for it), a missing key or index with error 5. Values() and Keys() return
 // snapshots, so removing items while walking one of them is safe.
+//
+// The index points at the keys the entries hold and hashes and compares them folded
+// to lower case as it reads them, so that looking a key up allocates nothing.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -35,16 +39,23 @@ class KeyedCollection {
   KeyedCollection& operator=(KeyedCollection&&) noexcept = default;
 
   void Add(T value, std::string_view key = {}) {
-    auto entry = std::make_shared<Entry>(Entry{std::string(key), std::move(value)});
-    if (!key.empty()) {
-      auto [it, inserted] = by_key_.try_emplace(text::LCase(key), entry);
-      if (!inserted) throw ZError(kErrDuplicateKey);
+    order_.push_back(std::make_unique<Entry>(Entry{std::string(key), std::move(value)}));
+    if (key.empty()) return;
+    bool inserted = false;
+    try {
+      inserted = by_key_.emplace(order_.back()->key, order_.back().get()).second;
+    } catch (...) {
+      order_.pop_back();
+      throw;
     }
-    order_.push_back(std::move(entry));
+    if (!inserted) {
+      order_.pop_back();
+      throw ZError(kErrDuplicateKey);
+    }
   }
 
   int Count() const { return static_cast<int>(order_.size()); }
-  bool Contains(std::string_view key) const { return by_key_.count(text::LCase(key)) != 0; }
+  bool Contains(std::string_view key) const { return by_key_.count(key) != 0; }
 
   T& Item(int index) { return At(index)->value; }
   const T& Item(int index) const { return At(index)->value; }
@@ -55,18 +66,18 @@ class KeyedCollection {
   const std::string& KeyAt(int index) const { return At(index)->key; }
 
   void Remove(int index) {
-    auto entry = At(index);
-    if (!entry->key.empty()) by_key_.erase(text::LCase(entry->key));
+    const Entry* entry = At(index).get();
+    if (!entry->key.empty()) by_key_.erase(entry->key);
     order_.erase(order_.begin() + (index - 1));
   }
 
   void Remove(std::string_view key) {
-    auto it = by_key_.find(text::LCase(key));
+    auto it = by_key_.find(key);
     if (it == by_key_.end()) throw ZError(kErrInvalidCall);
-    auto entry = it->second;
+    const Entry* entry = it->second;
     by_key_.erase(it);
     for (auto pos = order_.begin(); pos != order_.end(); ++pos) {
-      if (*pos == entry) {
+      if (pos->get() == entry) {
         order_.erase(pos);
         break;
       }
@@ -74,8 +85,8 @@ class KeyedCollection {
   }
 
   void Clear() {
-    order_.clear();
     by_key_.clear();
+    order_.clear();
   }
 
   std::vector<T> Values() const {
@@ -98,27 +109,40 @@ class KeyedCollection {
     T value;
   };
 
+  // Keys hashed and compared as ASCII lower case (Outlook's own comparison).
+  struct NoCaseHash {
+    size_t operator()(std::string_view key) const { return text::HashNoCase(key); }
+  };
+  struct NoCaseEqual {
+    bool operator()(std::string_view a, std::string_view b) const {
+      return text::EqualsNoCase(a, b);
+    }
+  };
+
   void CopyFrom(const KeyedCollection& other) {
+    order_.reserve(other.order_.size());
     for (const auto& entry : other.order_) {
-      auto copy = std::make_shared<Entry>(*entry);
-      if (!copy->key.empty()) by_key_.emplace(text::LCase(copy->key), copy);
+      auto copy = std::make_unique<Entry>(*entry);
+      if (!copy->key.empty()) by_key_.emplace(copy->key, copy.get());
       order_.push_back(std::move(copy));
     }
   }
 
-  const std::shared_ptr<Entry>& At(int index) const {
+  const std::unique_ptr<Entry>& At(int index) const {
     if (index < 1 || index > Count()) throw ZError(kErrInvalidCall);
     return order_[static_cast<size_t>(index - 1)];
   }
 
-  const std::shared_ptr<Entry>& Find(std::string_view key) const {
-    auto it = by_key_.find(text::LCase(key));
+  Entry* Find(std::string_view key) const {
+    auto it = by_key_.find(key);
     if (it == by_key_.end()) throw ZError(kErrInvalidCall);
     return it->second;
   }
 
-  std::vector<std::shared_ptr<Entry>> order_;
-  std::unordered_map<std::string, std::shared_ptr<Entry>> by_key_;
+  // Entries live on the heap, so the index's views of their keys survive the
+  // vector's growth and the collection's moves.
+  std::vector<std::unique_ptr<Entry>> order_;
+  std::unordered_map<std::string_view, Entry*, NoCaseHash, NoCaseEqual> by_key_;
 };
 
 }  // namespace zintra

@@ -1,11 +1,20 @@
 #include "src/core/text.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace zintra::text {
 namespace {
-char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+char Lower(char c) { return LowerAscii(c); }
 char Upper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
+// The `n` (at most eight) characters at `p` in one word, the rest zero bytes, which
+// are no letters.
+uint64_t LoadWord(const char* p, size_t n) {
+  uint64_t w = 0;
+  std::memcpy(&w, p, n);
+  return w;
+}
+
 }  // namespace
 
 std::string LCase(std::string_view s) {
@@ -22,10 +31,28 @@ std::string UCase(std::string_view s) {
 
 bool EqualsNoCase(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    if (Lower(a[i]) != Lower(b[i])) return false;
+  const size_t n = a.size();
+  size_t i = 0;
+  for (; i + 8 <= n; i += 8) {
+    const uint64_t wa = LoadWord(a.data() + i, 8), wb = LoadWord(b.data() + i, 8);
+    if (wa != wb && LowerAsciiWord(wa) != LowerAsciiWord(wb)) return false;
   }
-  return true;
+  if (i == n) return true;
+  return LowerAsciiWord(LoadWord(a.data() + i, n - i)) ==
+         LowerAsciiWord(LoadWord(b.data() + i, n - i));
+}
+
+size_t HashNoCase(std::string_view s) {
+  uint64_t h = 0x9E3779B97F4A7C15ull * (s.size() + 1);
+  auto mix = [&h](uint64_t w) {
+    h ^= LowerAsciiWord(w);
+    h *= 0xff51afd7ed558ccdull;
+    h ^= h >> 32;
+  };
+  size_t i = 0;
+  for (; i + 8 <= s.size(); i += 8) mix(LoadWord(s.data() + i, 8));
+  if (i < s.size()) mix(LoadWord(s.data() + i, s.size() - i));
+  return static_cast<size_t>(h);
 }
 
 size_t FindNoCase(std::string_view haystack, std::string_view needle, size_t start) {

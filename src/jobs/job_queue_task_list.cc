@@ -6,7 +6,7 @@ namespace zintra {
 
 std::string JobQueue::TaskListAdd(const std::string& Description, int32_t RSIconIdx,
                                   float TotalWorkUnits, bool IsSupport) {
-  host_.log.WriteLogMessage("Adding task " + Description, false);
+  if (host_.log.KeepsDebugLines()) host_.log.WriteLogMessage("Adding task " + Description, false);
   auto entry = std::make_shared<TaskListEntry>();
   entry->Key = FreshKey(&tasks_, nullptr);
   entry->Description = Description;
@@ -34,7 +34,8 @@ void JobQueue::TaskListRemove(const std::string& key) {
   // After Kill only the non-support collection is left (for the lingering check).
   std::shared_ptr<TaskListEntry> entry =
       tasks_.Contains(key) ? tasks_.Item(key) : non_support_tasks_.Item(key);
-  host_.log.WriteLogMessage("Removing task " + entry->Description, false);
+  if (host_.log.KeepsDebugLines())
+    host_.log.WriteLogMessage("Removing task " + entry->Description, false);
   if (tasks_.Contains(key)) tasks_.Remove(key);
   if (non_support_tasks_.Contains(key)) non_support_tasks_.Remove(key);
   if (task_list_form_) task_list_form_->RemoveEntry(key);

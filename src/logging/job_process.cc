@@ -110,7 +110,7 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
   AmOutgoingFold_ = AmOutgoingFold;
   ZintraUtils& utils = Utils();
   try {
-    LogLine("Begin processing for item '" + subject_ + "'");
+    if (DebugLines()) LogLine("Begin processing for item '" + subject_ + "'");
     entry_id_ = item->EntryID();
     std::shared_ptr<Folder> parent = parent_ ? parent_ : item->Parent();
     store_id_ = parent ? parent->StoreID() : std::string();
@@ -139,7 +139,7 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
     item_ = item;
     if (app->Settings().MakeWorkingCopy) MakeWorkingCopy(item);
     addin_kill_ = app->KillBroadcast().Connect([this] { Kill(); });
-    LogLine("JobProcess queuing " + subject_);
+    if (DebugLines()) LogLine("JobProcess queuing " + subject_);
     Decide(item, {.kind = DecisionKind::kQueued});
     queue->Queue(shared_from_this(), false);
     return true;
@@ -227,8 +227,9 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
       reason = "already marked logged";
       skip = true;
     } else {
-      LogLine("Item '" + subject_ + "' has Zintra Logged property of '" + logged.ToString() +
-              "'; continuing screening.");
+      if (DebugLines())
+        LogLine("Item '" + subject_ + "' has Zintra Logged property of '" + logged.ToString() +
+                "'; continuing screening.");
     }
   }
   if (!skip && text::UCase(item->MessageClass().substr(0, 32)) == kAvtMessageClassPrefix) {
@@ -360,7 +361,7 @@ void JobProcess::Activate() {
   }
   try {
     if (stage_ == Stage::kSearch) {
-      LogLine("JobProcess Activate for item '" + subject_ + "'");
+      if (DebugLines()) LogLine("JobProcess Activate for item '" + subject_ + "'");
       if (!ValidateItem()) {
         LogErrorLine(
             "Item '" + subject_ + "' " + item_description_ + " was deleted by another process.",

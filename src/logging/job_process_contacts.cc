@@ -25,10 +25,10 @@
 namespace zintra {
 
 void JobProcess::Step1_SearchLinks() {
-  LogLine("Searching for tracked contacts in links for item '" + subject_ + "'");
+  if (DebugLines()) LogLine("Searching for tracked contacts in links for item '" + subject_ + "'");
   std::shared_ptr<Links> links = item_->Links();
   const int32_t count = links->Count();
-  LogLine("Item '" + subject_ + "' has " + std::to_string(count) + " links");
+  if (DebugLines()) LogLine("Item '" + subject_ + "' has " + std::to_string(count) + " links");
   if (count > 0) has_links_ = true;
   std::shared_ptr<TrackedContacts> tracked = App()->Tracked();
   for (int32_t i = 1; i <= count && !killed_; ++i) {
@@ -70,7 +70,7 @@ void JobProcess::Step2_SearchEmails() {
     RunStage();
     return;
   }
-  LogLine("Searching email recipients for item '" + subject_ + "'");
+  if (DebugLines()) LogLine("Searching email recipients for item '" + subject_ + "'");
   std::shared_ptr<LoggingAddin> app = App();
   std::vector<std::string> addresses;
   if (AmOutgoingFold_) {
@@ -98,7 +98,7 @@ void JobProcess::Step2_SearchEmails() {
     for (bool smtp : {false, true}) {
       const std::string address = SenderAddress(item_, smtp);
       if (address.empty()) continue;
-      LogLine("Adding sender's email to search: " + address);
+      if (DebugLines()) LogLine("Adding sender's email to search: " + address);
       addresses.push_back(address);
     }
   }
@@ -174,8 +174,8 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
       Kill();
       return;
     }
-    LogLine("Email search complete for item '" + subject_ + "'");
-    LogLine("Results: " + std::to_string(search->AllResults().size()));
+    if (DebugLines()) LogLine("Email search complete for item '" + subject_ + "'");
+    if (DebugLines()) LogLine("Results: " + std::to_string(search->AllResults().size()));
     DecideMatches(*search);
     for (const std::shared_ptr<ContactGroup>& group : search->GroupedResults().Values()) {
       for (const std::shared_ptr<Item>& contact : group->contacts) {
@@ -221,7 +221,7 @@ void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
     DecideContact(DecisionKind::kContactRefused, contact, "", "its folder set was killed", nullptr);
     return;
   }
-  LogLine("FoundLinkedContact: '" + name + "'");
+  if (DebugLines()) LogLine("FoundLinkedContact: '" + name + "'");
   DecideContact(DecisionKind::kContactAccepted, contact, "", "", folderset);
   if (!found_contacts_.Contains(folderset->key())) {
     found_contacts_.Add(std::make_shared<ContactGroupFound>(), folderset->key());

@@ -68,9 +68,10 @@ void JobProcess::RunStage() {
 bool JobProcess::StartCopyJobs(CopyKind kind) {
   auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
   if (pending.Count() == 0) return false;
-  LogLine(std::string(kind == CopyKind::kLogged ? "Starting JobLogs for item '"
-                                                : "Starting JobCreateShareds for item '") +
-          subject_ + "'");
+  if (DebugLines())
+    LogLine(std::string(kind == CopyKind::kLogged ? "Starting JobLogs for item '"
+                                                  : "Starting JobCreateShareds for item '") +
+            subject_ + "'");
   for (const std::shared_ptr<CopyJob>& job : pending.Values()) job->Start();
   return true;
 }
@@ -108,7 +109,7 @@ void JobProcess::AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy,
 
 void JobProcess::FinalPostProcessing() {
   stage_ = Stage::kDone;
-  LogLine("Final post-processing for item '" + subject_ + "'");
+  if (DebugLines()) LogLine("Final post-processing for item '" + subject_ + "'");
   std::shared_ptr<Item> item = FindOriginal();
   if (!item) {
     original_missing_ = true;

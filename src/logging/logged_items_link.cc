@@ -103,14 +103,15 @@ void LoggedItemsLink::Append(const std::function<std::pair<std::string, std::str
     stores.resize(1);
   }
   std::tie(entries.back(), stores.back()) = copy_ids();
-  utils_.SetNamedProp(item_store_id_, object_, Value(entry_ids_name_), Value(entries), kPtMvString8,
-                      false);
+  utils_.SetNamedProp(item_store_id_, object_, Value(entry_ids_name_), Value(std::move(entries)),
+                      kPtMvString8, false);
+  const Value stores_value(std::move(stores));
   // The entry-ID list may already be on the item: the store-ID list is written until it
   // is too, so that the two stay in step (each failure is logged by SetNamedProp). The
   // last try only sets the property; the item's next save stores it.
   for (int attempt = 1;; ++attempt) {
     try {
-      utils_.SetNamedProp(item_store_id_, object_, Value(store_ids_name_), Value(stores),
+      utils_.SetNamedProp(item_store_id_, object_, Value(store_ids_name_), stores_value,
                           kPtMvString8, attempt < kStoreListTries);
       return;
     } catch (const ZError&) {

@@ -181,12 +181,19 @@ void ZintraUtils::SetNamedProp(const std::string& store_id,
                    kZintraUtilsPropsModule);
     }
     tag |= prop_type;
-    const Value stored = prop_type == kPtString8 ? Value(value.ToString()) : value;
+    // Only a single string property needs its value converted; anything else (a list
+    // of identifiers, above all) goes as it is, uncopied.
+    Value converted;
+    const Value* stored = &value;
+    if (prop_type == kPtString8 && value.Type() != ValueType::kString) {
+      converted = Value(value.ToString());
+      stored = &converted;
+    }
     if (Save) {
       PreSaveItem();
       bracketed = true;
     }
-    utils.HrSetOneProp(object, tag, stored, Save);
+    utils.HrSetOneProp(object, tag, *stored, Save);
     if (bracketed) PostSaveItem();
   } catch (...) {
     if (bracketed) PostSaveItem();

@@ -69,9 +69,11 @@ bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_
       item_description = "[Created " + FormatDate(item->CreationTime(), kScreeningDateFormat) + "]";
     }
 
-    errors_.WriteLogMessage("Screening " + caller + " " + type_name + " '" + subject + "' in '" +
-                                folder_name + "' " + item_description,
-                            false);
+    if (errors_.KeepsDebugLines()) {
+      errors_.WriteLogMessage("Screening " + caller + " " + type_name + " '" + subject + "' in '" +
+                                  folder_name + "' " + item_description,
+                              false);
+    }
 
     std::shared_ptr<UserProperties> props = item->UserProperties();
     if (facts) facts->user_properties = props;

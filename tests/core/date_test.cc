@@ -39,6 +39,20 @@ TEST(DateTest, FormatsThePatternsTheSystemUses) {
   EXPECT_EQ(FormatDate(d, "h:mm"), "14:05");  // m after h means minutes
 }
 
+// 7 March 2026 was a Saturday.
+TEST(DateTest, FormatsNamesPaddingAndTheTwelveHourClock) {
+  const double d = MakeDate(2026, 3, 7, 9, 4, 3);
+  EXPECT_EQ(FormatDate(d, "Long Date"), "Saturday, March 7, 2026");
+  EXPECT_EQ(FormatDate(d, "ddd d mmm"), "Sat 7 Mar");
+  EXPECT_EQ(FormatDate(d, "Long Time"), "9:04:03 AM");
+  EXPECT_EQ(FormatDate(MakeDate(2026, 3, 7, 23, 4, 3), "hh:nn am/pm"), "11:04 pm");
+  EXPECT_EQ(FormatDate(MakeDate(2026, 3, 7, 12, 0, 0), "h A/P"), "12 P");
+  EXPECT_EQ(FormatDate(d, "hh:nn:ss"), "09:04:03");  // no AM/PM: the 24-hour clock
+  EXPECT_EQ(FormatDate(d, "h:n:s"), "9:4:3");
+  EXPECT_EQ(FormatDate(MakeDate(2005, 11, 30, 0, 0, 0), "m/d/yy"), "11/30/05");
+  EXPECT_EQ(FormatDate(d, "\"at\" yyyy"), "at 2026");
+}
+
 TEST(DateTest, DateDiffCountsBoundariesCrossedNotElapsedTime) {
   double a = MakeDate(2026, 1, 1, 10, 59, 59);
   double b = MakeDate(2026, 1, 1, 11, 0, 1);

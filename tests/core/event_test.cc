@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace zintra {
@@ -58,6 +60,32 @@ TEST(EventTest, AHandlerMayDestroyTheEventAndConnectionsOutliveIt) {
   EXPECT_EQ(after, 1);  // already in the snapshot
   a.Disconnect();       // harmless once the event is gone
   EXPECT_FALSE(a.Connected());
+}
+
+// A lone handler is raised without a copied list of handlers; it keeps the same rules.
+TEST(EventTest, ALoneHandlerMayConnectAnotherOrDestroyTheEvent) {
+  auto ev = std::make_unique<Event<>>();
+  std::vector<std::string> calls;
+  std::optional<Connection> late;
+  std::optional<Connection> only = ev->Connect([&] {
+    calls.push_back("only");
+    if (!late) late = ev->Connect([&] { calls.push_back("late"); });
+  });
+  ev->Raise();
+  EXPECT_EQ(calls, (std::vector<std::string>{"only"}));  // the new one waits for the next
+  ev->Raise();
+  EXPECT_EQ(calls, (std::vector<std::string>{"only", "only", "late"}));
+  only.reset();
+  late.reset();
+  int runs = 0;
+  Connection last = ev->Connect([&] {
+    ++runs;
+    ev.reset();
+  });
+  ev->Raise();
+  EXPECT_EQ(runs, 1);
+  EXPECT_EQ(ev, nullptr);
+  last.Disconnect();  // harmless once the event is gone
 }
 
 TEST(EventTest, MovedConnectionStillOwnsTheSubscription) {

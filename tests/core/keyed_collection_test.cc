@@ -62,5 +62,41 @@ TEST(KeyedCollectionTest, RemovingWhileWalkingASnapshotIsSafe) {
   EXPECT_EQ(c.Values(), (std::vector<int>{2, 4}));
 }
 
+// Keys are compared eight characters at a time: a difference in any block or in the
+// tail counts, and only A-Z and a-z are equal across cases ('@' and '`', '[' and '{'
+// differ only in the bit between the cases; so do the UTF-8 bytes of "É" and "é").
+TEST(KeyedCollectionTest, LongKeysMatchWithoutCaseOnlyForLetters) {
+  KeyedCollection<int> c;
+  c.Add(1, "00000000ABCDEF0123456789ABCDEF01@Contoso.Example");
+  EXPECT_TRUE(c.Contains("00000000abcdef0123456789abcdef01@contoso.EXAMPLE"));
+  EXPECT_FALSE(c.Contains("00000000abcdef0123456789abcdef01`contoso.example"));
+  EXPECT_FALSE(c.Contains("00000000abcdef0123456789abcdef01@contoso.exampl"));
+  EXPECT_FALSE(c.Contains("00000000abcdef0123456789abcdef01@contoso.exampla"));
+  c.Add(2, "x[1]");
+  EXPECT_FALSE(c.Contains("x{1}"));
+  c.Add(3, "\xC3\x89t\xC3\xA9");  // "Été"
+  EXPECT_TRUE(c.Contains("\xC3\x89T\xC3\xA9"));
+  EXPECT_FALSE(c.Contains("\xC3\xA9t\xC3\xA9"));  // "été": not an ASCII letter
+  EXPECT_EQ(ErrorOf([&] { c.Add(4, "00000000abcdef0123456789ABCDEF01@CONTOSO.example"); }),
+            kErrDuplicateKey);
+}
+
+TEST(KeyedCollectionTest, KeysStayFoundAcrossGrowthMovesAndCopies) {
+  KeyedCollection<int> c;
+  for (int i = 0; i < 500; ++i) c.Add(i, "Entry-" + std::to_string(i) + "-of-the-collection");
+  KeyedCollection<int> moved = std::move(c);
+  EXPECT_EQ(moved.Item("ENTRY-0-OF-THE-COLLECTION"), 0);
+  EXPECT_EQ(moved.Item("entry-499-of-the-collection"), 499);
+  KeyedCollection<int> copy = moved;
+  copy.Item("entry-7-of-the-collection") = 70;
+  copy.Remove("entry-8-of-the-collection");
+  EXPECT_EQ(moved.Item("entry-7-of-the-collection"), 7);
+  EXPECT_TRUE(moved.Contains("entry-8-of-the-collection"));
+  EXPECT_EQ(copy.Count(), 499);
+  EXPECT_EQ(copy.Item(8), 70);  // items count from 1: the eighth holds entry 7
+  EXPECT_EQ(copy.Item(9), 9);   // renumbered after the removal
+  EXPECT_EQ(copy.KeyAt(9), "Entry-9-of-the-collection");
+}
+
 }  // namespace
 }  // namespace zintra

@@ -5,14 +5,19 @@
 # and asan suites do; win64-mingw cross-builds the Windows host and runs its tests under
 # Wine; msi builds the installer packages of both bitnesses and installs and removes them
 # under Wine).
+# The Windows presets run beside the Linux ones (ZINTRA_TEST_LANES=1: one after another):
+# their tests spend most of their time waiting on Wine, which the Linux builds fill. Their
+# output comes after the Linux presets' (from build/test-windows.log).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 presets=("$@")
 [ ${#presets[@]} -gt 0 ] || presets=(default asan fuzz win64-mingw msi)
-for preset in "${presets[@]}"; do
+
+run_preset() {
+  local preset=$1
   if [ "$preset" = win64-mingw ]; then
     bash tools/test-windows.sh
-    continue
+    return
   fi
   if [ "$preset" = msi ]; then
     echo "== installer packages =="
@@ -23,14 +28,43 @@ for preset in "${presets[@]}"; do
       cmake --build build/win32-mingw --target com_host_tests -j "$(nproc)"
     fi
     bash tools/test-msi.sh
-    continue
+    return
   fi
   if [ "$preset" = fuzz ]; then
     bash tools/fuzz.sh "${ZINTRA_FUZZ_SECONDS:-10}"
-    continue
+    return
   fi
   echo "== preset $preset =="
   cmake --preset "$preset" >/dev/null
   cmake --build --preset "$preset" -j "$(nproc)"
   ctest --preset "$preset"
+}
+
+linux=() windows=()
+for preset in "${presets[@]}"; do
+  case $preset in
+    win64-mingw | msi) windows+=("$preset") ;;
+    *) linux+=("$preset") ;;
+  esac
 done
+if [ "${ZINTRA_TEST_LANES:-2}" = 1 ] || [ ${#linux[@]} = 0 ] || [ ${#windows[@]} = 0 ]; then
+  for preset in "${presets[@]}"; do run_preset "$preset"; done
+  exit 0
+fi
+
+mkdir -p build
+windows_log=build/test-windows.log
+# Each lane is a subshell of its own started with &, so that a failing step ends its lane
+# (errexit holds there, as it would not in a subshell whose status is tested).
+( for preset in "${windows[@]}"; do run_preset "$preset"; done ) >"$windows_log" 2>&1 &
+windows_lane=$!
+( for preset in "${linux[@]}"; do run_preset "$preset"; done ) &
+linux_lane=$!
+linux_status=0 windows_status=0
+wait "$linux_lane" || linux_status=$?
+wait "$windows_lane" || windows_status=$?
+echo "== ${windows[*]} (ran beside the above; $windows_log) =="
+cat "$windows_log"
+[ $linux_status = 0 ] || echo "test.sh: ${linux[*]} failed" >&2
+[ $windows_status = 0 ] || echo "test.sh: ${windows[*]} failed" >&2
+[ $linux_status = 0 ] && [ $windows_status = 0 ]

@@ -13,16 +13,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "sim/files/memory_file_system.h"
 #include "sim/mapi/sim_mapi_table.h"
-#include "sim/mapi/sim_mapi_utils.h"
-#include "sim/mapi/sim_outlook_host.h"
 #include "sim/outlook/call_counter.h"
 #include "sim/outlook/profile_builder.h"
 #include "sim/outlook/sim_folder.h"
 #include "sim/outlook/sim_item.h"
-#include "sim/platform/sim_platform.h"
-#include "sim/registry/memory_registry.h"
 #include "src/contacts/tracked_contact_folder.h"
 #include "src/contacts/tracked_contacts.h"
 #include "tests/contacts/test_contacts_addin.h"
@@ -46,16 +41,15 @@ double ThreadCpuMs() {
   return static_cast<double>(ts.tv_sec) * 1e3 + static_cast<double>(ts.tv_nsec) / 1e6;
 }
 
-// The profile, built once for every benchmark.
-struct World {
-  World() {
-    sim::ProfileBuilder b(host.profile);
-    b.Mailbox(sim::ProfileBuilder::Exchange("Jane Doe", "jdoe", "CONTOSO"));
-    record = b.ContactFolder("Customers");
-    b.Contacts(record, kContacts);
-    folder = sim::MakeFolder(&host.profile, record);
+// The simulated host with its profile, built once for every benchmark; each rig starts
+// an asynchronous queue on it, so that each timer slice runs exactly one activation.
+struct World : testing::JobEnv {
+  World() : JobEnv(/*async=*/true) {
+    record = builder.ContactFolder("Customers");
+    builder.Contacts(record, kContacts);
+    folder = FolderOf(record);
     for (const auto& m : record->messages) {
-      auto item = sim::MakeItem(&host.profile, m);
+      auto item = ItemOf(m);
       for (const std::string& a :
            {item->Email1Address(), item->Email2Address(), item->Email3Address()}) {
         if (!a.empty()) {
@@ -64,13 +58,10 @@ struct World {
         }
       }
     }
-    utils->SetMAPIOBJECT(host.application->Session()->MAPIOBJECT());
   }
-  sim::SimOutlookHost host;
   std::shared_ptr<sim::FolderRecord> record;
   std::shared_ptr<Folder> folder;
   std::vector<std::string> addresses, entry_ids;
-  std::shared_ptr<sim::SimMapiUtils> utils = std::make_shared<sim::SimMapiUtils>(&host.profile);
 };
 
 World& TheWorld() {
@@ -78,19 +69,21 @@ World& TheWorld() {
   return *world;
 }
 
-// Tracked contacts over the world's folder, with an asynchronous queue so that each
-// timer slice runs exactly one activation.
+// Tracked contacts over the world's folder, on a fresh queue.
 struct Rig {
-  explicit Rig(bool cached = true) : jobs(/*async=*/true) {
-    World& w = TheWorld();
+  explicit Rig(bool cached = true) {
     settings.CacheContactFolders = cached;
     settings.FoldersetCount = 1;
+    settings.ContactFolderEntryIDs.Clear();
+    settings.ContactFolderStoreIDs.Clear();
+    settings.FoldersetFlags.Clear();
     settings.ContactFolderEntryIDs.Add(w.folder->EntryID());
     settings.ContactFolderStoreIDs.Add(w.folder->StoreID());
     settings.FoldersetFlags.Add(0);
-    jobs.Start();
-    addin = std::make_shared<testing::TestContactsAddin>(jobs, *w.host.application, w.host.factory,
-                                                         w.utils, settings);
+    w.recorder.lines.clear();
+    w.Start();
+    addin =
+        std::make_shared<testing::TestContactsAddin>(w, *w.app, w.factory, w.mapi_utils, settings);
   }
   ~Rig() {
     if (tracked) tracked->Kill();
@@ -102,7 +95,7 @@ struct Rig {
   void Fill(int64_t& activations, double& longest_ms, double& total_ms) {
     sim::CallCounter counter;
     counter.SetClock(&ThreadCpuNanos);
-    TheWorld().host.profile.Faults().SetCounter(&counter);
+    w.profile.Faults().SetCounter(&counter);
     tracked = std::make_shared<TrackedContacts>();
     const double begin = ThreadCpuMs();
     tracked->Initialize(addin);
@@ -112,7 +105,7 @@ struct Rig {
     while (!tracked->Folders().Item(1)->Ready()) {
       const int64_t calls_before = counter.Totals().Total();
       const double t0 = ThreadCpuMs();
-      jobs.loop.AdvanceBy(kOneTickMicros);
+      w.loop.AdvanceBy(kOneTickMicros);
       longest_ms = std::max(longest_ms, ThreadCpuMs() - t0);
       most_calls = std::max(most_calls, counter.Totals().Total() - calls_before);
       ++activations;
@@ -120,18 +113,15 @@ struct Rig {
     total_ms = ThreadCpuMs() - begin;
     fill_calls = counter.Totals();
     host_ms = static_cast<double>(counter.HostNanoseconds()) / 1e6;
-    TheWorld().host.profile.Faults().SetCounter(nullptr);
+    w.profile.Faults().SetCounter(nullptr);
   }
   sim::CallCounter::Tally fill_calls;
   int64_t most_calls = 0;
   double host_ms = 0;
   std::shared_ptr<TrackedContactFolder> Folder() { return tracked->Folders().Item(1); }
 
-  testing::JobEnv jobs;
-  sim::MemoryRegistry registry;
-  sim::MemoryFileSystem files;
-  sim::SimPlatform platform;
-  RegSettings settings{registry, files, platform};
+  World& w = TheWorld();
+  RegSettings& settings = w.settings;
   std::shared_ptr<testing::TestContactsAddin> addin;
   std::shared_ptr<TrackedContacts> tracked;
 };
@@ -141,12 +131,12 @@ void BM_BareGetRows(benchmark::State& state) {
   auto mapi_folder = w.folder->MAPIOBJECT();
   std::vector<int32_t> columns;
   for (int32_t id : {kEmail1AddressId, kEmail2AddressId, kEmail3AddressId}) {
-    columns.push_back(w.utils->GetIDsFromNames(mapi_folder, kContactPropSet, Value(id), true) |
+    columns.push_back(w.mapi_utils->GetIDsFromNames(mapi_folder, kContactPropSet, Value(id), true) |
                       kPtString8);
   }
   columns.push_back(kPrEntryId);
   for (auto _ : state) {
-    sim::SimMapiTable table(&w.host.profile);
+    sim::SimMapiTable table(&w.profile);
     table.SetItem(w.folder);
     table.SetColumns(columns);
     int64_t rows = 0;

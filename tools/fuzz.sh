@@ -3,6 +3,7 @@
 # for a bounded time, starting from its seed corpus and the kept regression inputs.
 #   tools/fuzz.sh [SECONDS] [TARGET...]      each target for SECONDS (default 20)
 #   FUZZ_RUNS=N tools/fuzz.sh 0 TARGET       TARGET for N executions instead
+#   FUZZ_RUNS=N tools/fuzz.sh S TARGET       N executions or S seconds, whichever ends first
 # FUZZ_MAX_LEN bounds the size of the inputs tried (default 8192 bytes, 300000 for pst).
 # New interesting inputs go to build/fuzz/corpus/<target>/ (not into the repository);
 # a crash, leak, hang (over 10 s) or unexpected exception is written to
@@ -34,8 +35,9 @@ fuzz_one() {
   [ "$t" = pst ] && default_len=300000
   local limit=(-max_total_time="$seconds") bound="$seconds s"
   if [ -n "${FUZZ_RUNS:-}" ]; then
-    limit=(-runs="$FUZZ_RUNS")
+    limit+=(-runs="$FUZZ_RUNS")
     bound="$FUZZ_RUNS runs"
+    [ "$seconds" = 0 ] || bound+=" or $seconds s"
   fi
   echo "== fuzz $t ($bound) ==" >"$report"
   if "build/fuzz/fuzz/${t}_fuzz" "${limit[@]}" -timeout=10 -rss_limit_mb=2048 -max_len="${FUZZ_MAX_LEN:-$default_len}" \

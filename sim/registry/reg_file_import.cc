@@ -1,6 +1,7 @@
 // RegFile::Import: parse everything into operations first, then apply them.
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -36,18 +37,40 @@ std::string StripBlanks(const std::string& s) {
   return s.substr(begin, end - begin + 1);
 }
 
+// Where `c` next occurs in text at or after `from` (text.size() if nowhere); memchr, as
+// an exported tree's lines are long.
+size_t NextOf(const std::string& text, size_t from, char c) {
+  const void* at = std::memchr(text.data() + from, c, text.size() - from);
+  return at ? static_cast<size_t>(static_cast<const char*>(at) - text.data()) : text.size();
+}
+
 std::vector<Line> SplitLines(const std::string& text) {
   std::vector<Line> lines;
   size_t pos = 0;
   int number = 1;
+  // The next CR and the next LF, each looked for again only once passed, so that a
+  // file with only one kind of line end is still read in linear time.
+  size_t cr = NextOf(text, 0, '\r');
+  size_t lf = NextOf(text, 0, '\n');
   while (pos <= text.size()) {
-    size_t end = text.find_first_of("\r\n", pos);
-    if (end == std::string::npos) end = text.size();
+    if (cr < pos) cr = NextOf(text, pos, '\r');
+    if (lf < pos) lf = NextOf(text, pos, '\n');
+    size_t end = std::min(cr, lf);
     lines.push_back(Line{number++, text.substr(pos, end - pos)});
     if (end == text.size()) break;
     pos = end + (text.compare(end, 2, "\r\n") == 0 ? 2 : 1);
   }
   return lines;
+}
+
+// How many '\\' the path holds, counted up to kMaxKeyDepth.
+size_t Separators(const std::string& path) {
+  size_t count = 0;
+  for (size_t at = NextOf(path, 0, '\\'); at < path.size() && count < kMaxKeyDepth;
+       at = NextOf(path, at + 1, '\\')) {
+    ++count;
+  }
+  return count;
 }
 
 class Parser {
@@ -136,7 +159,7 @@ class Parser {
     }
     std::string path = slash == std::string::npos ? std::string() : name.substr(slash + 1);
     if (path.empty()) Fail(number, "a hive cannot be created or deleted");
-    if (static_cast<size_t>(std::count(path.begin(), path.end(), '\\')) >= kMaxKeyDepth) {
+    if (Separators(path) >= kMaxKeyDepth) {
       Fail(number, "a key more than " + std::to_string(kMaxKeyDepth) + " levels deep");
     }
     sections_.push_back(Section{delete_key, hive, std::move(path), {}});

@@ -51,7 +51,7 @@ TEST_F(ContactSearchTest, WithoutUniqueAddressesEveryFolderIsSearchedForEveryAdd
   EXPECT_THAT(search->Results("nobody@x.example"), IsEmpty());
   EXPECT_THAT(Names(search->AllResults()), ElementsAre("Ann One", "Ann Two", "Cy Two"));
   EXPECT_THAT(GroupKeysNames(*search), ElementsAre("First:1", "Second:2"));
-  EXPECT_EQ(LoggedCount("Searching folder "), 2);
+  EXPECT_EQ(CountLines("Searching folder "), 2);
   EXPECT_EQ(tracked->PendingSearchCount(), 0);
 }
 
@@ -106,7 +106,7 @@ TEST_F(ContactSearchTest, APendingSearchResumesWithTheSkippedFoldersWhenAllAreRe
   RunQueue();
   EXPECT_TRUE(search->Completed());
   EXPECT_THAT(*completions_, ElementsAre(false));
-  EXPECT_EQ(LoggedCount("Searching folder First"), 1);  // not searched twice
+  EXPECT_EQ(CountLines("Searching folder First"), 1);  // not searched twice
   EXPECT_THAT(Names(search->Results("ann@x.example")), ElementsAre("Ann One", "Ann Two"));
   EXPECT_EQ(tracked->PendingSearchCount(), 0);
 }

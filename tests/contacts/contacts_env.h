@@ -1,6 +1,6 @@
-// Contact tracking over the simulated host: a profile with contact folders, the
-// library's classes, a real job queue and real settings, and an add-in that records
-// its optional messages.
+// Contact tracking over the simulated host (a JobEnv: SimWorld with its job queue): contact
+// folders in the mailbox, the library's classes, the real settings and error handling,
+// and an add-in that records its optional messages.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -10,36 +10,25 @@
 #include <string>
 #include <vector>
 
-#include "sim/files/memory_file_system.h"
-#include "sim/mapi/sim_mapi_utils.h"
-#include "sim/mapi/sim_outlook_host.h"
 #include "sim/outlook/sim_folder.h"
-#include "sim/platform/sim_platform.h"
-#include "sim/registry/memory_registry.h"
 #include "src/contacts/contact_search.h"
 #include "src/contacts/tracked_contact_folder.h"
 #include "src/contacts/tracked_contacts.h"
-#include "src/outlook/library_factory.h"
-#include "src/settings/reg_settings.h"
 #include "tests/contacts/test_contacts_addin.h"
 #include "tests/jobs/job_test_env.h"
 
 namespace zintra::testing {
 
-class ContactsTest : public ::testing::Test {
+class ContactsTest : public ::testing::Test, public JobEnv {
  protected:
-  ContactsTest() {
-    utils->SetMAPIOBJECT(outlook.Session()->MAPIOBJECT());
-    store = &profile.AddStore("Mailbox - Jane Doe", false, true);
-    settings.GetRowChunkSize = 2;
-  }
+  ContactsTest() { settings.GetRowChunkSize = 2; }
   ~ContactsTest() override {
     if (tracked) tracked->Kill();
   }
 
-  // A contact folder under the store's top folder.
+  // A contact folder under the mailbox's top folder.
   std::shared_ptr<Folder> AddContactFolder(const std::string& name) {
-    return sim::MakeFolder(&profile, profile.AddFolder(store->root, name, kOlContactItem));
+    return FolderOf(builder.ContactFolder(name));
   }
   std::shared_ptr<Item> AddContact(const std::shared_ptr<Folder>& folder, const std::string& name,
                                    const std::vector<std::string>& addresses,
@@ -68,46 +57,26 @@ class ContactsTest : public ::testing::Test {
   }
   // Starts the queue (synchronous unless `async`) and the tracked contacts.
   void Start(bool async = false) {
-    jobs = std::make_unique<JobEnv>(async);
-    jobs->Start();
-    addin = std::make_shared<TestContactsAddin>(*jobs, outlook, host.factory, utils, settings);
+    addin->settings.RunJobsAsync = async;
+    JobEnv::Start();
+    contacts_addin =
+        std::make_shared<TestContactsAddin>(*this, *app, factory, mapi_utils, settings);
     tracked = std::make_shared<TrackedContacts>();
-    tracked->Initialize(addin);
+    tracked->Initialize(contacts_addin);
   }
   std::shared_ptr<TrackedContactFolder> Tracked(int index) {
     return tracked->Folders().Item(index);
   }
-  void RunQueue() { jobs->loop.RunUntilIdle(); }
+  void RunQueue() { loop.RunUntilIdle(); }
   // One timer slice of the asynchronous queue: one activation.
-  void Tick() { jobs->loop.AdvanceBy(15625); }
-  bool Logged(const std::string& line) const {
-    for (const auto& m : jobs->log.messages) {
-      if (m == line) return true;
-    }
-    return false;
-  }
-  int LoggedCount(const std::string& prefix) const {
-    int n = 0;
-    for (const auto& m : jobs->log.messages) n += m.rfind(prefix, 0) == 0 ? 1 : 0;
-    return n;
-  }
+  void Tick() { loop.AdvanceBy(15625); }
   static std::vector<std::string> Names(const ContactList& contacts) {
     std::vector<std::string> names;
     for (const auto& c : contacts) names.push_back(c->FullName());
     return names;
   }
 
-  sim::SimOutlookHost host;
-  sim::Profile& profile = host.profile;
-  Application& outlook = *host.application;
-  std::shared_ptr<sim::SimMapiUtils> utils = std::make_shared<sim::SimMapiUtils>(&profile);
-  sim::StoreRecord* store = nullptr;
-  sim::MemoryRegistry registry;
-  sim::MemoryFileSystem files;
-  sim::SimPlatform platform;
-  RegSettings settings{registry, files, platform};
-  std::unique_ptr<JobEnv> jobs;
-  std::shared_ptr<TestContactsAddin> addin;
+  std::shared_ptr<TestContactsAddin> contacts_addin;
   std::shared_ptr<TrackedContacts> tracked;
 };
 

@@ -1,6 +1,7 @@
-// An add-in for contact tracking over the simulated host: the real job queue of a
-// JobEnv, Outlook's application and class registry, settings given by the caller;
-// it records its optional messages instead of showing them.
+// An add-in for contact tracking over the simulated host: the job queue, log, clock and
+// strings of a JobEnv, and Outlook's application, class registry, library utilities and
+// settings given by the caller (the JobEnv's own, or a benchmark's larger profile); it
+// records its optional messages instead of showing them.
 #pragma once
 
 #include <memory>
@@ -13,7 +14,6 @@
 #include "src/host/object_factory.h"
 #include "src/host/outlook_application.h"
 #include "src/outlook/library_factory.h"
-#include "src/resources/string_table.h"
 #include "src/settings/reg_settings.h"
 #include "tests/jobs/job_test_env.h"
 
@@ -49,7 +49,7 @@ class TestContactsAddin : public ContactsAddin {
     shown.push_back({DialogIdx, Message, Caption});
     return true;
   }
-  const StringTable& Strings() override { return strings_; }
+  const StringTable& Strings() override { return jobs_.strings; }
   JobEngineLog& Log() override { return jobs_.log; }
   double Now() override { return jobs_.clock.Now(); }
 
@@ -63,7 +63,6 @@ class TestContactsAddin : public ContactsAddin {
   ObjectFactory& factory_;
   std::shared_ptr<MapiUtils> utils_;
   RegSettings& settings_;
-  StringTable strings_;
   KeyGenerator keys_;
 };
 

@@ -29,7 +29,7 @@ TEST_F(TrackedContactFolderTest, FillsInChunksAsOneJobThenAnswersFromTheCache) {
   auto folder = Tracked(1);
   EXPECT_FALSE(folder->Ready());
   EXPECT_EQ(folder->CacheLeftToFill(), 5);
-  EXPECT_EQ(jobs->view().rows().size(), 1u);
+  EXPECT_EQ(view().rows().size(), 1u);
   EXPECT_TRUE(Logged("Cache for folder 'Customers' beginning refresh process."));
 
   Tick();  // chunk size 2
@@ -40,7 +40,7 @@ TEST_F(TrackedContactFolderTest, FillsInChunksAsOneJobThenAnswersFromTheCache) {
   EXPECT_TRUE(folder->Ready());
   EXPECT_TRUE(folder->Cached());
   EXPECT_TRUE(Logged("Cache for folder 'Customers' finished refresh process."));
-  EXPECT_TRUE(jobs->view().rows().empty());
+  EXPECT_TRUE(view().rows().empty());
   // Five addresses: the contact without one adds nothing, the shared one counts once.
   EXPECT_EQ(folder->CacheCount(), 5);
   EXPECT_EQ(folder->JobDescription(), "Fill cache for 'Customers'");
@@ -77,7 +77,7 @@ TEST_F(TrackedContactFolderTest, UncachedModeSearchesTheFolderAndIsAlwaysReady) 
               ElementsAre("Bob Baker", "Cy Cole"));
   // An address with a double quote still makes a well-formed filter.
   EXPECT_THAT(folder->GetContactItems("odd\"quote@x.example"), IsEmpty());
-  EXPECT_TRUE(jobs->log.errors.empty());
+  EXPECT_TRUE(Errors().empty());
 }
 
 TEST_F(TrackedContactFolderTest, ErrorRowsAndErrorCellsAreSkipped) {
@@ -103,7 +103,7 @@ TEST_F(TrackedContactFolderTest, KeepsTheCacheInStepWithItemEvents) {
   eve->Delete();
   AddContact(contacts, "Eve Again", {"eve@evans.example"});
   EXPECT_THAT(Names(folder->GetContactItems("eve@evans.example")), ElementsAre("Eve Again"));
-  EXPECT_EQ(LoggedCount("Cache for folder 'Customers' held a stale entry"), 1);
+  EXPECT_EQ(CountLines("Cache for folder 'Customers' held a stale entry"), 1);
 }
 
 TEST_F(TrackedContactFolderTest, AStaleCacheIsRefilledOnlyAfterTenMinutes) {
@@ -118,15 +118,15 @@ TEST_F(TrackedContactFolderTest, AStaleCacheIsRefilledOnlyAfterTenMinutes) {
   auto items = contacts->Items();
   while (items->Count() > 3) items->Remove(1);
   ASSERT_GT(folder->CacheCount(), 3 * kStaleAddressesPerItem);
-  const int refills = LoggedCount("Cache for folder 'Customers' beginning refresh process.");
+  const int refills = CountLines("Cache for folder 'Customers' beginning refresh process.");
 
-  jobs->clock.Advance(10 * 60 * sim::VirtualClock::kMicrosPerSecond);  // not more than 10
+  clock.Advance(10 * 60 * sim::VirtualClock::kMicrosPerSecond);  // not more than 10
   AddContact(contacts, "Fay", {"fay@x.example"});
-  EXPECT_EQ(LoggedCount("Cache for folder 'Customers' beginning refresh process."), refills);
+  EXPECT_EQ(CountLines("Cache for folder 'Customers' beginning refresh process."), refills);
 
-  jobs->clock.Advance(61 * sim::VirtualClock::kMicrosPerSecond);
+  clock.Advance(61 * sim::VirtualClock::kMicrosPerSecond);
   items->Remove(1);
-  EXPECT_EQ(LoggedCount("Cache for folder 'Customers' beginning refresh process."), refills + 1);
+  EXPECT_EQ(CountLines("Cache for folder 'Customers' beginning refresh process."), refills + 1);
   EXPECT_LE(folder->CacheCount(), 9);
 }
 
@@ -138,15 +138,14 @@ TEST_F(TrackedContactFolderTest, AFolderThatStopsAnsweringIsReportedAndKilled) {
 
   EXPECT_TRUE(folder->Killed());
   EXPECT_EQ(tracked->FolderCount(), 0);
-  ASSERT_EQ(addin->shown.size(), 1u);
-  EXPECT_EQ(addin->shown[0].dialog, kDialogFolderConnectionLost);
-  EXPECT_EQ(addin->shown[0].message.rfind(addin->Strings().Load(1100), 0), 0u);
-  EXPECT_NE(addin->shown[0].message.find("Customers"), std::string::npos);
-  EXPECT_EQ(addin->shown[0].caption, "Zintra");
-  ASSERT_EQ(jobs->log.errors.size(), 1u);
-  EXPECT_EQ(jobs->log.errors[0].Description(),
-            "Connection to folder Customers died for reason:Network error");
-  EXPECT_TRUE(jobs->view().rows().empty());
+  ASSERT_EQ(contacts_addin->shown.size(), 1u);
+  EXPECT_EQ(contacts_addin->shown[0].dialog, kDialogFolderConnectionLost);
+  EXPECT_EQ(contacts_addin->shown[0].message.rfind(contacts_addin->Strings().Load(1100), 0), 0u);
+  EXPECT_NE(contacts_addin->shown[0].message.find("Customers"), std::string::npos);
+  EXPECT_EQ(contacts_addin->shown[0].caption, "Zintra");
+  ASSERT_EQ(Errors().size(), 1u);
+  EXPECT_EQ(Errors()[0].text, "Connection to folder Customers died for reason:Network error");
+  EXPECT_TRUE(view().rows().empty());
   EXPECT_THAT(folder->GetContactItems("ann@archer.example"), IsEmpty());
 }
 
@@ -157,26 +156,26 @@ TEST_F(TrackedContactFolderTest, AnErrorResultEndsTheFillAsALostConnection) {
   profile.DeleteFolder(std::dynamic_pointer_cast<sim::FolderHolder>(contacts)->FolderRec());
   RunQueue();
   EXPECT_TRUE(folder->Killed());
-  ASSERT_FALSE(jobs->log.errors.empty());
-  EXPECT_NE(jobs->log.errors.back().Description().find("died for reason:"), std::string::npos);
+  ASSERT_FALSE(Errors().empty());
+  EXPECT_NE(Errors().back().text.find("died for reason:"), std::string::npos);
 }
 
 TEST_F(TrackedContactFolderTest, OutlookExitAndAbortReturnToUncachedMode) {
   settings.StopFillingCachesOnExit = true;
   Start(/*async=*/true);
   auto folder = Tracked(1);
-  addin->quitting = true;
+  contacts_addin->quitting = true;
   RunQueue();
   EXPECT_TRUE(Logged("Cache for folder 'Customers' switched to uncached mode for Outlook exit."));
   EXPECT_FALSE(folder->HasCache());
   EXPECT_TRUE(folder->Ready());
-  EXPECT_TRUE(jobs->view().rows().empty());
+  EXPECT_TRUE(view().rows().empty());
   EXPECT_THAT(Names(folder->GetContactItems("di@dunn.example")), ElementsAre("Di Dunn"));
 
   tracked->Kill();
-  addin->quitting = false;
+  contacts_addin->quitting = false;
   Start(/*async=*/true);
-  jobs->queue->Abandon();
+  queue->Abandon();
   EXPECT_TRUE(Logged("Cache for folder 'Customers' switched to uncached mode due to job abort."));
   EXPECT_FALSE(Tracked(1)->HasCache());
 }
@@ -184,7 +183,7 @@ TEST_F(TrackedContactFolderTest, OutlookExitAndAbortReturnToUncachedMode) {
 class FolderFlagsTest : public ContactsTest, public ::testing::WithParamInterface<int32_t> {};
 
 TEST_P(FolderFlagsTest, FlagBitsReadAsProperties) {
-  auto contacts = AddContactFolder("Contacts");
+  auto contacts = FolderOf(builder.Default(kOlFolderContacts));
   Configure({contacts});
   settings.FoldersetFlags.Item(1) = GetParam();
   Start();
@@ -199,8 +198,8 @@ TEST_F(TrackedContactFolderTest, ANameThatCannotBeReadIsLoggedWithTheErrorNumber
   Start();
   profile.Faults().FailAlways("Folder.Name", kMapiNetworkError, "Network error");
   EXPECT_EQ(Tracked(1)->Name(), "Customers");
-  ASSERT_EQ(jobs->log.errors.size(), 1u);
-  const std::string& text = jobs->log.errors[0].Description();
+  ASSERT_EQ(Errors().size(), 1u);
+  const std::string text = Errors()[0].text;
   EXPECT_NE(text.find(" while accessing Name property of "), std::string::npos);
   EXPECT_NE(text.find("Error " + std::to_string(kMapiNetworkError)), std::string::npos);
   EXPECT_NE(text.find("Customers"), std::string::npos);

@@ -20,7 +20,7 @@ class ShouldTrackTest : public ContactsTest, public ::testing::WithParamInterfac
 
 TEST_P(ShouldTrackTest, AppliesSensitivityThenCategories) {
   const FilterCase& c = GetParam();
-  auto folder = AddContactFolder("Contacts");
+  auto folder = FolderOf(builder.Default(kOlFolderContacts));
   auto contact = AddContact(folder, "Pat", {"pat@x.example"}, c.categories, c.sensitivity);
   settings.IgnorePrivateContacts = c.ignore_private;
   settings.TrackedContactCategories = c.setting;
@@ -62,19 +62,18 @@ TEST_F(TrackedContactsTest, BuildsOneFolderPerSetInTheOrderOfTheSettings) {
   EXPECT_EQ(tracked->ReadyFolderCount(), 2);
   EXPECT_EQ(Tracked(1)->Name(), "First");
   EXPECT_EQ(Tracked(2)->Name(), "Second");
-  EXPECT_EQ(tracked->FoldersetFor(outlook.Session()->GetFolderFromID(second->EntryID())),
-            Tracked(2));
+  EXPECT_EQ(tracked->FoldersetFor(app->Session()->GetFolderFromID(second->EntryID())), Tracked(2));
   EXPECT_TRUE(tracked->IsTrackedFolder(first));
   EXPECT_FALSE(tracked->IsTrackedFolder(AddContactFolder("Untracked")));
   EXPECT_FALSE(tracked->IsTrackedFolder(nullptr));
-  ASSERT_EQ(addin->lingers.size(), 1u);
+  ASSERT_EQ(contacts_addin->lingers.size(), 1u);
 }
 
 TEST_F(TrackedContactsTest, RebuildKeepsTheCachesOfFoldersThatStayConfigured) {
   Start();
   auto kept = Tracked(1);
   auto dropped = Tracked(2);
-  const int fills = LoggedCount("Cache for folder 'First' beginning refresh process.");
+  const int fills = CountLines("Cache for folder 'First' beginning refresh process.");
   Configure({first});
   tracked->Addin_RegSettingsChanged(settings);
   ASSERT_EQ(tracked->FolderCount(), 1);
@@ -82,7 +81,7 @@ TEST_F(TrackedContactsTest, RebuildKeepsTheCachesOfFoldersThatStayConfigured) {
   EXPECT_TRUE(kept->Cached());
   EXPECT_FALSE(kept->Killed());
   EXPECT_TRUE(dropped->Killed());
-  EXPECT_EQ(LoggedCount("Cache for folder 'First' beginning refresh process."), fills);
+  EXPECT_EQ(CountLines("Cache for folder 'First' beginning refresh process."), fills);
 
   // Reordered and extended: the order follows the settings, the kept folder stays.
   Configure({second, first});
@@ -100,17 +99,16 @@ TEST_F(TrackedContactsTest, SetsThatCannotBeOpenedAreLeftOutAndReportedOnce) {
   settings.ContactFolderStoreIDs.Add("");
   Start();
   EXPECT_EQ(tracked->FolderCount(), 1);
-  ASSERT_EQ(addin->shown.size(), 1u);
-  EXPECT_EQ(addin->shown[0].dialog, 2);
-  EXPECT_EQ(addin->shown[0].message, addin->Strings().Load(1101));
-  EXPECT_EQ(addin->shown[0].caption, addin->Strings().Load(2));
-  ASSERT_EQ(jobs->log.errors.size(), 2u);
-  EXPECT_EQ(jobs->log.errors[1].Description(), "EntryID or StoreID parameter is blank");
+  ASSERT_EQ(contacts_addin->shown.size(), 1u);
+  EXPECT_EQ(contacts_addin->shown[0].dialog, 2);
+  EXPECT_EQ(contacts_addin->shown[0].message, contacts_addin->Strings().Load(1101));
+  EXPECT_EQ(contacts_addin->shown[0].caption, contacts_addin->Strings().Load(2));
+  ASSERT_EQ(Errors().size(), 2u);
+  EXPECT_EQ(Errors()[1].text, "EntryID or StoreID parameter is blank");
 }
 
 TEST_F(TrackedContactsTest, SharingQueriesAndSetFoldersFollowTheSettings) {
-  auto journal =
-      sim::MakeFolder(&profile, profile.AddFolder(store->root, "Shared Journal", kOlJournalItem));
+  auto journal = FolderOf(builder.Folder("Shared Journal", kOlJournalItem));
   Start();
   EXPECT_FALSE(tracked->JournalSharingActive());
   settings.SharedJournalEntryIDs.Clear();
@@ -144,16 +142,16 @@ TEST_F(TrackedContactsTest, LingeringFoldersAndSearchesAreReported) {
   Start(/*async=*/true);
   auto search = tracked->Search(std::vector<std::string>{"ann@x.example"});
   tracked->CheckLingeringRefs();
-  EXPECT_THAT(jobs->log.warnings,
+  EXPECT_THAT(Lines("Warning"),
               ElementsAre("Lingering pTrackedFoldersets object for \"First\" exists in "
                           "TrackedContacts CheckLinger",
                           "Lingering pTrackedFoldersets object for \"Second\" exists in "
                           "TrackedContacts CheckLinger",
                           "Lingering pSearches objects exist in TrackedContacts CheckLinger"));
   tracked->Kill();
-  jobs->log.warnings.clear();
+  recorder.lines.clear();
   tracked->CheckLingeringRefs();
-  EXPECT_TRUE(jobs->log.warnings.empty());
+  EXPECT_TRUE(Lines("Warning").empty());
   EXPECT_TRUE(search->Aborted());
 }
 

@@ -82,9 +82,10 @@ TEST(JobDelayedTrigger, ErrorFromATriggerListenerIsLogged) {
   auto job = env.Make(0);
   Connection bad = job->Trigger.Connect([] { throw ZError(kErrObjectNotSet); });
   env.loop.RunUntilIdle();
-  ASSERT_EQ(env.log.errors.size(), 1u);
-  EXPECT_EQ(env.log.errors[0].Number(), kErrObjectNotSet);
-  EXPECT_EQ(env.log.errors[0].InnermostModule(), "JobDelayedTrigger");
+  const auto errors = env.Errors();
+  ASSERT_EQ(errors.size(), 1u);
+  EXPECT_EQ(errors[0].number, kErrObjectNotSet);
+  EXPECT_EQ(errors[0].Innermost().rfind("JobDelayedTrigger.", 0), 0u);
 }
 
 }  // namespace

@@ -64,7 +64,7 @@ TEST(JobQueueSync, JobRequeueingWhileAbortingIsToldToAbortAgainWithAWarning) {
   env.queue->Queue(other, false);
   env.queue->Flush(true);
   EXPECT_THAT(env.trace, ElementsAre("abort stubborn", "abort stubborn", "abort other"));
-  EXPECT_THAT(env.log.warnings,
+  EXPECT_THAT(env.Lines("Warning"),
               ElementsAre("Job 'stubborn' trying to re-queue while queue is aborting. Telling it "
                           "to Abort."));
   EXPECT_EQ(env.queue->QueuedJobsCount(), 0);
@@ -137,12 +137,13 @@ TEST(JobQueueSync, JobErrorsAreLoggedAndTheRunGoesOn) {
   env.queue->Queue(good, false);
   env.queue->SetPaused(false);
   EXPECT_EQ(good->activations, 1);
-  EXPECT_THAT(env.log.warnings,
+  EXPECT_THAT(env.Lines("Warning"),
               ElementsAre("ScriptedJob job's Activate() raised error 13 while executing.  The "
                           "information is logged next."));
-  ASSERT_EQ(env.log.errors.size(), 1u);
-  EXPECT_EQ(env.log.errors[0].InnermostModule(), "JobQueue");
-  EXPECT_EQ(env.log.errors[0].InnermostMethod(), "pDoJob");
+  const auto errors = env.Errors();
+  ASSERT_EQ(errors.size(), 1u);
+  EXPECT_EQ(errors[0].number, kErrTypeMismatch);
+  EXPECT_EQ(errors[0].Innermost(), "JobQueue.pDoJob");
 }
 
 TEST(JobQueueSync, OutlookQuittingDuringAJobShutsDownWhenItReturns) {
@@ -293,7 +294,7 @@ TEST(JobQueueLinger, ReportsWaitingJobTypesOnceAndLeftoverTasks) {
   env.Start();
   env.queue->Kill();
   env.queue->CheckLingeringRefs();
-  EXPECT_THAT(env.log.warnings, IsEmpty());
+  EXPECT_THAT(env.Lines("Warning"), IsEmpty());
 
   JobEnv env2;
   env2.Start();
@@ -304,7 +305,7 @@ TEST(JobQueueLinger, ReportsWaitingJobTypesOnceAndLeftoverTasks) {
   env2.queue->TaskListAdd("user task", 0, 1, false);
   env2.queue->Kill();
   env2.queue->CheckLingeringRefs();
-  EXPECT_THAT(env2.log.warnings,
+  EXPECT_THAT(env2.Lines("Warning"),
               ElementsAre("Lingering Job objects exist in JobQueue's pWaitingOnEvent collection "
                           "after AddinApp fired Kill event.  They are of the following types: "
                           "ScriptedJob, OtherJob",

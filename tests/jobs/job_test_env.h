@@ -1,5 +1,6 @@
-// A job queue on the simulated host: virtual clock and event loop, recording
-// forms and shell, a fake add-in and a log that keeps its lines.
+// A job queue on the simulated host (SimWorld: virtual clock and event loop, recording
+// forms and shell, the real error handling over a log that keeps its lines) with a fake
+// add-in that counts what the queue asks of it.
 #pragma once
 
 #include <functional>
@@ -8,29 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include "sim/shell/recording_shell.h"
-#include "sim/shell/recording_window_manager.h"
-#include "sim/shell/sim_form_factory.h"
-#include "sim/time/event_loop.h"
-#include "sim/time/virtual_clock.h"
 #include "src/core/date.h"
 #include "src/core/key_generator.h"
-#include "src/errors/cached_error.h"
 #include "src/jobs/job_queue.h"
+#include "tests/support/sim_world.h"
 
 namespace zintra::testing {
-
-class FakeLog : public JobEngineLog {
- public:
-  void WriteLogMessage(const std::string& text, bool warning) override {
-    (warning ? warnings : messages).push_back(text);
-  }
-  void LogWarning(const std::string& text) override { warnings.push_back(text); }
-  void LogCachedError(const CachedError& rec) override { errors.push_back(rec); }
-
-  std::vector<std::string> messages, warnings;
-  std::vector<CachedError> errors;
-};
 
 class FakeAddin : public JobAddin {
  public:
@@ -99,19 +83,23 @@ class OtherJob : public IJob {
   std::string JobDescription() override { return "other"; }
 };
 
-struct JobEnv {
-  explicit JobEnv(bool async = false, double start = MakeDate(2024, 3, 1, 9, 0, 0)) : clock(start) {
+struct JobEnv : testing_support::SimWorld {
+  explicit JobEnv(bool async = false, double start = MakeDate(2024, 3, 1, 9, 0, 0))
+      : SimWorld(DefaultMailbox(), start) {
     addin->settings.RunJobsAsync = async;
   }
-  ~JobEnv() {
-    if (queue) queue->Kill();
-  }
+  ~JobEnv() { Stop(); }
 
+  // Starts a queue on the world; a queue already running is killed first.
   void Start() {
-    queue = std::make_shared<JobQueue>(
-        JobQueueHost{clock, loop, loop, forms, windows, shell, strings, log});
+    Stop();
+    queue = std::make_shared<JobQueue>(QueueHost());
     addin->queue = queue;
     queue->Initialize(addin);
+  }
+  void Stop() {
+    if (queue) queue->Kill();
+    queue.reset();
   }
 
   std::shared_ptr<ScriptedJob> Job(const std::string& name, int steps = 1) {
@@ -120,13 +108,6 @@ struct JobEnv {
 
   sim::SimTaskListView& view() { return *forms.task_list(); }
 
-  sim::VirtualClock clock;
-  sim::EventLoop loop{clock};
-  sim::SimFormFactory forms;
-  sim::RecordingWindowManager windows;
-  sim::RecordingShell shell;
-  StringTable strings;
-  FakeLog log;
   std::shared_ptr<FakeAddin> addin = std::make_shared<FakeAddin>();
   std::shared_ptr<JobQueue> queue;
   std::vector<std::string> trace;

@@ -29,7 +29,7 @@ TEST(JobQueueTaskList, EntriesFeedTheListAndItsOverallBar) {
   env.queue->TaskListRemove(b);
   EXPECT_EQ(env.view().progress(), 0);
   EXPECT_TRUE(env.view().rows().empty());
-  EXPECT_THAT(env.log.messages,
+  EXPECT_THAT(env.Lines("Message"),
               ElementsAre("Adding task Process email: hello", "Adding task Fill cache",
                           "Removing task Process email: hello", "Removing task Fill cache"));
   EXPECT_THROW(env.queue->TaskListRemove(a), ZError);

@@ -68,8 +68,7 @@ class LoggingEnv : public SimWorld {
   void Start(bool run = true) {
     utils.Connect({app, &settings, nullptr});
     utils.SetLibrary(mapi_utils, rdo);
-    queue = std::make_shared<JobQueue>(JobQueueHost{queue_clock ? *queue_clock : clock, loop, loop,
-                                                    forms, windows, shell, strings, log});
+    queue = std::make_shared<JobQueue>(QueueHost(queue_clock));
     queue->Initialize(addin);
     tracked = std::make_shared<TrackedContacts>();
     tracked->Initialize(addin);

@@ -85,8 +85,7 @@ class MonitoringEnv : public SimWorld {
   void Start(bool with_monitoring = true) {
     utils.Connect({app, &settings, nullptr});
     utils.SetLibrary(mapi_utils, rdo);
-    queue = std::make_shared<JobQueue>(
-        JobQueueHost{clock, loop, loop, forms, windows, shell, strings, log});
+    queue = std::make_shared<JobQueue>(QueueHost());
     queue->Initialize(addin);
     tracked = std::make_shared<TrackedContacts>();
     tracked->Initialize(addin);

@@ -1,11 +1,11 @@
 // SimWorld: the simulated host as the subsystems' test fixtures and benchmarks use it,
-// built in one place. A virtual clock (2026-01-05 09:00) with its event loop; the
+// built in one place. A virtual clock (2026-01-05 09:00 unless told) with its event loop; the
 // recording shell, forms, windows and message box; registry, files and platform; the
 // real error handling over a LogRecorder at log level 3 (every line kept), its job-engine
 // view and the settings; the simulated Outlook (sim::SimOutlookHost: a profile on that
 // clock, Outlook's application over it and the class registry with the MAPI library)
 // with one mailbox (an Exchange user by default), and the library's utility object and
-// session logged on to the profile.
+// session logged on to the profile. QueueHost() hands the job engine its part of it.
 //
 // A fixture derives from it (or holds one) and adds the subsystem objects it tests.
 // Members are public and named after what they are, so that a test reads
@@ -39,6 +39,7 @@
 #include "src/errors/error_handling.h"
 #include "src/host/error_log_store.h"
 #include "src/host/mapi_session.h"
+#include "src/jobs/job_queue.h"
 #include "src/outlook/library_factory.h"
 #include "src/resources/string_table.h"
 #include "src/settings/reg_settings.h"
@@ -47,9 +48,16 @@ namespace zintra::testing_support {
 
 // One line the error handling wrote.
 struct LogLine {
-  std::string kind;   // "Message", "Warning", "Error"
-  std::string text;   // the message, or an error's description
-  std::string trail;  // an error's propagation trail
+  std::string kind;    // "Message", "Warning", "Error"
+  std::string text;    // the message, or an error's description
+  std::string trail;   // an error's propagation trail, innermost step first
+  int32_t number = 0;  // an error's number
+
+  // The innermost step of the trail, "Module.Method" without its line number.
+  std::string Innermost() const {
+    std::string step = trail.substr(0, trail.find("-->"));
+    return step.substr(0, step.find('('));
+  }
 };
 
 // The error log store: keeps every line, in order.
@@ -59,10 +67,10 @@ class LogRecorder : public ErrorLogStore, public ErrorLogFactory {
     return std::shared_ptr<ErrorLogStore>(this, [](ErrorLogStore*) {});
   }
   void Open(const std::string& path, int32_t, bool) override { path_ = path; }
-  void LogError(const std::string&, const std::string& description, const std::string&, int32_t,
-                const std::string&, const std::string&, const std::string&, const std::string&,
-                const std::string& trail, const ErrorLogVersions&) override {
-    lines.push_back({"Error", description, trail});
+  void LogError(const std::string&, const std::string& description, const std::string&,
+                int32_t number, const std::string&, const std::string&, const std::string&,
+                const std::string&, const std::string& trail, const ErrorLogVersions&) override {
+    lines.push_back({"Error", description, trail, number});
   }
   void LogMessage(const std::string&, const std::string& text, bool warning,
                   const ErrorLogVersions&) override {
@@ -79,9 +87,9 @@ class LogRecorder : public ErrorLogStore, public ErrorLogFactory {
 
 class SimWorld {
  public:
-  explicit SimWorld(sim::Person mailbox = sim::ProfileBuilder::Exchange("Jane Doe", "jdoe",
-                                                                        "CONTOSO"))
-      : me(std::move(mailbox)) {
+  explicit SimWorld(sim::Person mailbox = DefaultMailbox(),
+                    double start = MakeDate(2026, 1, 5, 9, 0, 0))
+      : clock(start), me(std::move(mailbox)) {
     registry.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "LogLevel", 3);
     mapi_utils->SetMAPIOBJECT(app->Session()->MAPIOBJECT());
     rdo = std::dynamic_pointer_cast<RdoSession>(
@@ -91,6 +99,17 @@ class SimWorld {
   }
   SimWorld(const SimWorld&) = delete;
   SimWorld& operator=(const SimWorld&) = delete;
+
+  static sim::Person DefaultMailbox() {
+    return sim::ProfileBuilder::Exchange("Jane Doe", "jdoe", "CONTOSO");
+  }
+
+  // What a job queue runs on: the clock (or `queue_clock`), the event loop as its timers
+  // and message pump, the recording forms, windows and shell, the strings and the log.
+  JobQueueHost QueueHost(Clock* queue_clock = nullptr) {
+    return JobQueueHost{
+        queue_clock ? *queue_clock : clock, loop, loop, forms, windows, shell, strings, log};
+  }
 
   std::shared_ptr<Item> ItemOf(const std::shared_ptr<sim::MessageRecord>& record) {
     return sim::MakeItem(&profile, record);
@@ -119,8 +138,16 @@ class SimWorld {
     }
     return out;
   }
+  // The errors logged, in order.
+  std::vector<LogLine> Errors() const {
+    std::vector<LogLine> out;
+    for (const auto& l : recorder.lines) {
+      if (l.kind == "Error") out.push_back(l);
+    }
+    return out;
+  }
 
-  sim::VirtualClock clock{MakeDate(2026, 1, 5, 9, 0, 0)};
+  sim::VirtualClock clock;
   sim::EventLoop loop{clock};
   sim::SimFormFactory forms;
   sim::RecordingWindowManager windows;

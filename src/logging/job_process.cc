@@ -140,7 +140,7 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
     if (app->Settings().MakeWorkingCopy) MakeWorkingCopy(item);
     addin_kill_ = app->KillBroadcast().Connect([this] { Kill(); });
     if (DebugLines()) LogLine("JobProcess queuing " + subject_);
-    Decide(item, {.kind = DecisionKind::kQueued});
+    if (Deciding()) Decide(item, {.kind = DecisionKind::kQueued});
     queue->Queue(shared_from_this(), false);
     return true;
   } catch (...) {

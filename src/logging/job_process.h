@@ -172,6 +172,9 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   // Decisions stated to the host's decision log (job_process_decisions.cc); never throw.
   // The item is `item` while screening, the job's own afterwards (nullptr).
   void Decide(const std::shared_ptr<Item>& item, Decision decision);
+  // Whether the host keeps decisions: on the common path a record is not even built
+  // when it does not.
+  bool Deciding() const;
   void DecideContact(DecisionKind kind, const std::shared_ptr<Item>& contact, std::string address,
                      std::string reason, const std::shared_ptr<TrackedContactFolder>& folderset);
   void DecideMatches(const ContactSearch& search);

@@ -133,7 +133,9 @@ void JobProcess::FinalPostProcessing() {
   final_item_ = item;
   final_props_ = props;
   final_object_ = object;
-  Decide(nullptr, {.kind = DecisionKind::kFinished, .logged = logged_, .shared = shared_});
+  if (Deciding()) {
+    Decide(nullptr, {.kind = DecisionKind::kFinished, .logged = logged_, .shared = shared_});
+  }
   Kill();
 }
 

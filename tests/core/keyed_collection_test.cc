@@ -53,6 +53,21 @@ TEST(KeyedCollectionTest, RemovalRenumbersAndFreesTheKey) {
   EXPECT_FALSE(c.Contains("k1"));
 }
 
+TEST(KeyedCollectionTest, LookupAndRemoveIfPresentTellAMissingKeyWithoutThrowing) {
+  KeyedCollection<std::string> c;
+  c.Add("a", "k1");
+  c.Add("b", "k2");
+  ASSERT_NE(c.Lookup("K2"), nullptr);
+  *c.Lookup("K2") = "b2";  // the item itself, not a copy
+  EXPECT_EQ(c.Item(2), "b2");
+  EXPECT_EQ(c.Lookup("k3"), nullptr);
+  EXPECT_FALSE(c.RemoveIfPresent("k3"));
+  EXPECT_EQ(c.Count(), 2);
+  EXPECT_TRUE(c.RemoveIfPresent("K1"));
+  EXPECT_EQ(c.Item(1), "b2");
+  EXPECT_FALSE(c.Contains("k1"));
+}
+
 TEST(KeyedCollectionTest, RemovingWhileWalkingASnapshotIsSafe) {
   KeyedCollection<int> c;
   for (int i = 1; i <= 5; ++i) c.Add(i, "k" + std::to_string(i));

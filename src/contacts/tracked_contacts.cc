@@ -134,7 +134,7 @@ std::shared_ptr<ContactSearch> TrackedContacts::Search(const std::vector<std::st
 }
 
 void TrackedContacts::SearchFinished(const std::string& key) {
-  if (pSearches.Contains(key)) pSearches.Remove(key);
+  pSearches.RemoveIfPresent(key);
 }
 
 void TrackedContacts::FolderReady(const std::string& /*key*/) { ResumePendingSearches(); }

@@ -289,8 +289,13 @@ std::shared_ptr<SafeItem> JobProcess::SafeItemFor(const std::shared_ptr<Item>& i
 }
 
 bool JobProcess::DebugLines() const {
-  std::shared_ptr<LoggingAddin> app = App();
-  return app && app->Log().KeepsDebugLines();
+  if (app_.expired()) return false;
+  if (!log_) {
+    std::shared_ptr<LoggingAddin> app = App();
+    if (!app) return false;
+    log_ = &app->Log();
+  }
+  return log_->KeepsDebugLines();
 }
 
 bool JobProcess::MarkNotLogged(const std::shared_ptr<Item>& item, const std::string& reason) {

@@ -44,6 +44,7 @@ class ContactSearch;
 class CopyJob;
 class Folder;
 class Item;
+class JobEngineLog;
 class LoggingAddin;
 class RegSettings;
 class SafeItem;
@@ -201,6 +202,9 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   bool DebugLines() const;
 
   std::weak_ptr<LoggingAddin> app_;
+  // The add-in's log, a member of the add-in: valid while app_ has not expired. Asked
+  // about debug lines a dozen times per item, it is found once.
+  mutable JobEngineLog* log_ = nullptr;
   // What screening read, kept so that no later step asks the host again: the class,
   // the folder, and the sender's native and SMTP addresses (of `sender_of_`).
   ItemClass item_class_ = ItemClass::kMail;

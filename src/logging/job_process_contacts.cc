@@ -229,10 +229,12 @@ void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
   }
   if (DebugLines()) LogLine("FoundLinkedContact: '" + name + "'");
   DecideContact(DecisionKind::kContactAccepted, contact, "", "", folderset);
-  if (!found_contacts_.Contains(folderset->key())) {
+  std::shared_ptr<ContactGroupFound>* slot = found_contacts_.Lookup(folderset->key());
+  if (!slot) {
     found_contacts_.Add(std::make_shared<ContactGroupFound>(), folderset->key());
+    slot = &found_contacts_.Item(found_contacts_.Count());
   }
-  ContactGroupFound& group = *found_contacts_.Item(folderset->key());
+  ContactGroupFound& group = **slot;
   bool known = false;
   if (!group.empty()) {
     const std::string entry_id = contact->EntryID();

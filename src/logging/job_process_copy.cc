@@ -78,7 +78,7 @@ bool JobProcess::StartCopyJobs(CopyKind kind) {
 
 void JobProcess::CopyJobEnded(CopyKind kind, const std::string& key, bool aborted) {
   auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
-  if (pending.Contains(key)) pending.Remove(key);
+  pending.RemoveIfPresent(key);
   if (killed_) return;
   if (aborted) {
     Kill();

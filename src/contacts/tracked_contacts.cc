@@ -133,9 +133,7 @@ std::shared_ptr<ContactSearch> TrackedContacts::Search(const std::vector<std::st
   return search;
 }
 
-void TrackedContacts::SearchFinished(const std::string& key) {
-  pSearches.RemoveIfPresent(key);
-}
+void TrackedContacts::SearchFinished(const std::string& key) { pSearches.RemoveIfPresent(key); }
 
 void TrackedContacts::FolderReady(const std::string& /*key*/) { ResumePendingSearches(); }
 

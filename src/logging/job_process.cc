@@ -1,5 +1,7 @@
 #include "src/logging/job_process.h"
 
+#include <string_view>
+
 #include "src/contacts/contact_search.h"
 #include "src/core/text.h"
 #include "src/core/z_error.h"
@@ -232,7 +234,8 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
                 "'; continuing screening.");
     }
   }
-  if (!skip && text::UCase(item->MessageClass().substr(0, 32)) == kAvtMessageClassPrefix) {
+  if (!skip && text::EqualsNoCase(std::string_view(item->MessageClass()).substr(0, 32),
+                                  kAvtMessageClassPrefix)) {
     reason = "AVT MessageClass";
     skip = true;
   }

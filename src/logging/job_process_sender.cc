@@ -74,11 +74,11 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
       if (IsExchangeAddress(upper) && upper.find("/OU=") == std::string::npos) type = "EX";
       if (type == "SMTP" || (type.empty() && native.find('@') != std::string::npos)) smtp = native;
     } else {
-      const std::string type = text::UCase(entry->Type());
+      const std::string type = entry->Type();
       native = entry->Address();
-      if (type == "SMTP") {
+      if (text::EqualsNoCase(type, "SMTP")) {
         smtp = native;
-      } else if (type == "EX") {
+      } else if (text::EqualsNoCase(type, "EX")) {
         smtp = entry->Fields(kPrSmtpAddress).ToString();
       }
       sender_of_ = item;

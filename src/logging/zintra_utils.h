@@ -241,8 +241,10 @@ class ZintraUtils {
     std::optional<std::string> address, smtp_address;
   };
   CurrentUserFacts current_user_;
-  // Named-property tags by store ID, property-set GUID and name.
+  // Named-property tags by name, property-set GUID and store ID: the name comes first,
+  // where keys differ, so that comparing two keys rarely reads the long store ID.
   std::map<std::string, int32_t> named_tags_;
+  std::string named_tag_key_;  // the key being looked up, its room kept between calls
   // Search keys by folder object (the weak pointer tells a live object from a new one
   // at the same address).
   struct RememberedKey {

@@ -44,8 +44,9 @@ void ContactSearch::Start(const std::vector<std::string>& addresses) {
   emails_.reserve(addresses.size());
   for (const auto& address : addresses) {
     if (address.empty() || results_.Contains(address)) continue;
-    emails_.push_back(address);
     results_.Add(ContactList{}, address);
+    const int added = results_.Count();
+    emails_.push_back({&results_.KeyAt(added), &results_.Item(added)});
   }
   email_count_ = static_cast<int32_t>(emails_.size());
   const bool all_ready = SearchReadyFolders();
@@ -92,8 +93,10 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
   // Unique addresses found here leave emails_ once the walk over the folder is done, so
   // that the walk itself needs no copy of the list (nothing else changes it meanwhile).
   std::vector<size_t> found;
+  // The folder's group, looked up once it is first needed.
+  std::shared_ptr<ContactGroup>* group = nullptr;
   for (size_t k = 0; k < emails_.size(); ++k) {
-    const std::string& address = emails_[k];
+    const std::string& address = *emails_[k].address;
     const ContactList contacts = folder->GetContactItems(address);
     for (const auto& contact : contacts) {
       if (debug) {
@@ -105,15 +108,19 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
         }
         LogLine("Adding result: '" + name + "' for " + address);
       }
-      results_.Item(address).push_back(contact);
+      emails_[k].results->push_back(contact);
       if (debug) LogLine("Adding to grouped result");
-      if (!grouped_results_.Contains(folder->key())) {
-        grouped_results_.Add(std::make_shared<ContactGroup>(ContactGroup{folder, {}}),
-                             folder->key());
+      if (!group) {
+        group = grouped_results_.Lookup(folder->key());
+        if (!group) {
+          grouped_results_.Add(std::make_shared<ContactGroup>(ContactGroup{folder, {}}),
+                               folder->key());
+          group = &grouped_results_.Item(grouped_results_.Count());
+        }
       }
       // One entry per address found: a contact that carries two of the searched
       // addresses is in its folder's group twice.
-      grouped_results_.Item(folder->key())->contacts.push_back(contact);
+      (*group)->contacts.push_back(contact);
     }
     if (unique && !contacts.empty()) {
       found.push_back(k);
@@ -131,7 +138,8 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
 
 const ContactList& ContactSearch::Results(const std::string& address) const {
   static const ContactList kNone;
-  return results_.Contains(address) ? results_.Item(address) : kNone;
+  const ContactList* list = results_.Lookup(address);
+  return list ? *list : kNone;
 }
 
 ContactList ContactSearch::AllResults() const {

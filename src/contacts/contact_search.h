@@ -86,7 +86,13 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   std::weak_ptr<ContactsAddin> app_;
   std::weak_ptr<TrackedContacts> owner_;
   std::string key_;
-  std::vector<std::string> emails_;  // still to be searched
+  // An address still to be searched: its key in results_ and its list there, which
+  // stay put until results_ is cleared (entries live on the heap).
+  struct Pending {
+    const std::string* address;
+    ContactList* results;
+  };
+  std::vector<Pending> emails_;
   int32_t email_count_ = 0;
   int32_t found_count_ = 0;
   KeyedCollection<ContactList> results_;

@@ -133,9 +133,7 @@ std::shared_ptr<ContactSearch> TrackedContacts::Search(const std::vector<std::st
   return search;
 }
 
-void TrackedContacts::SearchFinished(const std::string& key) {
-  if (pSearches.Contains(key)) pSearches.Remove(key);
-}
+void TrackedContacts::SearchFinished(const std::string& key) { pSearches.RemoveIfPresent(key); }
 
 void TrackedContacts::FolderReady(const std::string& /*key*/) { ResumePendingSearches(); }
 
@@ -211,7 +209,11 @@ bool TrackedContacts::ShouldTrack(const std::shared_ptr<Item>& contact) {
       const int32_t sensitivity = contact->Sensitivity();
       if (sensitivity == 1 || sensitivity == 2 || sensitivity == 3) return false;
     }
-    // A list of nothing but blanks and commas filters nothing, as an empty one.
+    // A list of nothing but blanks and commas filters nothing, as an empty one (told
+    // without parsing it: this is asked for every contact found).
+    if (settings.TrackedContactCategories.find_first_not_of(" ,") == std::string::npos) {
+      return true;
+    }
     const std::vector<std::string> wanted = CategoriesOf(settings.TrackedContactCategories);
     if (wanted.empty()) return true;
     const std::string categories = contact->Categories();

@@ -167,7 +167,7 @@ void ErrorHandling::WriteLogMessage(const std::string& text, bool warning) {
 
 void ErrorHandling::LogWarning(const std::string& text) { WriteLogMessage(text, true); }
 
-bool ErrorHandling::KeepsDebugLines() { return EnsureOpen() && log_level_ >= kLevelEverything; }
+static_assert(kLevelEverything == 3, "debug lines are kept at the level that keeps everything");
 
 void ErrorHandling::LogCachedError(const CachedError& rec) {
   if (rec.Number() == 0) return;

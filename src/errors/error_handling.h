@@ -51,7 +51,11 @@ class ErrorHandling {
   void WriteLogMessage(const std::string& text, bool warning);
   void LogWarning(const std::string& text);
   // Whether WriteLogMessage would keep a line that is not a warning (opens the log).
-  bool KeepsDebugLines();
+  // Asked before every debug line, so once the log is open it costs two reads.
+  bool KeepsDebugLines() {
+    return (open_attempted_ ? store_ != nullptr : EnsureOpen()) &&
+           log_level_ >= kLevelKeepingDebugLines;
+  }
   // Nothing for a record whose Number is 0.
   void LogCachedError(const CachedError& rec);
   // A critical message box with rec.toString(true) under the product name; nothing
@@ -93,6 +97,7 @@ class ErrorHandling {
   ErrorHandlingHost host_;
   std::shared_ptr<ErrorLogStore> store_;
   bool open_attempted_ = false;
+  static constexpr int32_t kLevelKeepingDebugLines = 3;  // everything
   int32_t log_level_ = -1;
   int32_t max_size_kb_ = 0;
   int32_t failed_writes_ = 0;

@@ -32,12 +32,14 @@ void JobQueue::TaskListProgress(const std::string& key, float UnitsDone) {
 
 void JobQueue::TaskListRemove(const std::string& key) {
   // After Kill only the non-support collection is left (for the lingering check).
-  std::shared_ptr<TaskListEntry> entry =
-      tasks_.Contains(key) ? tasks_.Item(key) : non_support_tasks_.Item(key);
-  if (host_.log.KeepsDebugLines())
-    host_.log.WriteLogMessage("Removing task " + entry->Description, false);
-  if (tasks_.Contains(key)) tasks_.Remove(key);
-  if (non_support_tasks_.Contains(key)) non_support_tasks_.Remove(key);
+  if (host_.log.KeepsDebugLines()) {
+    const std::shared_ptr<TaskListEntry>* entry = tasks_.Lookup(key);
+    if (!entry) entry = &non_support_tasks_.Item(key);
+    host_.log.WriteLogMessage("Removing task " + (*entry)->Description, false);
+  }
+  const bool was_listed = tasks_.RemoveIfPresent(key);
+  // A key in neither list is an error.
+  if (!non_support_tasks_.RemoveIfPresent(key) && !was_listed) throw ZError(kErrInvalidCall);
   if (task_list_form_) task_list_form_->RemoveEntry(key);
   if (tasks_.Count() == 0) {
     // Nothing left to finish: the tray icon has nothing to stand for.

@@ -1,5 +1,7 @@
 #include "src/logging/job_process.h"
 
+#include <string_view>
+
 #include "src/contacts/contact_search.h"
 #include "src/core/text.h"
 #include "src/core/z_error.h"
@@ -140,7 +142,7 @@ bool JobProcess::Initialize(const std::string& caller, const std::shared_ptr<Ite
     if (app->Settings().MakeWorkingCopy) MakeWorkingCopy(item);
     addin_kill_ = app->KillBroadcast().Connect([this] { Kill(); });
     if (DebugLines()) LogLine("JobProcess queuing " + subject_);
-    Decide(item, {.kind = DecisionKind::kQueued});
+    if (Deciding()) Decide(item, {.kind = DecisionKind::kQueued});
     queue->Queue(shared_from_this(), false);
     return true;
   } catch (...) {
@@ -232,7 +234,8 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
                 "'; continuing screening.");
     }
   }
-  if (!skip && text::UCase(item->MessageClass().substr(0, 32)) == kAvtMessageClassPrefix) {
+  if (!skip && text::EqualsNoCase(std::string_view(item->MessageClass()).substr(0, 32),
+                                  kAvtMessageClassPrefix)) {
     reason = "AVT MessageClass";
     skip = true;
   }
@@ -289,8 +292,13 @@ std::shared_ptr<SafeItem> JobProcess::SafeItemFor(const std::shared_ptr<Item>& i
 }
 
 bool JobProcess::DebugLines() const {
-  std::shared_ptr<LoggingAddin> app = App();
-  return app && app->Log().KeepsDebugLines();
+  if (app_.expired()) return false;
+  if (!log_) {
+    std::shared_ptr<LoggingAddin> app = App();
+    if (!app) return false;
+    log_ = &app->Log();
+  }
+  return log_->KeepsDebugLines();
 }
 
 bool JobProcess::MarkNotLogged(const std::shared_ptr<Item>& item, const std::string& reason) {

@@ -44,6 +44,7 @@ class ContactSearch;
 class CopyJob;
 class Folder;
 class Item;
+class JobEngineLog;
 class LoggingAddin;
 class RegSettings;
 class SafeItem;
@@ -172,6 +173,9 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   // Decisions stated to the host's decision log (job_process_decisions.cc); never throw.
   // The item is `item` while screening, the job's own afterwards (nullptr).
   void Decide(const std::shared_ptr<Item>& item, Decision decision);
+  // Whether the host keeps decisions: on the common path a record is not even built
+  // when it does not.
+  bool Deciding() const;
   void DecideContact(DecisionKind kind, const std::shared_ptr<Item>& contact, std::string address,
                      std::string reason, const std::shared_ptr<TrackedContactFolder>& folderset);
   void DecideMatches(const ContactSearch& search);
@@ -198,6 +202,9 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   bool DebugLines() const;
 
   std::weak_ptr<LoggingAddin> app_;
+  // The add-in's log, a member of the add-in: valid while app_ has not expired. Asked
+  // about debug lines a dozen times per item, it is found once.
+  mutable JobEngineLog* log_ = nullptr;
   // What screening read, kept so that no later step asks the host again: the class,
   // the folder, and the sender's native and SMTP addresses (of `sender_of_`).
   ItemClass item_class_ = ItemClass::kMail;

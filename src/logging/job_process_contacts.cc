@@ -1,6 +1,7 @@
 // JobProcess: finding the tracked contacts an item concerns, through its links and
 // its e-mail addresses, and choosing the copy targets of each contact found.
 #include <algorithm>
+#include <utility>
 
 #include "src/contacts/contact_search.h"
 #include "src/contacts/tracked_contact_folder.h"
@@ -84,22 +85,25 @@ void JobProcess::Step2_SearchEmails() {
       }
     }
     const int32_t count = recipients ? recipients->Count() : 0;
+    // Room for the senders' two forms too, and a blanket domain for each.
+    addresses.reserve(2 * (static_cast<size_t>(count) + 2));
     const bool debug = DebugLines();
     for (int32_t i = 1; i <= count; ++i) {
       std::shared_ptr<Recipient> recipient = recipients->Item(i);
-      const std::string address = recipient->Address();
+      std::string address = recipient->Address();
       if (debug) {
         LogLine("Adding recipient to search: " + address + " - (" + recipient->Name() + ")");
       }
-      if (!address.empty()) addresses.push_back(address);
+      if (!address.empty()) addresses.push_back(std::move(address));
     }
   }
   if (AmIncomingFold_) {
+    if (addresses.capacity() == 0) addresses.reserve(4);
     for (bool smtp : {false, true}) {
-      const std::string address = SenderAddress(item_, smtp);
+      std::string address = SenderAddress(item_, smtp);
       if (address.empty()) continue;
       if (DebugLines()) LogLine("Adding sender's email to search: " + address);
-      addresses.push_back(address);
+      addresses.push_back(std::move(address));
     }
   }
   if (!AmIncomingFold_ && !AmOutgoingFold_) {
@@ -117,16 +121,18 @@ void JobProcess::Step2_SearchEmails() {
       if (at != std::string::npos) addresses.push_back("*" + addresses[i].substr(at));
     }
   }
-  searched_addresses_ = addresses;
-  for (const std::string& a : addresses) {
-    Decide(nullptr, {.kind = DecisionKind::kAddressSearched, .address = a});
+  searched_addresses_ = std::move(addresses);
+  if (Deciding()) {
+    for (const std::string& a : searched_addresses_) {
+      Decide(nullptr, {.kind = DecisionKind::kAddressSearched, .address = a});
+    }
   }
   std::shared_ptr<TrackedContacts> tracked = app->Tracked();
-  if (addresses.empty() || !tracked) {
+  if (searched_addresses_.empty() || !tracked) {
     RunStage();
     return;
   }
-  search_ = tracked->Search(addresses);
+  search_ = tracked->Search(searched_addresses_);
   if (!search_) {
     RunStage();
     return;
@@ -223,10 +229,12 @@ void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
   }
   if (DebugLines()) LogLine("FoundLinkedContact: '" + name + "'");
   DecideContact(DecisionKind::kContactAccepted, contact, "", "", folderset);
-  if (!found_contacts_.Contains(folderset->key())) {
+  std::shared_ptr<ContactGroupFound>* slot = found_contacts_.Lookup(folderset->key());
+  if (!slot) {
     found_contacts_.Add(std::make_shared<ContactGroupFound>(), folderset->key());
+    slot = &found_contacts_.Item(found_contacts_.Count());
   }
-  ContactGroupFound& group = *found_contacts_.Item(folderset->key());
+  ContactGroupFound& group = **slot;
   bool known = false;
   if (!group.empty()) {
     const std::string entry_id = contact->EntryID();

@@ -78,7 +78,7 @@ bool JobProcess::StartCopyJobs(CopyKind kind) {
 
 void JobProcess::CopyJobEnded(CopyKind kind, const std::string& key, bool aborted) {
   auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
-  if (pending.Contains(key)) pending.Remove(key);
+  pending.RemoveIfPresent(key);
   if (killed_) return;
   if (aborted) {
     Kill();
@@ -133,7 +133,9 @@ void JobProcess::FinalPostProcessing() {
   final_item_ = item;
   final_props_ = props;
   final_object_ = object;
-  Decide(nullptr, {.kind = DecisionKind::kFinished, .logged = logged_, .shared = shared_});
+  if (Deciding()) {
+    Decide(nullptr, {.kind = DecisionKind::kFinished, .logged = logged_, .shared = shared_});
+  }
   Kill();
 }
 

@@ -17,6 +17,11 @@ bool Unwanted(DecisionLog& log) { return &log == &NoDecisionLog(); }
 
 }  // namespace
 
+bool JobProcess::Deciding() const {
+  std::shared_ptr<LoggingAddin> app = App();
+  return app && !Unwanted(app->Decisions());
+}
+
 void JobProcess::Decide(const std::shared_ptr<Item>& item, Decision decision) {
   std::shared_ptr<LoggingAddin> app = App();
   if (!app || Unwanted(app->Decisions())) return;

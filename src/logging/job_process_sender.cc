@@ -1,4 +1,6 @@
 // JobProcess: the sender's address and whether the sender is a colleague.
+#include <string_view>
+
 #include "src/core/text.h"
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
@@ -16,19 +18,30 @@ namespace zintra {
 
 namespace {
 
-bool IsExchangeAddress(const std::string& upper) { return upper.find("/O=") != std::string::npos; }
-
-// "/O=CONTOSO/OU=..." -> "CONTOSO".
-std::string Organisation(const std::string& upper) {
-  const size_t start = upper.find("/O=");
-  if (start == std::string::npos) return {};
-  const size_t end = upper.find('/', start + 3);
-  return upper.substr(start + 3, end == std::string::npos ? std::string::npos : end - start - 3);
+// Where "/O=" starts, in any case, or npos.
+size_t OrgStart(std::string_view address) {
+  for (size_t i = address.find('/'); i != std::string_view::npos; i = address.find('/', i + 1)) {
+    if (i + 2 < address.size() && (address[i + 1] | 0x20) == 'o' && address[i + 2] == '=') return i;
+  }
+  return std::string_view::npos;
 }
 
-std::string Domain(const std::string& upper) {
-  const size_t at = upper.find('@');
-  return at == std::string::npos ? std::string() : upper.substr(at + 1);
+bool IsExchangeAddress(std::string_view address) {
+  return OrgStart(address) != std::string_view::npos;
+}
+
+// "/O=Contoso/OU=..." -> "Contoso".
+std::string_view Organisation(std::string_view address) {
+  const size_t start = OrgStart(address);
+  if (start == std::string_view::npos) return {};
+  const size_t end = address.find('/', start + 3);
+  return address.substr(start + 3,
+                        end == std::string_view::npos ? std::string_view::npos : end - start - 3);
+}
+
+std::string_view Domain(std::string_view address) {
+  const size_t at = address.find('@');
+  return at == std::string_view::npos ? std::string_view() : address.substr(at + 1);
 }
 
 }  // namespace
@@ -61,11 +74,11 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
       if (IsExchangeAddress(upper) && upper.find("/OU=") == std::string::npos) type = "EX";
       if (type == "SMTP" || (type.empty() && native.find('@') != std::string::npos)) smtp = native;
     } else {
-      const std::string type = text::UCase(entry->Type());
+      const std::string type = entry->Type();
       native = entry->Address();
-      if (type == "SMTP") {
+      if (text::EqualsNoCase(type, "SMTP")) {
         smtp = native;
-      } else if (type == "EX") {
+      } else if (text::EqualsNoCase(type, "EX")) {
         smtp = entry->Fields(kPrSmtpAddress).ToString();
       }
       sender_of_ = item;
@@ -85,18 +98,23 @@ bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
   std::shared_ptr<RdoSession> session = app ? app->RDOSession() : nullptr;
   ZintraUtils& utils = Utils();
   if (!utils.CurrentUser(session)) return false;
-  const std::string sender = text::UCase(SenderAddress(item, false));
-  const std::string me = text::UCase(utils.CurrentUserAddress(session));
+  // Addresses compare without regard to case.
+  const std::string sender = SenderAddress(item, false);
+  const std::string me = utils.CurrentUserAddress(session);
   if (IsExchangeAddress(sender)) {
-    const std::string org = Organisation(sender);
-    return !org.empty() && org == Organisation(me);
+    const std::string_view org = Organisation(sender);
+    return !org.empty() && text::EqualsNoCase(org, Organisation(me));
   }
-  const std::string domain = Domain(sender);
+  const std::string_view domain = Domain(sender);
   if (domain.empty()) return false;
   // An Exchange user's own domain is that of the SMTP address of its entry.
-  std::string my_domain = Domain(me);
-  if (my_domain.empty()) my_domain = Domain(text::UCase(utils.CurrentUserSmtpAddress(session)));
-  return domain == my_domain;
+  std::string_view my_domain = Domain(me);
+  std::string smtp;
+  if (my_domain.empty()) {
+    smtp = utils.CurrentUserSmtpAddress(session);
+    my_domain = Domain(smtp);
+  }
+  return text::EqualsNoCase(domain, my_domain);
 }
 
 }  // namespace zintra

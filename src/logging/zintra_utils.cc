@@ -57,6 +57,7 @@ void ZintraUtils::SetLibrary(std::shared_ptr<MapiUtils> mapi_utils,
   mapi_utils_ = std::move(mapi_utils);
   rdo_session_ = std::move(session);
   named_tags_.clear();  // another session may see other stores
+  last_store_tags_ = nullptr;
 }
 
 void ZintraUtils::Kill() {
@@ -66,6 +67,7 @@ void ZintraUtils::Kill() {
   rdo_session_.reset();
   check_linger_.clear();
   named_tags_.clear();
+  last_store_tags_ = nullptr;
   search_keys_.clear();
 }
 

@@ -241,8 +241,13 @@ class ZintraUtils {
     std::optional<std::string> address, smtp_address;
   };
   CurrentUserFacts current_user_;
-  // Named-property tags by store ID, property-set GUID and name.
-  std::map<std::string, int32_t> named_tags_;
+  // Named-property tags by store ID, then by name and property-set GUID (the name
+  // first, where keys differ). An item's marks all go to one store: the last store's
+  // tags are kept at hand, and the key being looked up keeps its room between calls.
+  std::map<std::string, std::map<std::string, int32_t>> named_tags_;
+  std::map<std::string, int32_t>* last_store_tags_ = nullptr;
+  std::string last_store_id_;
+  std::string named_tag_key_;
   // Search keys by folder object (the weak pointer tells a live object from a new one
   // at the same address).
   struct RememberedKey {

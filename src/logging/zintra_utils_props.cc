@@ -1,6 +1,7 @@
 // ZintraUtils: the item marks (user properties through either facade, named
 // properties in a property set), item types and links.
 #include <string>
+#include <utility>
 
 #include "src/core/z_error.h"
 #include "src/errors/cached_error.h"
@@ -129,12 +130,21 @@ int32_t ZintraUtils::NamedPropTag(MapiUtils& utils, const std::string& store_id,
                                   const std::shared_ptr<MapiObject>& object,
                                   const std::string& guid, const Value& name, bool create) {
   if (store_id.empty()) return utils.GetIDsFromNames(object, guid, name, create);
+  if (!last_store_tags_ || last_store_id_ != store_id) {
+    last_store_tags_ = &named_tags_[store_id];
+    last_store_id_ = store_id;
+  }
   // A numeric id and a text name never share a key.
-  const std::string key = store_id + '\n' + guid + '\n' +
-                          (name.Type() == ValueType::kString ? "s:" : "n:") + name.ToString();
-  if (auto it = named_tags_.find(key); it != named_tags_.end()) return it->second;
+  std::string& key = named_tag_key_;
+  key.assign(name.Type() == ValueType::kString ? "s:" : "n:");
+  key += name.ToString();
+  key += '\n';
+  key += guid;
+  if (auto it = last_store_tags_->find(key); it != last_store_tags_->end()) return it->second;
+  // The host call below may lead to another lookup, for another store even.
+  std::string missing = key;
   const int32_t tag = utils.GetIDsFromNames(object, guid, name, create);
-  if (PropId(tag) != 0) named_tags_.emplace(key, tag);
+  if (PropId(tag) != 0) named_tags_[store_id].emplace(std::move(missing), tag);
   return tag;
 }
 

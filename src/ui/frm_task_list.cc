@@ -32,14 +32,17 @@ void frmTaskList::AddEntry(std::shared_ptr<TaskListEntry> entry) {
   total_units_ += entry->TotalWorkUnits;
   done_units_ += entry->UnitsDone;
   view_->AddRow(entry->Key, entry->Description, entry->RSIconIdx);
-  const std::string key = entry->Key;
-  entries_.emplace(key, std::move(entry));
-  SetUnitsDone(key, entries_[key]->UnitsDone);
+  const auto added = entries_.emplace(entry->Key, entry).first;
+  SetUnitsDone(added, added->second->UnitsDone);
 }
 
 void frmTaskList::SetUnitsDone(const std::string& key, float units_done) {
   auto it = entries_.find(key);
-  if (it == entries_.end()) return;
+  if (it != entries_.end()) SetUnitsDone(it, units_done);
+}
+
+void frmTaskList::SetUnitsDone(Entries::iterator it, float units_done) {
+  const std::string& key = it->first;
   TaskListEntry& entry = *it->second;
   const float done = Clamp(units_done, entry.TotalWorkUnits);
   done_units_ += done - entry.UnitsDone;

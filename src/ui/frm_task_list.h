@@ -57,12 +57,15 @@ class frmTaskList {
   Event<> Minimize;
 
  private:
+  using Entries = std::map<std::string, std::shared_ptr<TaskListEntry>>;
+
   static float Clamp(float done, float total);
+  void SetUnitsDone(Entries::iterator it, float units_done);
   void RefreshProgress();
 
   std::unique_ptr<TaskListView> view_;
   WindowManager& windows_;
-  std::map<std::string, std::shared_ptr<TaskListEntry>> entries_;
+  Entries entries_;
   float total_units_ = 0;
   float done_units_ = 0;
   Connection abort_click_;

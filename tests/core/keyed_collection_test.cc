@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <string>
+
 namespace zintra {
 namespace {
 
@@ -51,6 +54,53 @@ TEST(KeyedCollectionTest, RemovalRenumbersAndFreesTheKey) {
   c.Remove(1);
   EXPECT_EQ(c.Item(1), "c");
   EXPECT_FALSE(c.Contains("k1"));
+}
+
+TEST(KeyedCollectionTest, LookupAndRemoveIfPresentTellAMissingKeyWithoutThrowing) {
+  KeyedCollection<std::string> c;
+  c.Add("a", "k1");
+  c.Add("b", "k2");
+  ASSERT_NE(c.Lookup("K2"), nullptr);
+  *c.Lookup("K2") = "b2";  // the item itself, not a copy
+  EXPECT_EQ(c.Item(2), "b2");
+  EXPECT_EQ(c.Lookup("k3"), nullptr);
+  EXPECT_FALSE(c.RemoveIfPresent("k3"));
+  EXPECT_EQ(c.Count(), 2);
+  EXPECT_TRUE(c.RemoveIfPresent("K1"));
+  EXPECT_EQ(c.Item(1), "b2");
+  EXPECT_FALSE(c.Contains("k1"));
+}
+
+// Small collections find keys by walking their items and large ones through an index:
+// the answers must not change as a collection grows past the switch or shrinks again.
+TEST(KeyedCollectionTest, KeysAreFoundAlikeAtEverySize) {
+  KeyedCollection<int> c;
+  for (int i = 1; i <= 40; ++i) {
+    c.Add(i, "Key" + std::to_string(i));
+    if (i % 3 == 0) c.Add(-i);  // items without a key are never found by one
+    for (int j = 1; j <= i; ++j) {
+      ASSERT_EQ(c.Item("KEY" + std::to_string(j)), j) << "after " << i << " adds";
+    }
+    EXPECT_FALSE(c.Contains("key" + std::to_string(i + 1)));
+    EXPECT_FALSE(c.Contains(""));
+    EXPECT_EQ(ErrorOf([&] { c.Add(0, "kEY1"); }), kErrDuplicateKey);
+  }
+  const KeyedCollection<int> copy = c;
+  for (int i = 40; i >= 1; --i) {
+    ASSERT_TRUE(c.RemoveIfPresent("key" + std::to_string(i)));
+    EXPECT_FALSE(c.Contains("Key" + std::to_string(i)));
+    if (i > 1) {
+      EXPECT_EQ(c.Item("Key1"), 1);
+    }
+  }
+  EXPECT_EQ(c.Count(), 13);  // the items without a key
+  EXPECT_EQ(copy.Count(), 53);
+  EXPECT_EQ(copy.Item("key40"), 40);
+  c.Add(7, "key40");  // a removed key may come back
+  EXPECT_EQ(c.Item("KEY40"), 7);
+  c.Clear();
+  c.Add(1, "a");
+  EXPECT_EQ(c.Item("A"), 1);
 }
 
 TEST(KeyedCollectionTest, RemovingWhileWalkingASnapshotIsSafe) {

@@ -170,6 +170,14 @@ TEST_F(PreScreenTest, SenderAddressGivesNativeAndSmtpForms) {
   EXPECT_FALSE(job->ItemFromInternalUser(from_smtp));
   // An SMTP sender of the user's own domain is a colleague too.
   EXPECT_TRUE(job->ItemFromInternalUser(Mail(ProfileBuilder::Smtp("Cy", "cy@contoso.com"))));
+  // Domains and organisations compare without regard to case.
+  EXPECT_TRUE(job->ItemFromInternalUser(Mail(ProfileBuilder::Smtp("Di", "di@Contoso.COM"))));
+  EXPECT_TRUE(
+      job->ItemFromInternalUser(Mail(ProfileBuilder::Smtp("Ed", "/o=Contoso/ou=Group/cn=ed"))));
+  EXPECT_FALSE(
+      job->ItemFromInternalUser(Mail(ProfileBuilder::Smtp("Flo", "/o=Fabrikam/ou=Group/cn=flo"))));
+  EXPECT_FALSE(
+      job->ItemFromInternalUser(Mail(ProfileBuilder::Smtp("Gil", "/ou=Contoso/cn=gil@x.org"))));
 
   // Without an address entry the sender's MAPI properties are read instead.
   env.profile.Faults().FailAlways("SafeItem.Sender", kMapiCallFailed);

@@ -3,6 +3,9 @@
 // every item fails here and has to say why.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
+
 #include "sim/outlook/call_counter.h"
 #include "src/logging/job_process.h"
 #include "src/settings/reg_settings.h"
@@ -26,6 +29,19 @@ class HostCallsTest : public ::testing::Test {
   ~HostCallsTest() override {
     env.profile.Faults().SetCounter(nullptr);
     env.registry.SetCallObserver(nullptr);
+  }
+
+  // Logs a new mail from the tracked contact, counting from its arrival; returns the
+  // calls it cost.
+  int64_t LogOneMail(const std::string& subject) {
+    auto mail = env.ItemOf(
+        env.builder.MailFrom(sim::ProfileBuilder::Smtp("Ann", "ann@fabrikam.com"), {subject}));
+    counter.Reset();
+    auto job = std::make_shared<JobProcess>(env.addin);
+    EXPECT_TRUE(job->Initialize("test", mail, true, false));
+    env.RunQueue();
+    EXPECT_TRUE(job->LoggedFlag());
+    return counter.Totals().Total();
   }
 
   sim::CallCounter counter;
@@ -64,18 +80,9 @@ TEST_F(HostCallsTest, ASecondMailCostsWhatItsRoadNeedsAndNothingMore) {
   RegSettings quiet = env.settings;
   quiet.LogLevel = 1;
   env.errors.Addin_RegSettingsChanged(env.settings, quiet);
-  auto log_one = [&](const std::string& subject) {
-    auto mail = env.ItemOf(
-        env.builder.MailFrom(sim::ProfileBuilder::Smtp("Ann", "ann@fabrikam.com"), {subject}));
-    counter.Reset();
-    auto job = std::make_shared<JobProcess>(env.addin);
-    EXPECT_TRUE(job->Initialize("test", mail, true, false));
-    env.RunQueue();
-    EXPECT_TRUE(job->LoggedFlag());
-  };
-  log_one("First");
+  LogOneMail("First");
   EXPECT_EQ(counter.CallsOf("MapiUtils.GetIDsFromNames"), 4);  // three names, one read first
-  log_one("Second");
+  LogOneMail("Second");
 
   // Initialize: screening reads the kind, the folder, the subject, the folder's name
   // and the sending time (screening line, task text), finds "Zintra Tag" and "Zintra
@@ -107,24 +114,14 @@ TEST_F(HostCallsTest, ASecondMailCostsWhatItsRoadNeedsAndNothingMore) {
 }
 
 TEST_F(HostCallsTest, NothingIsReadForDebugLinesTheLogDoesNotKeep) {
-  auto log_one = [&](const std::string& subject) {
-    auto mail = env.ItemOf(
-        env.builder.MailFrom(sim::ProfileBuilder::Smtp("Ann", "ann@fabrikam.com"), {subject}));
-    counter.Reset();
-    auto job = std::make_shared<JobProcess>(env.addin);
-    EXPECT_TRUE(job->Initialize("test", mail, true, false));
-    env.RunQueue();
-    EXPECT_TRUE(job->LoggedFlag());
-    return counter.Totals().Total();
-  };
-  const int64_t keeping = log_one("Kept");
+  const int64_t keeping = LogOneMail("Kept");
   EXPECT_GT(counter.CallsOf("Item.FullName"), 0);
   EXPECT_GT(counter.CallsOf("Folder.Parent"), 0);
 
   RegSettings quiet = env.settings;
   quiet.LogLevel = 1;  // errors only
   env.errors.Addin_RegSettingsChanged(env.settings, quiet);
-  const int64_t quiet_calls = log_one("Quiet");
+  const int64_t quiet_calls = LogOneMail("Quiet");
   // The contact's name, the copy folder's path and the tracked folder's name only
   // ever go to debug lines.
   EXPECT_EQ(counter.CallsOf("Item.FullName"), 0);

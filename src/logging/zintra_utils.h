@@ -23,6 +23,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "src/core/key_generator.h"
@@ -90,15 +91,15 @@ class ZintraUtils {
   // ---- User properties (both facades: an Outlook item's collection or the
   // library's collection of the same message).
   // The property's value, or Empty when the item has no such property. Never creates.
-  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name);
+  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name);
   // Finds or adds the property and sets its value; does not save the item. Raises 91
   // "Failed to add property: <name>" when the property can be neither found nor added.
   // AddToFolderFields is honoured only when the settings allow folder fields
   // (EditFolderFields and AlwaysUseFolderFields both set); otherwise False is passed.
-  void SetUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  void SetUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name,
                        int32_t type, const Value& value, bool AddToFolderFields);
-  Value GetRDOUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name);
-  void SetRDOUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  Value GetRDOUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name);
+  void SetRDOUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name,
                           int32_t type, const Value& value, bool AddToFolderFields);
   // The final AddToFolderFields passed to Add for a caller's wish.
   bool EffectiveAddToFolderFields(bool AddToFolderFields) const;
@@ -106,10 +107,10 @@ class ZintraUtils {
   // GetUserProperty also hands out the property it found (nullptr when absent), and
   // SetFoundUserProperty is SetUserProperty without the Find: it sets `found`, or adds
   // the property when `found` is nullptr (same error 91 when it cannot).
-  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name,
                         std::shared_ptr<UserProperty>& found);
   void SetFoundUserProperty(const std::shared_ptr<UserProperties>& props,
-                            const std::shared_ptr<UserProperty>& found, const std::string& name,
+                            const std::shared_ptr<UserProperty>& found, std::string_view name,
                             int32_t type, const Value& value, bool AddToFolderFields);
 
   // ---- Named properties. `name` is a text name or a numeric id; prop_type is ORed
@@ -215,9 +216,9 @@ class ZintraUtils {
   std::string CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session);
 
  private:
-  Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, std::string_view name,
                           const char* proc_name, std::shared_ptr<UserProperty>* found = nullptr);
-  void SetUserPropertyIn(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  void SetUserPropertyIn(const std::shared_ptr<UserProperties>& props, std::string_view name,
                          int32_t type, const Value& value, bool AddToFolderFields,
                          const char* proc_name);
   MapiUtils& RequireMapiUtils(const char* proc_name) const;

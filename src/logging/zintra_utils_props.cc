@@ -1,6 +1,7 @@
 // ZintraUtils: the item marks (user properties through either facade, named
 // properties in a property set), item types and links.
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "src/core/z_error.h"
@@ -29,28 +30,28 @@ ZError ObjectNotSet(const std::string& what) {
 }  // namespace
 
 Value ZintraUtils::GetUserProperty(const std::shared_ptr<UserProperties>& props,
-                                   const std::string& name) {
+                                   std::string_view name) {
   return GetUserPropertyIn(props, name, "GetUserProperty");
 }
 
 Value ZintraUtils::GetUserProperty(const std::shared_ptr<UserProperties>& props,
-                                   const std::string& name, std::shared_ptr<UserProperty>& found) {
+                                   std::string_view name, std::shared_ptr<UserProperty>& found) {
   return GetUserPropertyIn(props, name, "GetUserProperty", &found);
 }
 
 void ZintraUtils::SetUserProperty(const std::shared_ptr<UserProperties>& props,
-                                  const std::string& name, int32_t type, const Value& value,
+                                  std::string_view name, int32_t type, const Value& value,
                                   bool AddToFolderFields) {
   SetUserPropertyIn(props, name, type, value, AddToFolderFields, "SetUserProperty");
 }
 
 Value ZintraUtils::GetRDOUserProperty(const std::shared_ptr<UserProperties>& props,
-                                      const std::string& name) {
+                                      std::string_view name) {
   return GetUserPropertyIn(props, name, "GetRDOUserProperty");
 }
 
 void ZintraUtils::SetRDOUserProperty(const std::shared_ptr<UserProperties>& props,
-                                     const std::string& name, int32_t type, const Value& value,
+                                     std::string_view name, int32_t type, const Value& value,
                                      bool AddToFolderFields) {
   SetUserPropertyIn(props, name, type, value, AddToFolderFields, "SetRDOUserProperty");
 }
@@ -65,7 +66,7 @@ bool ZintraUtils::EffectiveAddToFolderFields(bool AddToFolderFields) const {
 }
 
 Value ZintraUtils::GetUserPropertyIn(const std::shared_ptr<UserProperties>& props,
-                                     const std::string& name, const char* proc_name,
+                                     std::string_view name, const char* proc_name,
                                      std::shared_ptr<UserProperty>* found) {
   try {
     if (!props) throw ObjectNotSet("no user-property collection");
@@ -81,14 +82,15 @@ Value ZintraUtils::GetUserPropertyIn(const std::shared_ptr<UserProperties>& prop
 }
 
 void ZintraUtils::SetUserPropertyIn(const std::shared_ptr<UserProperties>& props,
-                                    const std::string& name, int32_t type, const Value& value,
+                                    std::string_view name, int32_t type, const Value& value,
                                     bool AddToFolderFields, const char* proc_name) {
   try {
     if (!props) throw ObjectNotSet("no user-property collection");
     std::shared_ptr<UserProperty> prop = props->Find(name);
     if (!prop) prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
     if (!prop)
-      throw ZError(kErrObjectNotSet, "Failed to add property: " + name, kZintraUtilsPropsModule);
+      throw ZError(kErrObjectNotSet, std::string("Failed to add property: ").append(name),
+                   kZintraUtilsPropsModule);
     prop->SetValue(value);
   } catch (...) {
     CachedError rec;
@@ -100,7 +102,7 @@ void ZintraUtils::SetUserPropertyIn(const std::shared_ptr<UserProperties>& props
 
 void ZintraUtils::SetFoundUserProperty(const std::shared_ptr<UserProperties>& props,
                                        const std::shared_ptr<UserProperty>& found,
-                                       const std::string& name, int32_t type, const Value& value,
+                                       std::string_view name, int32_t type, const Value& value,
                                        bool AddToFolderFields) {
   try {
     std::shared_ptr<UserProperty> prop = found;
@@ -109,7 +111,8 @@ void ZintraUtils::SetFoundUserProperty(const std::shared_ptr<UserProperties>& pr
       prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
     }
     if (!prop)
-      throw ZError(kErrObjectNotSet, "Failed to add property: " + name, kZintraUtilsPropsModule);
+      throw ZError(kErrObjectNotSet, std::string("Failed to add property: ").append(name),
+                   kZintraUtilsPropsModule);
     prop->SetValue(value);
   } catch (...) {
     CachedError rec;

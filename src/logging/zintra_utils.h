@@ -133,6 +133,13 @@ class ZintraUtils {
   void SetNamedProp(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
                     const Value& name, const Value& value, uint16_t prop_type, bool Save,
                     const std::string& guid = kZintraPropSetGuid);
+  // The same for a text name, which is not copied into a Value for a remembered tag.
+  Value GetNamedTextProp(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                         std::string_view name, uint16_t prop_type,
+                         const std::string& guid = kZintraPropSetGuid);
+  void SetNamedTextProp(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                        std::string_view name, const Value& value, uint16_t prop_type, bool Save,
+                        const std::string& guid = kZintraPropSetGuid);
 
   // ---- Save bracket. One flag, not nested.
   // Raises 5 "Called PreSaveItem again before PostSaveItem was called." when set.
@@ -222,10 +229,22 @@ class ZintraUtils {
                          int32_t type, const Value& value, bool AddToFolderFields,
                          const char* proc_name);
   MapiUtils& RequireMapiUtils(const char* proc_name) const;
+  // A named property's name as the tag memo keys it: text or numeric, and its text (a
+  // number's decimal text). `value` is the name as given, when the caller has it as a Value.
+  struct PropName {
+    bool text;
+    std::string_view name;
+    const Value* value;
+  };
   // The tag (type part 0) of a named property, from the store or the per-store memo.
   int32_t NamedPropTag(MapiUtils& utils, const std::string& store_id,
                        const std::shared_ptr<MapiObject>& object, const std::string& guid,
-                       const Value& name, bool create);
+                       const PropName& name, bool create);
+  Value GetNamedPropIn(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                       const PropName& name, uint16_t prop_type, const std::string& guid);
+  void SetNamedPropIn(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                      const PropName& name, const Value& value, uint16_t prop_type, bool Save,
+                      const std::string& guid);
 
   ErrorHandling& errors_;
   ZintraUtilsHost host_;

@@ -24,6 +24,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "src/core/key_generator.h"
@@ -261,11 +262,12 @@ class ZintraUtils {
     std::optional<std::string> address, smtp_address;
   };
   CurrentUserFacts current_user_;
-  // Named-property tags by store ID, then by name and property-set GUID (the name
-  // first, where keys differ). An item's marks all go to one store: the last store's
-  // tags are kept at hand, and the key being looked up keeps its room between calls.
-  std::map<std::string, std::map<std::string, int32_t>> named_tags_;
-  std::map<std::string, int32_t>* last_store_tags_ = nullptr;
+  // Named-property tags by store ID, then by name and property-set GUID. The keys share
+  // long stretches (the GUID, the names' common start), so a store's tags are hashed
+  // rather than ordered. An item's marks all go to one store: the last store's tags are
+  // kept at hand, and the key being looked up keeps its room between calls.
+  std::map<std::string, std::unordered_map<std::string, int32_t>> named_tags_;
+  std::unordered_map<std::string, int32_t>* last_store_tags_ = nullptr;
   std::string last_store_id_;
   std::string named_tag_key_;
   // Search keys by folder object (the weak pointer tells a live object from a new one

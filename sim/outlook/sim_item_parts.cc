@@ -85,7 +85,7 @@ std::shared_ptr<UserProperty> SimUserProperties::Item(int32_t index) {
   return std::make_shared<SimUserProperty>(profile_, record_, record_->user_props[i].name);
 }
 
-std::shared_ptr<UserProperty> SimUserProperties::Find(const std::string& name) {
+std::shared_ptr<UserProperty> SimUserProperties::Find(std::string_view name) {
   HostCall host_call = Hit("UserProperties.Find");
   for (const UserPropDef& def : record_->user_props) {
     if (text::EqualsNoCase(def.name, name)) {
@@ -95,22 +95,23 @@ std::shared_ptr<UserProperty> SimUserProperties::Find(const std::string& name) {
   return nullptr;
 }
 
-std::shared_ptr<UserProperty> SimUserProperties::Add(const std::string& name, int32_t type,
+std::shared_ptr<UserProperty> SimUserProperties::Add(std::string_view name, int32_t type,
                                                      bool /*add_to_folder_fields*/) {
   HostCall host_call = Hit("UserProperties.Add");
   if (name.empty()) throw ZError(kErrInvalidCall, "A property name is required");
   for (const UserPropDef& def : record_->user_props) {
     if (text::EqualsNoCase(def.name, name)) {
       if (def.type != type) {
-        throw ZError(kMapiCallFailed, "A property named '" + name + "' exists with another type");
+        throw ZError(kMapiCallFailed,
+                     "A property named '" + std::string(name) + "' exists with another type");
       }
       return std::make_shared<SimUserProperty>(profile_, record_, def.name);
     }
   }
-  record_->user_props.push_back(UserPropDef{name, type});
-  MessageProps::SetNamed(*record_, named::UserProperty(name), UserPropertyPropType(type),
-                         DefaultUserValue(type));
-  return std::make_shared<SimUserProperty>(profile_, record_, name);
+  record_->user_props.push_back(UserPropDef{std::string(name), type});
+  MessageProps::SetNamed(*record_, named::UserProperty(std::string(name)),
+                         UserPropertyPropType(type), DefaultUserValue(type));
+  return std::make_shared<SimUserProperty>(profile_, record_, std::string(name));
 }
 
 void SimUserProperties::Remove(int32_t index) {

@@ -3,6 +3,7 @@
 // key it has handed out, live or not.
 #pragma once
 
+#include <charconv>
 #include <cstdint>
 #include <string>
 
@@ -10,7 +11,12 @@ namespace zintra {
 
 class KeyGenerator {
  public:
-  std::string GenerateKey() { return "K" + std::to_string(++last_); }
+  // Built in place as one string: a key is made for every task, wait and copy job.
+  std::string GenerateKey() {
+    char key[24] = {'K'};
+    char* end = std::to_chars(key + 1, key + sizeof key, ++last_).ptr;
+    return std::string(key, end);
+  }
 
  private:
   uint64_t last_ = 0;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "src/core/value.h"
 #include "src/host/automation_object.h"
@@ -32,9 +33,9 @@ class UserProperties : public AutomationObject {
   virtual int32_t Count() const = 0;
   virtual std::shared_ptr<UserProperty> Item(int32_t index) = 0;
   // Compares names without regard to letter case; nullptr when absent.
-  virtual std::shared_ptr<UserProperty> Find(const std::string& name) = 0;
+  virtual std::shared_ptr<UserProperty> Find(std::string_view name) = 0;
   // Adding a name present with another type throws; with the same type returns it.
-  virtual std::shared_ptr<UserProperty> Add(const std::string& name, int32_t type,
+  virtual std::shared_ptr<UserProperty> Add(std::string_view name, int32_t type,
                                             bool add_to_folder_fields) = 0;
   virtual void Remove(int32_t index) = 0;
 };

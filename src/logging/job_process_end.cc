@@ -148,8 +148,8 @@ void JobProcess::WriteFinalMarks() {
       }
       if (!object) object = item->MAPIOBJECT();
       // store_id_ is the store of the item found again (see LinkCopies).
-      utils.SetNamedProp(store_id_, object, Value(std::string(kPropZintraLastAudited)),
-                         Value::Date(app->Now()), kPtSystime, false);
+      utils.SetNamedTextProp(store_id_, object, kPropZintraLastAudited, Value::Date(app->Now()),
+                             kPtSystime, false);
       utils.SetUserProperty(props, kPropZintraTag, kOlText, Value(std::string()), true);
       utils.SaveItem(item);
       return;

@@ -48,7 +48,7 @@ void LoggedItemsLink::InitializeShared(const std::shared_ptr<Item>& item) {
 
 Value LoggedItemsLink::Read(const std::string& name) {
   if (!object_) throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink");
-  return utils_.GetNamedProp(item_store_id_, object_, Value(name), kPtMvString8);
+  return utils_.GetNamedTextProp(item_store_id_, object_, name, kPtMvString8);
 }
 
 Value LoggedItemsLink::LinkedEntryIDs() { return Read(entry_ids_name_); }
@@ -103,16 +103,16 @@ void LoggedItemsLink::Append(const std::function<std::pair<std::string, std::str
     stores.resize(1);
   }
   std::tie(entries.back(), stores.back()) = copy_ids();
-  utils_.SetNamedProp(item_store_id_, object_, Value(entry_ids_name_), Value(std::move(entries)),
-                      kPtMvString8, false);
+  utils_.SetNamedTextProp(item_store_id_, object_, entry_ids_name_, Value(std::move(entries)),
+                          kPtMvString8, false);
   const Value stores_value(std::move(stores));
   // The entry-ID list may already be on the item: the store-ID list is written until it
   // is too, so that the two stay in step (each failure is logged by SetNamedProp). The
   // last try only sets the property; the item's next save stores it.
   for (int attempt = 1;; ++attempt) {
     try {
-      utils_.SetNamedProp(item_store_id_, object_, Value(store_ids_name_), stores_value,
-                          kPtMvString8, attempt < kStoreListTries);
+      utils_.SetNamedTextProp(item_store_id_, object_, store_ids_name_, stores_value, kPtMvString8,
+                              attempt < kStoreListTries);
       return;
     } catch (const ZError&) {
       if (attempt == kStoreListTries) throw;

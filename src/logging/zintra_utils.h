@@ -23,6 +23,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "src/core/key_generator.h"
@@ -90,15 +92,15 @@ class ZintraUtils {
   // ---- User properties (both facades: an Outlook item's collection or the
   // library's collection of the same message).
   // The property's value, or Empty when the item has no such property. Never creates.
-  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name);
+  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name);
   // Finds or adds the property and sets its value; does not save the item. Raises 91
   // "Failed to add property: <name>" when the property can be neither found nor added.
   // AddToFolderFields is honoured only when the settings allow folder fields
   // (EditFolderFields and AlwaysUseFolderFields both set); otherwise False is passed.
-  void SetUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  void SetUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name,
                        int32_t type, const Value& value, bool AddToFolderFields);
-  Value GetRDOUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name);
-  void SetRDOUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  Value GetRDOUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name);
+  void SetRDOUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name,
                           int32_t type, const Value& value, bool AddToFolderFields);
   // The final AddToFolderFields passed to Add for a caller's wish.
   bool EffectiveAddToFolderFields(bool AddToFolderFields) const;
@@ -106,10 +108,10 @@ class ZintraUtils {
   // GetUserProperty also hands out the property it found (nullptr when absent), and
   // SetFoundUserProperty is SetUserProperty without the Find: it sets `found`, or adds
   // the property when `found` is nullptr (same error 91 when it cannot).
-  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  Value GetUserProperty(const std::shared_ptr<UserProperties>& props, std::string_view name,
                         std::shared_ptr<UserProperty>& found);
   void SetFoundUserProperty(const std::shared_ptr<UserProperties>& props,
-                            const std::shared_ptr<UserProperty>& found, const std::string& name,
+                            const std::shared_ptr<UserProperty>& found, std::string_view name,
                             int32_t type, const Value& value, bool AddToFolderFields);
 
   // ---- Named properties. `name` is a text name or a numeric id; prop_type is ORed
@@ -132,6 +134,13 @@ class ZintraUtils {
   void SetNamedProp(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
                     const Value& name, const Value& value, uint16_t prop_type, bool Save,
                     const std::string& guid = kZintraPropSetGuid);
+  // The same for a text name, which is not copied into a Value for a remembered tag.
+  Value GetNamedTextProp(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                         std::string_view name, uint16_t prop_type,
+                         const std::string& guid = kZintraPropSetGuid);
+  void SetNamedTextProp(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                        std::string_view name, const Value& value, uint16_t prop_type, bool Save,
+                        const std::string& guid = kZintraPropSetGuid);
 
   // ---- Save bracket. One flag, not nested.
   // Raises 5 "Called PreSaveItem again before PostSaveItem was called." when set.
@@ -215,16 +224,28 @@ class ZintraUtils {
   std::string CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session);
 
  private:
-  Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, std::string_view name,
                           const char* proc_name, std::shared_ptr<UserProperty>* found = nullptr);
-  void SetUserPropertyIn(const std::shared_ptr<UserProperties>& props, const std::string& name,
+  void SetUserPropertyIn(const std::shared_ptr<UserProperties>& props, std::string_view name,
                          int32_t type, const Value& value, bool AddToFolderFields,
                          const char* proc_name);
   MapiUtils& RequireMapiUtils(const char* proc_name) const;
+  // A named property's name as the tag memo keys it: text or numeric, and its text (a
+  // number's decimal text). `value` is the name as given, when the caller has it as a Value.
+  struct PropName {
+    bool text;
+    std::string_view name;
+    const Value* value;
+  };
   // The tag (type part 0) of a named property, from the store or the per-store memo.
   int32_t NamedPropTag(MapiUtils& utils, const std::string& store_id,
                        const std::shared_ptr<MapiObject>& object, const std::string& guid,
-                       const Value& name, bool create);
+                       const PropName& name, bool create);
+  Value GetNamedPropIn(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                       const PropName& name, uint16_t prop_type, const std::string& guid);
+  void SetNamedPropIn(const std::string& store_id, const std::shared_ptr<MapiObject>& object,
+                      const PropName& name, const Value& value, uint16_t prop_type, bool Save,
+                      const std::string& guid);
 
   ErrorHandling& errors_;
   ZintraUtilsHost host_;
@@ -241,11 +262,12 @@ class ZintraUtils {
     std::optional<std::string> address, smtp_address;
   };
   CurrentUserFacts current_user_;
-  // Named-property tags by store ID, then by name and property-set GUID (the name
-  // first, where keys differ). An item's marks all go to one store: the last store's
-  // tags are kept at hand, and the key being looked up keeps its room between calls.
-  std::map<std::string, std::map<std::string, int32_t>> named_tags_;
-  std::map<std::string, int32_t>* last_store_tags_ = nullptr;
+  // Named-property tags by store ID, then by name and property-set GUID. The keys share
+  // long stretches (the GUID, the names' common start), so a store's tags are hashed
+  // rather than ordered. An item's marks all go to one store: the last store's tags are
+  // kept at hand, and the key being looked up keeps its room between calls.
+  std::map<std::string, std::unordered_map<std::string, int32_t>> named_tags_;
+  std::unordered_map<std::string, int32_t>* last_store_tags_ = nullptr;
   std::string last_store_id_;
   std::string named_tag_key_;
   // Search keys by folder object (the weak pointer tells a live object from a new one

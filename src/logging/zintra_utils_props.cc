@@ -1,6 +1,7 @@
 // ZintraUtils: the item marks (user properties through either facade, named
 // properties in a property set), item types and links.
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "src/core/z_error.h"
@@ -29,28 +30,28 @@ ZError ObjectNotSet(const std::string& what) {
 }  // namespace
 
 Value ZintraUtils::GetUserProperty(const std::shared_ptr<UserProperties>& props,
-                                   const std::string& name) {
+                                   std::string_view name) {
   return GetUserPropertyIn(props, name, "GetUserProperty");
 }
 
 Value ZintraUtils::GetUserProperty(const std::shared_ptr<UserProperties>& props,
-                                   const std::string& name, std::shared_ptr<UserProperty>& found) {
+                                   std::string_view name, std::shared_ptr<UserProperty>& found) {
   return GetUserPropertyIn(props, name, "GetUserProperty", &found);
 }
 
 void ZintraUtils::SetUserProperty(const std::shared_ptr<UserProperties>& props,
-                                  const std::string& name, int32_t type, const Value& value,
+                                  std::string_view name, int32_t type, const Value& value,
                                   bool AddToFolderFields) {
   SetUserPropertyIn(props, name, type, value, AddToFolderFields, "SetUserProperty");
 }
 
 Value ZintraUtils::GetRDOUserProperty(const std::shared_ptr<UserProperties>& props,
-                                      const std::string& name) {
+                                      std::string_view name) {
   return GetUserPropertyIn(props, name, "GetRDOUserProperty");
 }
 
 void ZintraUtils::SetRDOUserProperty(const std::shared_ptr<UserProperties>& props,
-                                     const std::string& name, int32_t type, const Value& value,
+                                     std::string_view name, int32_t type, const Value& value,
                                      bool AddToFolderFields) {
   SetUserPropertyIn(props, name, type, value, AddToFolderFields, "SetRDOUserProperty");
 }
@@ -65,7 +66,7 @@ bool ZintraUtils::EffectiveAddToFolderFields(bool AddToFolderFields) const {
 }
 
 Value ZintraUtils::GetUserPropertyIn(const std::shared_ptr<UserProperties>& props,
-                                     const std::string& name, const char* proc_name,
+                                     std::string_view name, const char* proc_name,
                                      std::shared_ptr<UserProperty>* found) {
   try {
     if (!props) throw ObjectNotSet("no user-property collection");
@@ -81,14 +82,15 @@ Value ZintraUtils::GetUserPropertyIn(const std::shared_ptr<UserProperties>& prop
 }
 
 void ZintraUtils::SetUserPropertyIn(const std::shared_ptr<UserProperties>& props,
-                                    const std::string& name, int32_t type, const Value& value,
+                                    std::string_view name, int32_t type, const Value& value,
                                     bool AddToFolderFields, const char* proc_name) {
   try {
     if (!props) throw ObjectNotSet("no user-property collection");
     std::shared_ptr<UserProperty> prop = props->Find(name);
     if (!prop) prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
     if (!prop)
-      throw ZError(kErrObjectNotSet, "Failed to add property: " + name, kZintraUtilsPropsModule);
+      throw ZError(kErrObjectNotSet, std::string("Failed to add property: ").append(name),
+                   kZintraUtilsPropsModule);
     prop->SetValue(value);
   } catch (...) {
     CachedError rec;
@@ -100,7 +102,7 @@ void ZintraUtils::SetUserPropertyIn(const std::shared_ptr<UserProperties>& props
 
 void ZintraUtils::SetFoundUserProperty(const std::shared_ptr<UserProperties>& props,
                                        const std::shared_ptr<UserProperty>& found,
-                                       const std::string& name, int32_t type, const Value& value,
+                                       std::string_view name, int32_t type, const Value& value,
                                        bool AddToFolderFields) {
   try {
     std::shared_ptr<UserProperty> prop = found;
@@ -109,7 +111,8 @@ void ZintraUtils::SetFoundUserProperty(const std::shared_ptr<UserProperties>& pr
       prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
     }
     if (!prop)
-      throw ZError(kErrObjectNotSet, "Failed to add property: " + name, kZintraUtilsPropsModule);
+      throw ZError(kErrObjectNotSet, std::string("Failed to add property: ").append(name),
+                   kZintraUtilsPropsModule);
     prop->SetValue(value);
   } catch (...) {
     CachedError rec;
@@ -128,22 +131,28 @@ MapiUtils& ZintraUtils::RequireMapiUtils(const char* proc_name) const {
 
 int32_t ZintraUtils::NamedPropTag(MapiUtils& utils, const std::string& store_id,
                                   const std::shared_ptr<MapiObject>& object,
-                                  const std::string& guid, const Value& name, bool create) {
-  if (store_id.empty()) return utils.GetIDsFromNames(object, guid, name, create);
+                                  const std::string& guid, const PropName& name, bool create) {
+  // The host takes the name as a Value: a text name given as text becomes one only when
+  // the host is asked.
+  auto ask_host = [&] {
+    if (name.value) return utils.GetIDsFromNames(object, guid, *name.value, create);
+    return utils.GetIDsFromNames(object, guid, Value(std::string(name.name)), create);
+  };
+  if (store_id.empty()) return ask_host();
   if (!last_store_tags_ || last_store_id_ != store_id) {
     last_store_tags_ = &named_tags_[store_id];
     last_store_id_ = store_id;
   }
   // A numeric id and a text name never share a key.
   std::string& key = named_tag_key_;
-  key.assign(name.Type() == ValueType::kString ? "s:" : "n:");
-  key += name.ToString();
+  key.assign(name.text ? "s:" : "n:");
+  key += name.name;
   key += '\n';
   key += guid;
   if (auto it = last_store_tags_->find(key); it != last_store_tags_->end()) return it->second;
   // The host call below may lead to another lookup, for another store even.
   std::string missing = key;
-  const int32_t tag = utils.GetIDsFromNames(object, guid, name, create);
+  const int32_t tag = ask_host();
   if (PropId(tag) != 0) named_tags_[store_id].emplace(std::move(missing), tag);
   return tag;
 }
@@ -156,6 +165,21 @@ Value ZintraUtils::GetNamedProp(const std::shared_ptr<MapiObject>& object, const
 Value ZintraUtils::GetNamedProp(const std::string& store_id,
                                 const std::shared_ptr<MapiObject>& object, const Value& name,
                                 uint16_t prop_type, const std::string& guid) {
+  const std::string text = name.ToString();
+  return GetNamedPropIn(store_id, object, {name.Type() == ValueType::kString, text, &name},
+                        prop_type, guid);
+}
+
+Value ZintraUtils::GetNamedTextProp(const std::string& store_id,
+                                    const std::shared_ptr<MapiObject>& object,
+                                    std::string_view name, uint16_t prop_type,
+                                    const std::string& guid) {
+  return GetNamedPropIn(store_id, object, {true, name, nullptr}, prop_type, guid);
+}
+
+Value ZintraUtils::GetNamedPropIn(const std::string& store_id,
+                                  const std::shared_ptr<MapiObject>& object, const PropName& name,
+                                  uint16_t prop_type, const std::string& guid) {
   try {
     if (!object) throw ObjectNotSet("no MAPI object");
     MapiUtils& utils = RequireMapiUtils("GetNamedProp");
@@ -181,13 +205,30 @@ void ZintraUtils::SetNamedProp(const std::string& store_id,
                                const std::shared_ptr<MapiObject>& object, const Value& name,
                                const Value& value, uint16_t prop_type, bool Save,
                                const std::string& guid) {
+  const std::string text = name.ToString();
+  SetNamedPropIn(store_id, object, {name.Type() == ValueType::kString, text, &name}, value,
+                 prop_type, Save, guid);
+}
+
+void ZintraUtils::SetNamedTextProp(const std::string& store_id,
+                                   const std::shared_ptr<MapiObject>& object, std::string_view name,
+                                   const Value& value, uint16_t prop_type, bool Save,
+                                   const std::string& guid) {
+  SetNamedPropIn(store_id, object, {true, name, nullptr}, value, prop_type, Save, guid);
+}
+
+void ZintraUtils::SetNamedPropIn(const std::string& store_id,
+                                 const std::shared_ptr<MapiObject>& object, const PropName& name,
+                                 const Value& value, uint16_t prop_type, bool Save,
+                                 const std::string& guid) {
   bool bracketed = false;
   try {
     if (!object) throw ObjectNotSet("no MAPI object");
     MapiUtils& utils = RequireMapiUtils("SetNamedProp");
     int32_t tag = NamedPropTag(utils, store_id, object, guid, name, true);
     if (PropId(tag) == 0) {
-      throw ZError(kMapiCallFailed, "No property tag for named property '" + name.ToString() + "'",
+      throw ZError(kMapiCallFailed,
+                   "No property tag for named property '" + std::string(name.name) + "'",
                    kZintraUtilsPropsModule);
     }
     tag |= prop_type;

@@ -17,8 +17,8 @@ class MockUserProperties : public UserProperties {
   std::string TypeName() const override { return "UserProperties"; }
   MOCK_METHOD(int32_t, Count, (), (const, override));
   MOCK_METHOD(std::shared_ptr<UserProperty>, Item, (int32_t), (override));
-  MOCK_METHOD(std::shared_ptr<UserProperty>, Find, (const std::string&), (override));
-  MOCK_METHOD(std::shared_ptr<UserProperty>, Add, (const std::string&, int32_t, bool), (override));
+  MOCK_METHOD(std::shared_ptr<UserProperty>, Find, (std::string_view), (override));
+  MOCK_METHOD(std::shared_ptr<UserProperty>, Add, (std::string_view, int32_t, bool), (override));
   MOCK_METHOD(void, Remove, (int32_t), (override));
 };
 

@@ -15,14 +15,14 @@ std::shared_ptr<UserProperty> ComUserProperties::Item(int32_t index) {
   return Wrap<UserProperty>(ObjectMember("Item", {Index(index)}));
 }
 
-std::shared_ptr<UserProperty> ComUserProperties::Find(const std::string& name) {
-  return Wrap<UserProperty>(client_.Call("Find", {Arg(Value(name))}));
+std::shared_ptr<UserProperty> ComUserProperties::Find(std::string_view name) {
+  return Wrap<UserProperty>(client_.Call("Find", {Arg(Value(std::string(name)))}));
 }
 
-std::shared_ptr<UserProperty> ComUserProperties::Add(const std::string& name, int32_t type,
+std::shared_ptr<UserProperty> ComUserProperties::Add(std::string_view name, int32_t type,
                                                      bool add_to_folder_fields) {
-  return Wrap<UserProperty>(
-      client_.Call("Add", {Arg(Value(name)), Arg(Value(type)), Arg(Value(add_to_folder_fields))}));
+  return Wrap<UserProperty>(client_.Call(
+      "Add", {Arg(Value(std::string(name))), Arg(Value(type)), Arg(Value(add_to_folder_fields))}));
 }
 
 std::shared_ptr<zintra::Item> ComLink::Item() { return Wrap<zintra::Item>(ObjectMember("Item")); }

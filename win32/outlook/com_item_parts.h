@@ -27,8 +27,8 @@ class ComUserProperties final : public UserProperties, public ComAdapter {
   std::string TypeName() const override { return "UserProperties"; }
   int32_t Count() const override { return Long("Count"); }
   std::shared_ptr<UserProperty> Item(int32_t index) override;
-  std::shared_ptr<UserProperty> Find(const std::string& name) override;
-  std::shared_ptr<UserProperty> Add(const std::string& name, int32_t type,
+  std::shared_ptr<UserProperty> Find(std::string_view name) override;
+  std::shared_ptr<UserProperty> Add(std::string_view name, int32_t type,
                                     bool add_to_folder_fields) override;
   void Remove(int32_t index) override { client_.Call("Remove", {Arg(Value(index))}); }
 };

@@ -226,9 +226,12 @@ class ZintraUtils {
  private:
   Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, std::string_view name,
                           const char* proc_name, std::shared_ptr<UserProperty>* found = nullptr);
+  // Finds the property (or, with `found`, takes *found as what a Find returned), adds it
+  // when missing and sets it.
   void SetUserPropertyIn(const std::shared_ptr<UserProperties>& props, std::string_view name,
                          int32_t type, const Value& value, bool AddToFolderFields,
-                         const char* proc_name);
+                         const char* proc_name,
+                         const std::shared_ptr<UserProperty>* found = nullptr);
   MapiUtils& RequireMapiUtils(const char* proc_name) const;
   // A named property's name as the tag memo keys it: text or numeric, and its text (a
   // number's decimal text). `value` is the name as given, when the caller has it as a Value.

@@ -83,11 +83,20 @@ Value ZintraUtils::GetUserPropertyIn(const std::shared_ptr<UserProperties>& prop
 
 void ZintraUtils::SetUserPropertyIn(const std::shared_ptr<UserProperties>& props,
                                     std::string_view name, int32_t type, const Value& value,
-                                    bool AddToFolderFields, const char* proc_name) {
+                                    bool AddToFolderFields, const char* proc_name,
+                                    const std::shared_ptr<UserProperty>* found) {
   try {
-    if (!props) throw ObjectNotSet("no user-property collection");
-    std::shared_ptr<UserProperty> prop = props->Find(name);
-    if (!prop) prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
+    std::shared_ptr<UserProperty> prop;
+    if (found) {
+      prop = *found;
+    } else {
+      if (!props) throw ObjectNotSet("no user-property collection");
+      prop = props->Find(name);
+    }
+    if (!prop) {
+      if (!props) throw ObjectNotSet("no user-property collection");
+      prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
+    }
     if (!prop)
       throw ZError(kErrObjectNotSet, std::string("Failed to add property: ").append(name),
                    kZintraUtilsPropsModule);
@@ -104,22 +113,7 @@ void ZintraUtils::SetFoundUserProperty(const std::shared_ptr<UserProperties>& pr
                                        const std::shared_ptr<UserProperty>& found,
                                        std::string_view name, int32_t type, const Value& value,
                                        bool AddToFolderFields) {
-  try {
-    std::shared_ptr<UserProperty> prop = found;
-    if (!prop) {
-      if (!props) throw ObjectNotSet("no user-property collection");
-      prop = props->Add(name, type, EffectiveAddToFolderFields(AddToFolderFields));
-    }
-    if (!prop)
-      throw ZError(kErrObjectNotSet, std::string("Failed to add property: ").append(name),
-                   kZintraUtilsPropsModule);
-    prop->SetValue(value);
-  } catch (...) {
-    CachedError rec;
-    rec.SetToCurrentException(kZintraUtilsPropsModule, "SetUserProperty");
-    rec.Raise();
-    throw;
-  }
+  SetUserPropertyIn(props, name, type, value, AddToFolderFields, "SetUserProperty", &found);
 }
 
 MapiUtils& ZintraUtils::RequireMapiUtils(const char* proc_name) const {

@@ -39,7 +39,7 @@ TEST_F(LibraryFactoryTest, KindOutsideTheTableFailsUnderTheBarePrefixAndAsksForA
                 "Please reinstall this product.\r\n\r\nActiveX component can't create object");
     }
     ASSERT_EQ(log_.lines.size(), 1u);
-    EXPECT_TRUE(log_.lines[0].error);
+    EXPECT_EQ(log_.lines[0].kind, "Error");
     EXPECT_EQ(log_.lines[0].text, "Could not create class: TovuRedemption.");
     EXPECT_EQ(log_.lines[0].number, kErrCannotCreateObject);
   }

@@ -17,40 +17,10 @@
 #include "sim/registry/memory_registry.h"
 #include "sim/ui/recording_msg_box.h"
 #include "src/errors/error_handling.h"
-#include "src/host/error_log_store.h"
 #include "src/resources/string_table.h"
+#include "tests/support/log_recorder.h"
 
 namespace zintra::testing_support {
-
-struct LoggedLine {
-  bool error;
-  std::string text;
-  int32_t number;
-};
-
-class RecordingErrorLog : public ErrorLogStore, public ErrorLogFactory {
- public:
-  std::shared_ptr<ErrorLogStore> CreateErrorLog() override {
-    return std::shared_ptr<ErrorLogStore>(this, [](ErrorLogStore*) {});
-  }
-  void Open(const std::string& path, int32_t, bool) override { path_ = path; }
-  void LogError(const std::string&, const std::string& description, const std::string&,
-                int32_t number, const std::string&, const std::string&, const std::string&,
-                const std::string&, const std::string&, const ErrorLogVersions&) override {
-    lines.push_back({true, description, number});
-  }
-  void LogMessage(const std::string&, const std::string& text, bool,
-                  const ErrorLogVersions&) override {
-    lines.push_back({false, text, 0});
-  }
-  void Relocate(const std::string& new_path) override { path_ = new_path; }
-  std::string Path() const override { return path_; }
-
-  std::vector<LoggedLine> lines;
-
- private:
-  std::string path_;
-};
 
 class OutlookTest : public testing::Test {
  protected:
@@ -69,7 +39,7 @@ class OutlookTest : public testing::Test {
   sim::MemoryFileSystem files_;
   sim::SimPlatform platform_;
   sim::RecordingMsgBox msg_box_;
-  RecordingErrorLog log_;
+  LogRecorder log_;
   StringTable strings_;
   ErrorHandling errors_{{log_, msg_box_, registry_, files_, platform_, strings_}};
 };

@@ -14,7 +14,9 @@
 #     and leaves nothing.
 # Usage: tools/test-msi.sh   (after tools/build-msi.sh, and the win64-mingw build of
 # com_host_tests that tools/test-windows.sh makes; the activation is skipped without it)
-set -euo pipefail
+set -Eeuo pipefail
+# A step that fails outside a check says which one, rather than ending the run in silence.
+trap 'echo "FAILED: tools/test-msi.sh line $LINENO: $BASH_COMMAND (exit $?)" >&2' ERR
 cd "$(dirname "$0")/.."
 msi_dir=${ZINTRA_MSI_OUT:-build/msi}
 # The add-in's version (major.minor.tweak of project(VERSION) in CMakeLists.txt).
@@ -82,8 +84,10 @@ profile=./users/$(id -un)  # Wine names the profile after the Unix user
 # empty keys Windows Installer keeps for its own records (and the list of installed
 # programs) once a product is gone.
 state() {
+  # The server kills its processes (a crashed one's debugger among them) as it ends; the
+  # state is read once it is gone.
   wineserver -k 2>/dev/null || true
-  wineserver -w
+  wineserver -w 2>/dev/null || true
   mkdir -p "$1"
   local hive
   for hive in system user; do
@@ -103,7 +107,9 @@ state() {
   done
   # Left out too: the caches of device INF files Wine writes in the background for a new
   # prefix (windows/inf/*.pnf), whenever its device setup gets to them.
-  (cd "$WINEPREFIX/drive_c" && find . | grep -v -x './windows/Installer' \
+  # find reports (and fails on) a file that went away while it listed; such a file was not
+  # the install's, and the listing of everything else is complete.
+  (cd "$WINEPREFIX/drive_c" && { find . 2>/dev/null || true; } | grep -v -x './windows/Installer' \
     | grep -v -x '\./windows/inf/[^/]*\.pnf' | sort) >"$1/files.txt"
 }
 # The user's settings (Software\Brellow\Zintra, in either hive and view) stay when the add-in
@@ -150,6 +156,10 @@ registration() {  # state-dir hive
 msiexec() {  # /i or /x, package, log
   timeout 180 wine msiexec "$1" "$(winepath -w "$2")" /qn /l*v "$(winepath -w "$3")"
 }
+log_end() {  # an installer's log: its last lines say why it failed
+  echo "(the end of $(basename "$1"):)"
+  tr -d '\r' <"$1" | tail -15 || true
+}
 
 install_round_trip() {  # arch scope
   local arch=$1 scope=$2 name=$1-$2
@@ -166,7 +176,8 @@ install_round_trip() {  # arch scope
   step "$name: msiexec /i $(basename "$msi") /qn"
   [ -f "$msi" ] || { fail "$msi is missing (run tools/build-msi.sh)"; return; }
   state "$work/$name-before"
-  msiexec /i "$msi" "$work/$name-install.log" || { fail "$name: install"; return; }
+  msiexec /i "$msi" "$work/$name-install.log" \
+    || { fail "$name: install"; log_end "$work/$name-install.log"; return; }
   state "$work/$name-installed"
 
   # Files only in the scope's folder (and Windows Installer's copy of the package).
@@ -265,7 +276,8 @@ install_round_trip() {  # arch scope
   state "$work/$name-used"
 
   step "$name: msiexec /x /qn"
-  msiexec /x "$msi" "$work/$name-uninstall.log" || { fail "$name: uninstall"; return; }
+  msiexec /x "$msi" "$work/$name-uninstall.log" \
+    || { fail "$name: uninstall"; log_end "$work/$name-uninstall.log"; return; }
   state "$work/$name-removed"
   same_state "$work/$name-before" "$work/$name-removed" "$name: after msiexec /x"
   for hive in system user; do

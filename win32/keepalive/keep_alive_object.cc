@@ -34,6 +34,9 @@ IUnknown* ObjectIn(const VARIANT& arg) {
   }
 }
 
+// "Initialize" (any letter case) is the only member; it has no named arguments.
+const DispatchTable kMembers{{L"Initialize", KeepAliveObject::kDispIdInitialize}};
+
 bool IsMissing(const VARIANT& arg) {
   return V_VT(&arg) == VT_EMPTY ||
          (V_VT(&arg) == VT_ERROR && V_ERROR(&arg) == DISP_E_PARAMNOTFOUND);
@@ -41,49 +44,14 @@ bool IsMissing(const VARIANT& arg) {
 
 }  // namespace
 
-STDMETHODIMP KeepAliveObject::QueryInterface(REFIID iid, void** out) {
-  if (!out) return E_POINTER;
-  if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch)) {
-    *out = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  *out = nullptr;
-  return E_NOINTERFACE;
-}
+KeepAliveObject::KeepAliveObject(std::function<void()> on_hold,
+                                 std::function<void()> on_release)
+    : LateBoundObject(kMembers), on_hold_(std::move(on_hold)), on_release_(std::move(on_release)) {}
 
-STDMETHODIMP_(ULONG) KeepAliveObject::AddRef() { return ++refs_; }
-
-STDMETHODIMP_(ULONG) KeepAliveObject::Release() {
-  ULONG left = --refs_;
-  if (left == 0) {
-    outlook_.Reset();  // Outlook may end now
-    if (on_release_) on_release_();
-    delete this;
-  }
-  return left;
-}
-
-STDMETHODIMP KeepAliveObject::GetTypeInfoCount(UINT* count) {
-  if (!count) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-STDMETHODIMP KeepAliveObject::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-  if (info) *info = nullptr;
-  return DISP_E_BADINDEX;
-}
-
-STDMETHODIMP KeepAliveObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
-                                            DISPID* ids) {
-  if (!names || !ids || count == 0) return E_INVALIDARG;
-  for (UINT i = 0; i < count; ++i) ids[i] = DISPID_UNKNOWN;
-  if (names[0] && CompareStringOrdinal(names[0], -1, L"Initialize", -1, TRUE) == CSTR_EQUAL) {
-    ids[0] = kDispIdInitialize;
-    return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;  // it has no named arguments
-  }
-  return DISP_E_UNKNOWNNAME;
+void KeepAliveObject::Destroy() {
+  outlook_.Reset();  // Outlook may end now
+  if (on_release_) on_release_();
+  delete this;
 }
 
 STDMETHODIMP KeepAliveObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params,

@@ -14,6 +14,7 @@
 #include <functional>
 #include <utility>
 
+#include "win32/addin/late_bound_object.h"
 #include "win32/com/com_ptr.h"
 #include "win32/com/windows_api.h"
 
@@ -23,38 +24,31 @@ namespace zintra::win32 {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
-class KeepAliveObject final : public IDispatch {
+class KeepAliveObject final : public LateBoundObject<KeepAliveObject, IDispatch> {
  public:
   static constexpr DISPID kDispIdInitialize = 1;
 
   // `on_hold` is called when the object starts holding Outlook; `on_release` when the
   // last reference goes, before the object is deleted.
-  KeepAliveObject(std::function<void()> on_hold, std::function<void()> on_release)
-      : on_hold_(std::move(on_hold)), on_release_(std::move(on_release)) {}
+  KeepAliveObject(std::function<void()> on_hold, std::function<void()> on_release);
 
   bool Holding() const { return static_cast<bool>(outlook_); }
   const ComPtr<IDispatch>& Outlook() const { return outlook_; }
   // Drops the reference on Outlook (Outlook has ended: the proxy is dead).
   void LetGo() { outlook_.Reset(); }
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
-  STDMETHODIMP_(ULONG) AddRef() override;
-  STDMETHODIMP_(ULONG) Release() override;
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-  STDMETHODIMP GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override;
-  STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID lcid,
-                             DISPID* ids) override;
   STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* params,
                       VARIANT* result, EXCEPINFO* excepinfo, UINT* arg_error) override;
 
  private:
+  friend LateBoundObject;
   ~KeepAliveObject() = default;
+  void Destroy();
   HRESULT Initialize(DISPPARAMS* params, EXCEPINFO* excepinfo);
 
   std::function<void()> on_hold_;
   std::function<void()> on_release_;
   ComPtr<IDispatch> outlook_;
-  ULONG refs_ = 1;
 };
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop

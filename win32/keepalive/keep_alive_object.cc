@@ -44,8 +44,7 @@ bool IsMissing(const VARIANT& arg) {
 
 }  // namespace
 
-KeepAliveObject::KeepAliveObject(std::function<void()> on_hold,
-                                 std::function<void()> on_release)
+KeepAliveObject::KeepAliveObject(std::function<void()> on_hold, std::function<void()> on_release)
     : LateBoundObject(kMembers), on_hold_(std::move(on_hold)), on_release_(std::move(on_release)) {}
 
 void KeepAliveObject::Destroy() {

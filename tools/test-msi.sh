@@ -14,9 +14,11 @@
 #     and leaves nothing.
 # Usage: tools/test-msi.sh   (after tools/build-msi.sh, and the win64-mingw build of
 # com_host_tests that tools/test-windows.sh makes; the activation is skipped without it)
+# Exit status: 0 all passed, 1 a check failed, 3 a step outside the checks failed.
 set -Eeuo pipefail
-# A step that fails outside a check says which one, rather than ending the run in silence.
-trap 'echo "FAILED: tools/test-msi.sh line $LINENO: $BASH_COMMAND (exit $?)" >&2' ERR
+# A step that fails outside a check (a Wine tool, not the packages) says which one and ends
+# the run with exit 3, which tools/test.sh tells apart from a failed check (exit 1).
+trap 'echo "tools/test-msi.sh line $LINENO: $BASH_COMMAND failed (exit $?)" >&2; exit 3' ERR
 cd "$(dirname "$0")/.."
 msi_dir=${ZINTRA_MSI_OUT:-build/msi}
 # The add-in's version (major.minor.tweak of project(VERSION) in CMakeLists.txt).

@@ -113,7 +113,7 @@ void JobProcess::FinalPostProcessing() {
   std::shared_ptr<Item> item = FindOriginal();
   if (!item) {
     original_missing_ = true;
-    LogErrorLine("Unable to find original item '" + subject_ + "' " + item_description_ +
+    LogErrorLine("Unable to find original item '" + subject_ + "' " + ItemDescription() +
                      " to mark it as logged",
                  "FinalPostProcessing");
     Decide(nullptr, {.kind = DecisionKind::kEnded, .reason = "the item could not be found again"});

@@ -98,7 +98,7 @@ void JobProcess::Kill() {
   marked_props_.reset();
   safe_.reset();
   parent_.reset();
-  found_contacts_.Clear();
+  found_contacts_.clear();
   logged_copies_.clear();
   shared_copies_.clear();
 }
@@ -133,7 +133,7 @@ void JobProcess::WriteFinalMarks() {
     if (!item) {
       if (!original_missing_) {
         original_missing_ = true;
-        LogErrorLine("Unable to find original item '" + subject_ + "' " + item_description_ +
+        LogErrorLine("Unable to find original item '" + subject_ + "' " + ItemDescription() +
                          " to mark it as logged",
                      "Kill");
       }
@@ -193,7 +193,7 @@ void JobProcess::QueueSelf() {
 
 int32_t JobProcess::FoundContactCount() const {
   int32_t n = 0;
-  for (const auto& group : found_contacts_.Values()) n += static_cast<int32_t>(group->size());
+  for (const auto& group : found_contacts_) n += static_cast<int32_t>(group.contacts.size());
   return n;
 }
 

@@ -1,5 +1,6 @@
 // JobProcess: the sender's address and whether the sender is a colleague.
 #include <string_view>
+#include <utility>
 
 #include "src/core/text.h"
 #include "src/core/z_error.h"
@@ -61,7 +62,9 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
   } catch (const ZError&) {
     entry = nullptr;
   }
-  const std::string subject = subject_.empty() ? item->Subject() : subject_;
+  // The subject only goes into the line about a sender that cannot be had.
+  std::string subject;
+  if (!entry) subject = subject_.empty() ? item->Subject() : subject_;
   try {
     if (!entry) {
       LogErrorLine("AddressEntry could not be retrieved for the sender of '" + subject + "' " +
@@ -82,8 +85,9 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
         smtp = entry->Fields(kPrSmtpAddress).ToString();
       }
       sender_of_ = item;
-      sender_native_ = native;
-      sender_smtp_ = smtp;
+      sender_native_ = std::move(native);
+      sender_smtp_ = std::move(smtp);
+      return WantSmtp ? sender_smtp_ : sender_native_;
     }
   } catch (const ZError& e) {
     // A sender that cannot be read is left out of the search.

@@ -41,12 +41,12 @@ ContactSearch::ContactSearch(std::weak_ptr<ContactsAddin> app, std::weak_ptr<Tra
 
 void ContactSearch::Start(const std::vector<std::string>& addresses) {
   auto keep = shared_from_this();  // completion drops the owner's reference
+  results_.reserve(addresses.size());
   emails_.reserve(addresses.size());
   for (const auto& address : addresses) {
-    if (address.empty() || results_.Contains(address)) continue;
-    results_.Add(ContactList{}, address);
-    const int added = results_.Count();
-    emails_.push_back({&results_.KeyAt(added), &results_.Item(added)});
+    if (address.empty() || Find(address)) continue;
+    results_.push_back({address, {}});
+    emails_.push_back(&results_.back());
   }
   email_count_ = static_cast<int32_t>(emails_.size());
   const bool all_ready = SearchReadyFolders();
@@ -96,7 +96,7 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
   // The folder's group, looked up once it is first needed.
   std::shared_ptr<ContactGroup>* group = nullptr;
   for (size_t k = 0; k < emails_.size(); ++k) {
-    const std::string& address = *emails_[k].address;
+    const std::string& address = emails_[k]->address;
     const ContactList contacts = folder->GetContactItems(address);
     for (const auto& contact : contacts) {
       if (debug) {
@@ -108,7 +108,7 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
         }
         LogLine("Adding result: '" + name + "' for " + address);
       }
-      emails_[k].results->push_back(contact);
+      emails_[k]->contacts.push_back(contact);
       if (debug) LogLine("Adding to grouped result");
       if (!group) {
         group = grouped_results_.Lookup(folder->key());
@@ -136,16 +136,23 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
   }
 }
 
+const ContactSearch::AddressResults* ContactSearch::Find(std::string_view address) const {
+  for (const AddressResults& results : results_) {
+    if (text::EqualsNoCase(results.address, address)) return &results;
+  }
+  return nullptr;
+}
+
 const ContactList& ContactSearch::Results(const std::string& address) const {
   static const ContactList kNone;
-  const ContactList* list = results_.Lookup(address);
-  return list ? *list : kNone;
+  const AddressResults* results = Find(address);
+  return results ? results->contacts : kNone;
 }
 
 ContactList ContactSearch::AllResults() const {
   ContactList all;
-  for (const auto& list : results_.Values()) {
-    for (const auto& contact : list) {
+  for (const AddressResults& results : results_) {
+    for (const auto& contact : results.contacts) {
       // The first contact cannot repeat one: its EntryID is not needed.
       if (all.empty() || !Holds(all, EntryIdOf(*contact))) all.push_back(contact);
     }
@@ -165,7 +172,7 @@ void ContactSearch::Complete(bool aborted) {
 void ContactSearch::Kill() {
   if (!completed_) Complete(true);
   emails_.clear();
-  results_.Clear();
+  results_.clear();
   grouped_results_.Clear();
 }
 

@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "src/core/event.h"
@@ -86,16 +87,20 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   std::weak_ptr<ContactsAddin> app_;
   std::weak_ptr<TrackedContacts> owner_;
   std::string key_;
-  // An address still to be searched: its key in results_ and its list there, which
-  // stay put until results_ is cleared (entries live on the heap).
-  struct Pending {
-    const std::string* address;
-    ContactList* results;
+  // The contacts found per address, in the order the addresses came. An item has a
+  // few addresses: they are found by walking the list (comparing lengths first, so a
+  // long list of recipients costs little more). Start reserves room for all of them,
+  // so that emails_ can point into it.
+  struct AddressResults {
+    std::string address;
+    ContactList contacts;
   };
-  std::vector<Pending> emails_;
+  const AddressResults* Find(std::string_view address) const;
+  std::vector<AddressResults> results_;
+  // An address still to be searched: its entry in results_.
+  std::vector<AddressResults*> emails_;
   int32_t email_count_ = 0;
   int32_t found_count_ = 0;
-  KeyedCollection<ContactList> results_;
   KeyedCollection<std::shared_ptr<ContactGroup>> grouped_results_;
   std::vector<std::string> searched_;  // keys of the folders searched (a handful)
   bool completed_ = false;

@@ -46,8 +46,9 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   ContactSearch(const ContactSearch&) = delete;
   ContactSearch& operator=(const ContactSearch&) = delete;
 
-  // Runs the search over the ready folders (called by TrackedContacts::Search, after
-  // it filed the search as pending). Blank and repeated addresses are searched once.
+  // Runs the search over the ready folders (called by TrackedContacts::Search, which
+  // files the search as pending when it has to wait). Blank and repeated addresses are
+  // searched once.
   void Start(const std::vector<std::string>& emails);
   // Searches the folders skipped so far, then completes. Nothing once completed.
   void Resume();

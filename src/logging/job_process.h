@@ -32,7 +32,6 @@
 #include <vector>
 
 #include "src/core/event.h"
-#include "src/core/keyed_collection.h"
 #include "src/host/decision_log.h"
 #include "src/host/outlook_constants.h"
 #include "src/jobs/i_check_linger.h"
@@ -264,8 +263,9 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   };
   // A handful of folder sets at most: found by walking the list.
   std::vector<ContactGroupFound> found_contacts_;
-  KeyedCollection<std::shared_ptr<CopyJob>> pending_logs_;
-  KeyedCollection<std::shared_ptr<CopyJob>> pending_shared_;
+  // The copy jobs not ended yet, a handful at most, each found by its key.
+  std::vector<std::shared_ptr<CopyJob>> pending_logs_;
+  std::vector<std::shared_ptr<CopyJob>> pending_shared_;
   // The copies made, each with the folder it was made in and, when the library made
   // it there, the EntryID and StoreID the library reported for it (empty: read them).
   struct CopyMade {

@@ -288,7 +288,7 @@ void JobProcess::ChooseTargets(const std::shared_ptr<TrackedContactFolder>& fold
 
 void JobProcess::AddCopyJob(CopyKind kind, const std::shared_ptr<Folder>& target) {
   auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
-  for (const std::shared_ptr<CopyJob>& job : pending.Values()) {
+  for (const std::shared_ptr<CopyJob>& job : pending) {
     if (SameFolder(job->TargetFolder(), target)) return;  // one copy per target folder
   }
   std::shared_ptr<LoggingAddin> app = App();
@@ -299,7 +299,7 @@ void JobProcess::AddCopyJob(CopyKind kind, const std::shared_ptr<Folder>& target
   } else {
     job = std::make_shared<JobCreateShared>(app_);
   }
-  pending.Add(job, key);
+  pending.push_back(job);
   job->Initialize(shared_from_this(), target, key);
   if (!linger_check_) {
     auto check = std::make_shared<CopyJobLingerCheck>();

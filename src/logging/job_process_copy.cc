@@ -67,24 +67,27 @@ void JobProcess::RunStage() {
 
 bool JobProcess::StartCopyJobs(CopyKind kind) {
   auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
-  if (pending.Count() == 0) return false;
+  if (pending.empty()) return false;
   if (DebugLines())
     LogLine(std::string(kind == CopyKind::kLogged ? "Starting JobLogs for item '"
                                                   : "Starting JobCreateShareds for item '") +
             subject_ + "'");
-  for (const std::shared_ptr<CopyJob>& job : pending.Values()) job->Start();
+  // A job aborted as it is queued ends at once and leaves the list: the walk goes over a
+  // copy.
+  const std::vector<std::shared_ptr<CopyJob>> jobs = pending;
+  for (const std::shared_ptr<CopyJob>& job : jobs) job->Start();
   return true;
 }
 
 void JobProcess::CopyJobEnded(CopyKind kind, const std::string& key, bool aborted) {
   auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
-  pending.RemoveIfPresent(key);
+  std::erase_if(pending, [&](const std::shared_ptr<CopyJob>& job) { return job->Key() == key; });
   if (killed_) return;
   if (aborted) {
     Kill();
     return;
   }
-  if (pending.Count() == 0) QueueSelf();
+  if (pending.empty()) QueueSelf();
 }
 
 void JobProcess::AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy,

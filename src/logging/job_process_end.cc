@@ -43,8 +43,10 @@ void JobProcess::Kill() {
 
   // Copy jobs still alive end with their owner.
   for (auto* pending : {&pending_logs_, &pending_shared_}) {
-    for (const std::shared_ptr<CopyJob>& job : pending->Values()) job->JobProcess_Kill();
-    pending->Clear();
+    // Told that their owner ended, they do not report back.
+    const std::vector<std::shared_ptr<CopyJob>> jobs = std::move(*pending);
+    pending->clear();
+    for (const std::shared_ptr<CopyJob>& job : jobs) job->JobProcess_Kill();
   }
   search_complete_.Disconnect();
   if (search_) {
@@ -198,7 +200,7 @@ int32_t JobProcess::FoundContactCount() const {
 }
 
 int32_t JobProcess::PendingCopyJobs(CopyKind kind) const {
-  return (kind == CopyKind::kLogged ? pending_logs_ : pending_shared_).Count();
+  return static_cast<int32_t>((kind == CopyKind::kLogged ? pending_logs_ : pending_shared_).size());
 }
 
 size_t JobProcess::CopyCount(CopyKind kind) const {

@@ -1,7 +1,6 @@
 #include "src/contacts/contact_search.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <utility>
 
 #include "src/contacts/contacts_addin.h"
@@ -42,13 +41,11 @@ ContactSearch::ContactSearch(std::weak_ptr<ContactsAddin> app, std::weak_ptr<Tra
 void ContactSearch::Start(const std::vector<std::string>& addresses) {
   auto keep = shared_from_this();  // completion drops the owner's reference
   results_.reserve(addresses.size());
-  emails_.reserve(addresses.size());
   for (const auto& address : addresses) {
     if (address.empty() || Find(address)) continue;
     results_.push_back({address, {}});
-    emails_.push_back(&results_.back());
   }
-  email_count_ = static_cast<int32_t>(emails_.size());
+  email_count_ = static_cast<int32_t>(results_.size());
   const bool all_ready = SearchReadyFolders();
   if (completed_) return;
   if (all_ready || email_count_ == 0) Complete(false);
@@ -90,13 +87,11 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
   auto app = app_.lock();
   const bool unique = app && app->Settings().UniqueEmailAddresses;
   const bool debug = app && app->Log().KeepsDebugLines();
-  // Unique addresses found here leave emails_ once the walk over the folder is done, so
-  // that the walk itself needs no copy of the list (nothing else changes it meanwhile).
-  std::vector<size_t> found;
   // The folder's group, looked up once it is first needed.
   std::shared_ptr<ContactGroup>* group = nullptr;
-  for (size_t k = 0; k < emails_.size(); ++k) {
-    const std::string& address = emails_[k]->address;
+  for (AddressResults& results : results_) {
+    if (results.settled) continue;
+    const std::string& address = results.address;
     const ContactList contacts = folder->GetContactItems(address);
     for (const auto& contact : contacts) {
       if (debug) {
@@ -108,7 +103,7 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
         }
         LogLine("Adding result: '" + name + "' for " + address);
       }
-      emails_[k]->contacts.push_back(contact);
+      results.contacts.push_back(contact);
       if (debug) LogLine("Adding to grouped result");
       if (!group) {
         group = grouped_results_.Lookup(folder->key());
@@ -123,16 +118,13 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
       (*group)->contacts.push_back(contact);
     }
     if (unique && !contacts.empty()) {
-      found.push_back(k);
+      results.settled = true;
       ++found_count_;
       if (found_count_ == email_count_) {
         Complete(false);  // every address is found: the list is no longer read
         return;
       }
     }
-  }
-  for (auto it = found.rbegin(); it != found.rend(); ++it) {
-    emails_.erase(emails_.begin() + static_cast<std::ptrdiff_t>(*it));
   }
 }
 
@@ -171,7 +163,6 @@ void ContactSearch::Complete(bool aborted) {
 
 void ContactSearch::Kill() {
   if (!completed_) Complete(true);
-  emails_.clear();
   results_.clear();
   grouped_results_.Clear();
 }

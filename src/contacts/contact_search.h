@@ -90,16 +90,14 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   std::string key_;
   // The contacts found per address, in the order the addresses came. An item has a
   // few addresses: they are found by walking the list (comparing lengths first, so a
-  // long list of recipients costs little more). Start reserves room for all of them,
-  // so that emails_ can point into it.
+  // long list of recipients costs little more).
   struct AddressResults {
     std::string address;
     ContactList contacts;
+    bool settled = false;  // found, with unique addresses: later folders skip it
   };
   const AddressResults* Find(std::string_view address) const;
   std::vector<AddressResults> results_;
-  // An address still to be searched: its entry in results_.
-  std::vector<AddressResults*> emails_;
   int32_t email_count_ = 0;
   int32_t found_count_ = 0;
   KeyedCollection<std::shared_ptr<ContactGroup>> grouped_results_;

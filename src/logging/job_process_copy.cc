@@ -73,9 +73,14 @@ bool JobProcess::StartCopyJobs(CopyKind kind) {
                                                   : "Starting JobCreateShareds for item '") +
             subject_ + "'");
   // A job aborted as it is queued ends at once and leaves the list: the walk goes over a
-  // copy.
-  const std::vector<std::shared_ptr<CopyJob>> jobs = pending;
-  for (const std::shared_ptr<CopyJob>& job : jobs) job->Start();
+  // copy (for the usual one job, a copy of that job).
+  if (pending.size() == 1) {
+    const std::shared_ptr<CopyJob> only = pending.front();
+    only->Start();
+  } else {
+    const std::vector<std::shared_ptr<CopyJob>> jobs = pending;
+    for (const std::shared_ptr<CopyJob>& job : jobs) job->Start();
+  }
   return true;
 }
 
@@ -244,11 +249,6 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
     entry_id = message->EntryID();
     store_id = message->StoreID();
     copy = app->Session()->GetItemFromID(entry_id, store_id);
-    // Linking, in a later activation, needs them again: a message's identifiers never
-    // change (a move makes another message, whose own are read then).
-    last_copy_ = copy;
-    last_copy_entry_id_ = entry_id;
-    last_copy_store_id_ = store_id;
   } catch (...) {
     // A half-made copy would keep its tag for ever: it goes at once.
     try {
@@ -276,9 +276,14 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
     } catch (const ZError&) {
     }
     if (stray) utils.PermDeleteItem(stray);
-    copy = moved;
-    last_copy_.reset();  // the moved copy's identifiers are its own
+    last_copy_.reset();
+    return moved;  // the moved copy's identifiers are its own
   }
+  // Linking, in a later activation, needs them again: a message's identifiers never
+  // change (a move makes another message, whose own are read then).
+  last_copy_ = copy;
+  last_copy_entry_id_ = std::move(entry_id);
+  last_copy_store_id_ = std::move(store_id);
   return copy;
 }
 

@@ -104,7 +104,7 @@ bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
   if (!utils.CurrentUser(session)) return false;
   // Addresses compare without regard to case.
   const std::string sender = SenderAddress(item, false);
-  const std::string me = utils.CurrentUserAddress(session);
+  const std::string& me = utils.CurrentUserAddress(session);
   if (IsExchangeAddress(sender)) {
     const std::string_view org = Organisation(sender);
     return !org.empty() && text::EqualsNoCase(org, Organisation(me));
@@ -113,11 +113,7 @@ bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
   if (domain.empty()) return false;
   // An Exchange user's own domain is that of the SMTP address of its entry.
   std::string_view my_domain = Domain(me);
-  std::string smtp;
-  if (my_domain.empty()) {
-    smtp = utils.CurrentUserSmtpAddress(session);
-    my_domain = Domain(smtp);
-  }
+  if (my_domain.empty()) my_domain = Domain(utils.CurrentUserSmtpAddress(session));
   return text::EqualsNoCase(domain, my_domain);
 }
 

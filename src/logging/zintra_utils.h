@@ -227,8 +227,9 @@ class ZintraUtils {
   // is compared with it. Its address and its SMTP address (PR_SMTP_ADDRESS) likewise,
   // each read on first use; a failed read throws and is tried again next time.
   std::shared_ptr<AddressEntry> CurrentUser(const std::shared_ptr<RdoSession>& session);
-  std::string CurrentUserAddress(const std::shared_ptr<RdoSession>& session);
-  std::string CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session);
+  // Both are valid until the next call that changes the session or Kill.
+  const std::string& CurrentUserAddress(const std::shared_ptr<RdoSession>& session);
+  const std::string& CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session);
 
  private:
   Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, std::string_view name,

@@ -88,7 +88,7 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
   const bool unique = app && app->Settings().UniqueEmailAddresses;
   const bool debug = app && app->Log().KeepsDebugLines();
   // The folder's group, looked up once it is first needed.
-  std::shared_ptr<ContactGroup>* group = nullptr;
+  ContactGroup* group = nullptr;
   for (AddressResults& results : results_) {
     if (results.settled) continue;
     const std::string& address = results.address;
@@ -106,16 +106,17 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
       results.contacts.push_back(contact);
       if (debug) LogLine("Adding to grouped result");
       if (!group) {
-        group = grouped_results_.Lookup(folder->key());
-        if (!group) {
-          grouped_results_.Add(std::make_shared<ContactGroup>(ContactGroup{folder, {}}),
-                               folder->key());
-          group = &grouped_results_.Item(grouped_results_.Count());
-        }
+        auto known = std::find_if(grouped_results_.begin(), grouped_results_.end(),
+                                  [&](const ContactGroup& g) {
+                                    return text::EqualsNoCase(g.folder->key(), folder->key());
+                                  });
+        group = known != grouped_results_.end()
+                    ? &*known
+                    : &grouped_results_.emplace_back(ContactGroup{folder, {}});
       }
       // One entry per address found: a contact that carries two of the searched
       // addresses is in its folder's group twice.
-      (*group)->contacts.push_back(contact);
+      group->contacts.push_back(contact);
     }
     if (unique && !contacts.empty()) {
       results.settled = true;
@@ -164,7 +165,7 @@ void ContactSearch::Complete(bool aborted) {
 void ContactSearch::Kill() {
   if (!completed_) Complete(true);
   results_.clear();
-  grouped_results_.Clear();
+  grouped_results_.clear();
 }
 
 void ContactSearch::LogLine(const std::string& text) {

@@ -22,7 +22,6 @@
 #include <vector>
 
 #include "src/core/event.h"
-#include "src/core/keyed_collection.h"
 
 namespace zintra {
 
@@ -57,11 +56,9 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   const ContactList& Results(const std::string& address) const;
   // The contacts of all addresses, address by address, each contact once.
   ContactList AllResults() const;
-  // Keyed by the tracked folder's key, in the order the folders were searched; a
-  // contact found for two addresses is listed twice in its group.
-  const KeyedCollection<std::shared_ptr<ContactGroup>>& GroupedResults() const {
-    return grouped_results_;
-  }
+  // One group per tracked folder that found contacts, in the order the folders were
+  // searched; a contact found for two addresses is listed twice in its group.
+  const std::vector<ContactGroup>& GroupedResults() const { return grouped_results_; }
   bool Completed() const { return completed_; }
   bool Aborted() const { return aborted_; }
   const std::string& key() const { return key_; }
@@ -100,7 +97,7 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   std::vector<AddressResults> results_;
   int32_t email_count_ = 0;
   int32_t found_count_ = 0;
-  KeyedCollection<std::shared_ptr<ContactGroup>> grouped_results_;
+  std::vector<ContactGroup> grouped_results_;
   std::vector<std::string> searched_;  // keys of the folders searched (a handful)
   bool completed_ = false;
   bool aborted_ = false;

@@ -185,14 +185,12 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
     if (DebugLines()) LogLine("Results: " + std::to_string(search->AllResults().size()));
     DecideMatches(*search);
     // Nothing below changes the search's groups: they are walked in place.
-    const auto& groups = search->GroupedResults();
-    for (int g = 1; g <= groups.Count(); ++g) {
-      const std::shared_ptr<ContactGroup>& group = groups.Item(g);
-      for (const std::shared_ptr<Item>& contact : group->contacts) {
+    for (const ContactGroup& group : search->GroupedResults()) {
+      for (const std::shared_ptr<Item>& contact : group.contacts) {
         if (killed_) return;
         // A search that completed inside this activation filtered its contacts in it:
         // nothing can have changed them since.
-        FoundLinkedContact(contact, group->folder, !waited);
+        FoundLinkedContact(contact, group.folder, !waited);
       }
     }
     // The copy stages run in activations of their own, not inside the search's event;

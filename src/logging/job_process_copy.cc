@@ -148,7 +148,7 @@ void JobProcess::FinalPostProcessing() {
 }
 
 void JobProcess::LinkCopies(const std::shared_ptr<MapiObject>& object, CopyKind kind) {
-  const auto& copies = kind == CopyKind::kLogged ? logged_copies_ : shared_copies_;
+  auto& copies = kind == CopyKind::kLogged ? logged_copies_ : shared_copies_;
   if (copies.empty()) return;  // nothing to link: the lists are not created
   LoggedItemsLink link(Utils());
   // store_id_ is the item's store: the item found again is the held object or the one
@@ -161,12 +161,13 @@ void JobProcess::LinkCopies(const std::shared_ptr<MapiObject>& object, CopyKind 
   const char* what =
       kind == CopyKind::kLogged ? "' to logged item in folder '" : "' to shared copy in folder '";
   const bool debug = DebugLines();
-  for (const CopyMade& made : copies) {
+  // The copies' identifiers are not needed after their link: they are moved into it.
+  for (CopyMade& made : copies) {
     const std::shared_ptr<Folder>& folder = made.folder;
     if (made.entry_id.empty()) {
       link.LinkToItem(made.item, folder);
     } else {
-      link.LinkToItem(made.entry_id, made.store_id);
+      link.LinkToItem(std::move(made.entry_id), std::move(made.store_id));
     }
     if (debug) {
       LogLine("Linked '" + subject_ + "' from folder '" + folder_name_ + what +

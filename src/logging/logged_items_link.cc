@@ -116,8 +116,8 @@ void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy,
   });
 }
 
-void LoggedItemsLink::LinkToItem(const std::string& entry_id, const std::string& store_id) {
-  Append([&] { return std::pair(entry_id, store_id); });
+void LoggedItemsLink::LinkToItem(std::string entry_id, std::string store_id) {
+  Append([&] { return std::pair(std::move(entry_id), std::move(store_id)); });
 }
 
 std::vector<std::pair<std::string, std::string>> LoggedItemsLink::Links() {

@@ -56,7 +56,7 @@ class LoggedItemsLink {
   // The same, with the copy's folder already in hand.
   void LinkToItem(const std::shared_ptr<Item>& copy, const std::shared_ptr<Folder>& folder);
   // The same, with the copy's EntryID and StoreID already known.
-  void LinkToItem(const std::string& entry_id, const std::string& store_id);
+  void LinkToItem(std::string entry_id, std::string store_id);
 
   // The (entry ID, store ID) pairs of a valid link list; empty when not Validate().
   std::vector<std::pair<std::string, std::string>> Links();

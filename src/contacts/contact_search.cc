@@ -63,6 +63,7 @@ bool ContactSearch::SearchReadyFolders() {
   if (!owner) return true;
   auto app = app_.lock();
   const bool debug = app && app->Log().KeepsDebugLines();
+  const bool unique = app && app->Settings().UniqueEmailAddresses;
   bool all_ready = true;
   const std::vector<std::shared_ptr<TrackedContactFolder>> folders = owner->Folders().Values();
   if (searched_.empty()) searched_.reserve(folders.size());
@@ -77,16 +78,14 @@ bool ContactSearch::SearchReadyFolders() {
     }
     searched_.push_back(folder->key());
     if (debug) LogLine("Searching folder " + folder->Name());
-    SearchFolder(folder);
+    SearchFolder(folder, unique, debug);
     if (completed_) break;
   }
   return all_ready;
 }
 
-void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder) {
-  auto app = app_.lock();
-  const bool unique = app && app->Settings().UniqueEmailAddresses;
-  const bool debug = app && app->Log().KeepsDebugLines();
+void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder, bool unique,
+                                 bool debug) {
   // The folder's group, looked up once it is first needed.
   ContactGroup* group = nullptr;
   for (AddressResults& results : results_) {

@@ -75,7 +75,8 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   Event<bool> SearchComplete;
 
  private:
-  void SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder);
+  // `unique`: UniqueEmailAddresses; `debug`: the log keeps debug lines.
+  void SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder, bool unique, bool debug);
   // Searches every ready folder not searched yet, in order; false when some folder
   // was not ready.
   bool SearchReadyFolders();

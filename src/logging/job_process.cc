@@ -366,7 +366,11 @@ std::string JobProcess::CurrentUserName() {
 void JobProcess::Activate() {
   if (killed_) return;
   std::shared_ptr<JobProcess> self = shared_from_this();
-  if (!App() || !App()->Utils()) {
+  const bool gone = [this] {
+    std::shared_ptr<LoggingAddin> app = App();
+    return !app || !app->Utils();
+  }();
+  if (gone) {
     Kill();
     return;
   }

@@ -87,8 +87,8 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   std::weak_ptr<TrackedContacts> owner_;
   std::string key_;
   // The contacts found per address, in the order the addresses came. An item has a
-  // few addresses: they are found by walking the list (comparing lengths first, so a
-  // long list of recipients costs little more).
+  // few addresses: they are found by walking the list (a comparison of two addresses
+  // of different lengths ends at once).
   struct AddressResults {
     std::string address;
     ContactList contacts;

@@ -116,11 +116,9 @@ class Event {
       std::shared_ptr<State> owner = state.lock();
       if (!owner) return;
       alive = false;
-      auto& slots = owner->slots;
-      slots.erase(std::remove_if(slots.begin(), slots.end(),
-                                 [this](const std::shared_ptr<Slot>& s) { return s.get() == this; }),
-                  slots.end());
-      if (slots.empty() && owner->watch) owner->watch(false);
+      std::erase_if(owner->slots,
+                    [this](const std::shared_ptr<Slot>& s) { return s.get() == this; });
+      if (owner->slots.empty() && owner->watch) owner->watch(false);
     }
     Handler handler;
     bool alive = true;

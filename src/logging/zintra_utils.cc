@@ -184,8 +184,7 @@ const std::string& ZintraUtils::CurrentUserAddress(const std::shared_ptr<RdoSess
   return *current_user_.address;
 }
 
-const std::string& ZintraUtils::CurrentUserSmtpAddress(
-    const std::shared_ptr<RdoSession>& session) {
+const std::string& ZintraUtils::CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session) {
   std::shared_ptr<AddressEntry> user = CurrentUser(session);
   if (!user) return kNoAddress;
   if (!current_user_.smtp_address) {

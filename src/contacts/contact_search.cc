@@ -1,7 +1,6 @@
 #include "src/contacts/contact_search.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <utility>
 
 #include "src/contacts/contacts_addin.h"
@@ -41,14 +40,12 @@ ContactSearch::ContactSearch(std::weak_ptr<ContactsAddin> app, std::weak_ptr<Tra
 
 void ContactSearch::Start(const std::vector<std::string>& addresses) {
   auto keep = shared_from_this();  // completion drops the owner's reference
-  emails_.reserve(addresses.size());
+  results_.reserve(addresses.size());
   for (const auto& address : addresses) {
-    if (address.empty() || results_.Contains(address)) continue;
-    results_.Add(ContactList{}, address);
-    const int added = results_.Count();
-    emails_.push_back({&results_.KeyAt(added), &results_.Item(added)});
+    if (address.empty() || Find(address)) continue;
+    results_.push_back({address, {}});
   }
-  email_count_ = static_cast<int32_t>(emails_.size());
+  email_count_ = static_cast<int32_t>(results_.size());
   const bool all_ready = SearchReadyFolders();
   if (completed_) return;
   if (all_ready || email_count_ == 0) Complete(false);
@@ -66,6 +63,7 @@ bool ContactSearch::SearchReadyFolders() {
   if (!owner) return true;
   auto app = app_.lock();
   const bool debug = app && app->Log().KeepsDebugLines();
+  const bool unique = app && app->Settings().UniqueEmailAddresses;
   bool all_ready = true;
   const std::vector<std::shared_ptr<TrackedContactFolder>> folders = owner->Folders().Values();
   if (searched_.empty()) searched_.reserve(folders.size());
@@ -80,23 +78,19 @@ bool ContactSearch::SearchReadyFolders() {
     }
     searched_.push_back(folder->key());
     if (debug) LogLine("Searching folder " + folder->Name());
-    SearchFolder(folder);
+    SearchFolder(folder, unique, debug);
     if (completed_) break;
   }
   return all_ready;
 }
 
-void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder) {
-  auto app = app_.lock();
-  const bool unique = app && app->Settings().UniqueEmailAddresses;
-  const bool debug = app && app->Log().KeepsDebugLines();
-  // Unique addresses found here leave emails_ once the walk over the folder is done, so
-  // that the walk itself needs no copy of the list (nothing else changes it meanwhile).
-  std::vector<size_t> found;
+void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder, bool unique,
+                                 bool debug) {
   // The folder's group, looked up once it is first needed.
-  std::shared_ptr<ContactGroup>* group = nullptr;
-  for (size_t k = 0; k < emails_.size(); ++k) {
-    const std::string& address = *emails_[k].address;
+  ContactGroup* group = nullptr;
+  for (AddressResults& results : results_) {
+    if (results.settled) continue;
+    const std::string& address = results.address;
     const ContactList contacts = folder->GetContactItems(address);
     for (const auto& contact : contacts) {
       if (debug) {
@@ -108,22 +102,23 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
         }
         LogLine("Adding result: '" + name + "' for " + address);
       }
-      emails_[k].results->push_back(contact);
+      results.contacts.push_back(contact);
       if (debug) LogLine("Adding to grouped result");
       if (!group) {
-        group = grouped_results_.Lookup(folder->key());
-        if (!group) {
-          grouped_results_.Add(std::make_shared<ContactGroup>(ContactGroup{folder, {}}),
-                               folder->key());
-          group = &grouped_results_.Item(grouped_results_.Count());
-        }
+        auto known = std::find_if(grouped_results_.begin(), grouped_results_.end(),
+                                  [&](const ContactGroup& g) {
+                                    return text::EqualsNoCase(g.folder->key(), folder->key());
+                                  });
+        group = known != grouped_results_.end()
+                    ? &*known
+                    : &grouped_results_.emplace_back(ContactGroup{folder, {}});
       }
       // One entry per address found: a contact that carries two of the searched
       // addresses is in its folder's group twice.
-      (*group)->contacts.push_back(contact);
+      group->contacts.push_back(contact);
     }
     if (unique && !contacts.empty()) {
-      found.push_back(k);
+      results.settled = true;
       ++found_count_;
       if (found_count_ == email_count_) {
         Complete(false);  // every address is found: the list is no longer read
@@ -131,21 +126,25 @@ void ContactSearch::SearchFolder(const std::shared_ptr<TrackedContactFolder>& fo
       }
     }
   }
-  for (auto it = found.rbegin(); it != found.rend(); ++it) {
-    emails_.erase(emails_.begin() + static_cast<std::ptrdiff_t>(*it));
+}
+
+const ContactSearch::AddressResults* ContactSearch::Find(std::string_view address) const {
+  for (const AddressResults& results : results_) {
+    if (text::EqualsNoCase(results.address, address)) return &results;
   }
+  return nullptr;
 }
 
 const ContactList& ContactSearch::Results(const std::string& address) const {
   static const ContactList kNone;
-  const ContactList* list = results_.Lookup(address);
-  return list ? *list : kNone;
+  const AddressResults* results = Find(address);
+  return results ? results->contacts : kNone;
 }
 
 ContactList ContactSearch::AllResults() const {
   ContactList all;
-  for (const auto& list : results_.Values()) {
-    for (const auto& contact : list) {
+  for (const AddressResults& results : results_) {
+    for (const auto& contact : results.contacts) {
       // The first contact cannot repeat one: its EntryID is not needed.
       if (all.empty() || !Holds(all, EntryIdOf(*contact))) all.push_back(contact);
     }
@@ -164,9 +163,8 @@ void ContactSearch::Complete(bool aborted) {
 
 void ContactSearch::Kill() {
   if (!completed_) Complete(true);
-  emails_.clear();
-  results_.Clear();
-  grouped_results_.Clear();
+  results_.clear();
+  grouped_results_.clear();
 }
 
 void ContactSearch::LogLine(const std::string& text) {

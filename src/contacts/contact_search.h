@@ -18,10 +18,10 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "src/core/event.h"
-#include "src/core/keyed_collection.h"
 
 namespace zintra {
 
@@ -45,8 +45,9 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   ContactSearch(const ContactSearch&) = delete;
   ContactSearch& operator=(const ContactSearch&) = delete;
 
-  // Runs the search over the ready folders (called by TrackedContacts::Search, after
-  // it filed the search as pending). Blank and repeated addresses are searched once.
+  // Runs the search over the ready folders (called by TrackedContacts::Search, which
+  // files the search as pending when it has to wait). Blank and repeated addresses are
+  // searched once.
   void Start(const std::vector<std::string>& emails);
   // Searches the folders skipped so far, then completes. Nothing once completed.
   void Resume();
@@ -55,11 +56,9 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   const ContactList& Results(const std::string& address) const;
   // The contacts of all addresses, address by address, each contact once.
   ContactList AllResults() const;
-  // Keyed by the tracked folder's key, in the order the folders were searched; a
-  // contact found for two addresses is listed twice in its group.
-  const KeyedCollection<std::shared_ptr<ContactGroup>>& GroupedResults() const {
-    return grouped_results_;
-  }
+  // One group per tracked folder that found contacts, in the order the folders were
+  // searched; a contact found for two addresses is listed twice in its group.
+  const std::vector<ContactGroup>& GroupedResults() const { return grouped_results_; }
   bool Completed() const { return completed_; }
   bool Aborted() const { return aborted_; }
   const std::string& key() const { return key_; }
@@ -76,7 +75,8 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   Event<bool> SearchComplete;
 
  private:
-  void SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder);
+  // `unique`: UniqueEmailAddresses; `debug`: the log keeps debug lines.
+  void SearchFolder(const std::shared_ptr<TrackedContactFolder>& folder, bool unique, bool debug);
   // Searches every ready folder not searched yet, in order; false when some folder
   // was not ready.
   bool SearchReadyFolders();
@@ -86,17 +86,19 @@ class ContactSearch : public std::enable_shared_from_this<ContactSearch> {
   std::weak_ptr<ContactsAddin> app_;
   std::weak_ptr<TrackedContacts> owner_;
   std::string key_;
-  // An address still to be searched: its key in results_ and its list there, which
-  // stay put until results_ is cleared (entries live on the heap).
-  struct Pending {
-    const std::string* address;
-    ContactList* results;
+  // The contacts found per address, in the order the addresses came. An item has a
+  // few addresses: they are found by walking the list (a comparison of two addresses
+  // of different lengths ends at once).
+  struct AddressResults {
+    std::string address;
+    ContactList contacts;
+    bool settled = false;  // found, with unique addresses: later folders skip it
   };
-  std::vector<Pending> emails_;
+  const AddressResults* Find(std::string_view address) const;
+  std::vector<AddressResults> results_;
   int32_t email_count_ = 0;
   int32_t found_count_ = 0;
-  KeyedCollection<ContactList> results_;
-  KeyedCollection<std::shared_ptr<ContactGroup>> grouped_results_;
+  std::vector<ContactGroup> grouped_results_;
   std::vector<std::string> searched_;  // keys of the folders searched (a handful)
   bool completed_ = false;
   bool aborted_ = false;

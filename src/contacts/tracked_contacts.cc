@@ -128,8 +128,14 @@ std::shared_ptr<ContactSearch> TrackedContacts::Search(const std::vector<std::st
   auto app = app_.lock();
   const std::string key = app ? app->GenerateKey() : std::string("S") + std::to_string(++own_keys_);
   auto search = std::make_shared<ContactSearch>(app_, weak_from_this(), key);
-  pSearches.Add(search, key);
+  // Most searches complete inside Start: only one that waits for a folder's first fill
+  // is filed as pending.
   search->Start(*emails);
+  if (!search->Completed()) {
+    pSearches.Add(search, key);
+    // Had the last folder become ready meanwhile, nothing else would resume it.
+    ResumePendingSearches();
+  }
   return search;
 }
 

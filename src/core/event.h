@@ -17,15 +17,34 @@
 
 namespace zintra {
 
+namespace event_detail {
+// A handler's place in an Event, which a Connection removes it from.
+class SlotBase {
+ public:
+  virtual void Detach() = 0;
+
+ protected:
+  ~SlotBase() = default;
+};
+}  // namespace event_detail
+
 class [[nodiscard]] Connection {
  public:
   Connection() = default;
   explicit Connection(std::function<void()> disconnect) : disconnect_(std::move(disconnect)) {}
-  Connection(Connection&& other) noexcept : disconnect_(std::exchange(other.disconnect_, {})) {}
+  // An Event's handler, held weakly: the event may go first.
+  explicit Connection(std::weak_ptr<event_detail::SlotBase> slot)
+      : slot_(std::move(slot)), has_slot_(true) {}
+  Connection(Connection&& other) noexcept
+      : disconnect_(std::exchange(other.disconnect_, {})),
+        slot_(std::exchange(other.slot_, {})),
+        has_slot_(std::exchange(other.has_slot_, false)) {}
   Connection& operator=(Connection&& other) noexcept {
     if (this != &other) {
       Disconnect();
       disconnect_ = std::exchange(other.disconnect_, {});
+      slot_ = std::exchange(other.slot_, {});
+      has_slot_ = std::exchange(other.has_slot_, false);
     }
     return *this;
   }
@@ -35,11 +54,17 @@ class [[nodiscard]] Connection {
 
   void Disconnect() {
     if (auto fn = std::exchange(disconnect_, {})) fn();
+    if (std::exchange(has_slot_, false)) {
+      // Held while it detaches: removing it from its event may drop the last owner.
+      if (auto slot = std::exchange(slot_, {}).lock()) slot->Detach();
+    }
   }
-  bool Connected() const { return static_cast<bool>(disconnect_); }
+  bool Connected() const { return static_cast<bool>(disconnect_) || has_slot_; }
 
  private:
   std::function<void()> disconnect_;
+  std::weak_ptr<event_detail::SlotBase> slot_;
+  bool has_slot_ = false;
 };
 
 template <typename... Args>
@@ -50,29 +75,22 @@ class Event {
   Event() = default;
   Event(const Event&) = delete;
   Event& operator=(const Event&) = delete;
-  ~Event() { state_->watch = nullptr; }  // a raise in progress may outlive the event
+  ~Event() {
+    if (state_) state_->watch = nullptr;  // a raise in progress may outlive the event
+  }
 
   [[nodiscard]] Connection Connect(Handler handler) {
-    if (state_->slots.empty() && state_->watch) state_->watch(true);
-    auto slot = std::make_shared<Slot>(Slot{std::move(handler), true});
-    state_->slots.push_back(slot);
-    std::weak_ptr<State> weak_state = state_;
-    std::weak_ptr<Slot> weak_slot = slot;
-    return Connection([weak_state, weak_slot] {
-      auto state = weak_state.lock();
-      auto dead = weak_slot.lock();
-      if (!state || !dead) return;
-      dead->alive = false;
-      auto& slots = state->slots;
-      slots.erase(std::remove(slots.begin(), slots.end(), dead), slots.end());
-      if (slots.empty() && state->watch) state->watch(false);
-    });
+    State& state = Shared();
+    if (state.slots.empty() && state.watch) state.watch(true);
+    auto slot = std::make_shared<Slot>(std::move(handler), state_);
+    state.slots.push_back(slot);
+    return Connection(std::weak_ptr<event_detail::SlotBase>(slot));
   }
 
   // Handlers may take arguments by reference (a Cancel flag): they see the caller's object.
   template <typename... CallArgs>
   void Raise(CallArgs&&... args) const {
-    if (state_->slots.empty()) return;
+    if (!state_ || state_->slots.empty()) return;
     std::shared_ptr<State> keep = state_;  // the event may be destroyed by a handler
     if (keep->slots.size() == 1) {         // the usual case: a snapshot of one needs no vector
       const std::shared_ptr<Slot> only = keep->slots.front();
@@ -85,21 +103,39 @@ class Event {
     }
   }
 
-  size_t HandlerCount() const { return state_->slots.size(); }
+  size_t HandlerCount() const { return state_ ? state_->slots.size() : 0; }
 
   // Replaces the watcher (see above); an empty function stops watching.
-  void Watch(std::function<void(bool has_handlers)> watch) { state_->watch = std::move(watch); }
+  void Watch(std::function<void(bool has_handlers)> watch) { Shared().watch = std::move(watch); }
 
  private:
-  struct Slot {
+  struct State;
+  struct Slot final : event_detail::SlotBase {
+    Slot(Handler h, const std::shared_ptr<State>& s) : handler(std::move(h)), state(s) {}
+    void Detach() override {
+      std::shared_ptr<State> owner = state.lock();
+      if (!owner) return;
+      alive = false;
+      std::erase_if(owner->slots,
+                    [this](const std::shared_ptr<Slot>& s) { return s.get() == this; });
+      if (owner->slots.empty() && owner->watch) owner->watch(false);
+    }
     Handler handler;
-    bool alive;
+    bool alive = true;
+    std::weak_ptr<State> state;
   };
   struct State {
     std::vector<std::shared_ptr<Slot>> slots;
     std::function<void(bool)> watch;
   };
-  std::shared_ptr<State> state_ = std::make_shared<State>();
+  // The handlers and the watcher, made when the first of them comes: most events of
+  // short-lived objects are never connected.
+  State& Shared() {
+    if (!state_) state_ = std::make_shared<State>();
+    return *state_;
+  }
+
+  std::shared_ptr<State> state_;
 };
 
 }  // namespace zintra

@@ -105,7 +105,7 @@ class JobQueue : public ICheckLinger, public std::enable_shared_from_this<JobQue
   void Abandon();
 
   // The task list. Keys are fresh strings; an unknown key throws ZError 5.
-  std::string TaskListAdd(const std::string& Description, int32_t RSIconIdx, float TotalWorkUnits,
+  std::string TaskListAdd(std::string Description, int32_t RSIconIdx, float TotalWorkUnits,
                           bool IsSupport);
   void TaskListProgress(const std::string& key, float UnitsDone);
   void TaskListRemove(const std::string& key);

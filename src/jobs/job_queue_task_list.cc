@@ -1,15 +1,17 @@
 // JobQueue: the task list, its tray icon and their form events.
+#include <utility>
+
 #include "src/core/z_error.h"
 #include "src/jobs/job_queue.h"
 
 namespace zintra {
 
-std::string JobQueue::TaskListAdd(const std::string& Description, int32_t RSIconIdx,
-                                  float TotalWorkUnits, bool IsSupport) {
+std::string JobQueue::TaskListAdd(std::string Description, int32_t RSIconIdx, float TotalWorkUnits,
+                                  bool IsSupport) {
   if (host_.log.KeepsDebugLines()) host_.log.WriteLogMessage("Adding task " + Description, false);
   auto entry = std::make_shared<TaskListEntry>();
   entry->Key = FreshKey(&tasks_, nullptr);
-  entry->Description = Description;
+  entry->Description = std::move(Description);
   entry->RSIconIdx = RSIconIdx;
   entry->TotalWorkUnits = TotalWorkUnits;
   entry->IsSupport = IsSupport;

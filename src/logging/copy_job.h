@@ -54,6 +54,8 @@ class CopyJob : public IJob, public std::enable_shared_from_this<CopyJob> {
   void Kill();
 
   CopyKind Kind() const { return kind_; }
+  // The key under which the owner keeps the job.
+  const std::string& Key() const { return key_; }
   const std::shared_ptr<Folder>& TargetFolder() const { return target_; }
   bool Killed() const { return killed_; }
 

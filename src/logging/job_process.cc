@@ -212,11 +212,14 @@ bool JobProcess::pPreScreen(const std::string& caller, const std::shared_ptr<Ite
   ZintraUtils& utils = Utils();
   std::string folder_name;
   ZintraUtils::ScreenedFacts facts;
+  facts.describe_later = true;
   // 1-3: skipped, nothing written.
   bool skip = !utils.GeneralScreening("new", item, AmIncomingFold, AmOutgoingFold, reason, subject_,
                                       folder_name, item_description_, &facts);
   (void)caller;
   folder_name_ = folder_name;
+  described_as_ = facts.described_as;
+  described_on_ = facts.described_on;
   if (!skip) {
     item_class_ = facts.item_class;
     class_known_ = true;
@@ -363,7 +366,11 @@ std::string JobProcess::CurrentUserName() {
 void JobProcess::Activate() {
   if (killed_) return;
   std::shared_ptr<JobProcess> self = shared_from_this();
-  if (!App() || !App()->Utils()) {
+  const bool gone = [this] {
+    std::shared_ptr<LoggingAddin> app = App();
+    return !app || !app->Utils();
+  }();
+  if (gone) {
     Kill();
     return;
   }
@@ -372,7 +379,7 @@ void JobProcess::Activate() {
       if (DebugLines()) LogLine("JobProcess Activate for item '" + subject_ + "'");
       if (!ValidateItem()) {
         LogErrorLine(
-            "Item '" + subject_ + "' " + item_description_ + " was deleted by another process.",
+            "Item '" + subject_ + "' " + ItemDescription() + " was deleted by another process.",
             "IJob_Activate");
         Decide(nullptr, {.kind = DecisionKind::kEnded, .reason = "deleted by another process"});
         // The job ends: Kill finds the item again if it can and clears its mark.
@@ -396,7 +403,15 @@ void JobProcess::Abort() {
 }
 
 std::string JobProcess::JobDescription() {
-  return "Process item: " + subject_ + " " + item_description_;
+  return "Process item: " + subject_ + " " + ItemDescription();
+}
+
+const std::string& JobProcess::ItemDescription() const {
+  if (described_as_) {
+    item_description_ = ZintraUtils::DescribeItem(described_as_, described_on_);
+    described_as_ = nullptr;
+  }
+  return item_description_;
 }
 
 bool JobProcess::ValidateItem() {

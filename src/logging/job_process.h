@@ -32,7 +32,6 @@
 #include <vector>
 
 #include "src/core/event.h"
-#include "src/core/keyed_collection.h"
 #include "src/host/decision_log.h"
 #include "src/host/outlook_constants.h"
 #include "src/jobs/i_check_linger.h"
@@ -113,7 +112,8 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
 
   // --- State, for the copy jobs, the lingering check and tests.
   const std::string& Subject() const { return subject_; }
-  const std::string& ItemDescription() const { return item_description_; }
+  // "[Recieved <date>]" ...: made when first shown (error lines, the job's description).
+  const std::string& ItemDescription() const;
   const std::string& ScreenReason() const { return screen_reason_; }
   bool Screened() const { return screened_; }
   bool Killed() const { return killed_; }
@@ -233,7 +233,11 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   std::shared_ptr<Item> working_copy_;  // set when MakeWorkingCopy made one
   bool AmIncomingFold_ = false;
   bool AmOutgoingFold_ = false;
-  std::string subject_, item_description_, folder_name_, screen_reason_;
+  std::string subject_, folder_name_, screen_reason_;
+  // The description, or (described_as_ set) what it is made of until first shown.
+  mutable std::string item_description_;
+  mutable const char* described_as_ = nullptr;
+  double described_on_ = 0;
   std::string entry_id_, store_id_;
   std::string task_id_;
   std::string wait_key_;
@@ -253,10 +257,15 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
     std::shared_ptr<Item> item;
     std::optional<std::string> entry_id;
   };
-  using ContactGroupFound = std::vector<FoundContact>;
-  KeyedCollection<std::shared_ptr<ContactGroupFound>> found_contacts_;
-  KeyedCollection<std::shared_ptr<CopyJob>> pending_logs_;
-  KeyedCollection<std::shared_ptr<CopyJob>> pending_shared_;
+  struct ContactGroupFound {
+    std::string folderset_key;
+    std::vector<FoundContact> contacts;
+  };
+  // A handful of folder sets at most: found by walking the list.
+  std::vector<ContactGroupFound> found_contacts_;
+  // The copy jobs not ended yet, a handful at most, each found by its key.
+  std::vector<std::shared_ptr<CopyJob>> pending_logs_;
+  std::vector<std::shared_ptr<CopyJob>> pending_shared_;
   // The copies made, each with the folder it was made in and, when the library made
   // it there, the EntryID and StoreID the library reported for it (empty: read them).
   struct CopyMade {

@@ -1,6 +1,7 @@
 // JobProcess: finding the tracked contacts an item concerns, through its links and
 // its e-mail addresses, and choosing the copy targets of each contact found.
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "src/contacts/contact_search.h"
@@ -183,12 +184,13 @@ void JobProcess::EmailSearch_SearchComplete(bool aborted) {
     if (DebugLines()) LogLine("Email search complete for item '" + subject_ + "'");
     if (DebugLines()) LogLine("Results: " + std::to_string(search->AllResults().size()));
     DecideMatches(*search);
-    for (const std::shared_ptr<ContactGroup>& group : search->GroupedResults().Values()) {
-      for (const std::shared_ptr<Item>& contact : group->contacts) {
+    // Nothing below changes the search's groups: they are walked in place.
+    for (const ContactGroup& group : search->GroupedResults()) {
+      for (const std::shared_ptr<Item>& contact : group.contacts) {
         if (killed_) return;
         // A search that completed inside this activation filtered its contacts in it:
         // nothing can have changed them since.
-        FoundLinkedContact(contact, group->folder, !waited);
+        FoundLinkedContact(contact, group.folder, !waited);
       }
     }
     // The copy stages run in activations of their own, not inside the search's event;
@@ -229,12 +231,16 @@ void JobProcess::FoundLinkedContact(const std::shared_ptr<Item>& contact,
   }
   if (DebugLines()) LogLine("FoundLinkedContact: '" + name + "'");
   DecideContact(DecisionKind::kContactAccepted, contact, "", "", folderset);
-  std::shared_ptr<ContactGroupFound>* slot = found_contacts_.Lookup(folderset->key());
-  if (!slot) {
-    found_contacts_.Add(std::make_shared<ContactGroupFound>(), folderset->key());
-    slot = &found_contacts_.Item(found_contacts_.Count());
+  // Folder-set keys compare as the add-in's keys do, without regard to case.
+  auto slot = std::find_if(found_contacts_.begin(), found_contacts_.end(),
+                           [&](const ContactGroupFound& found) {
+                             return text::EqualsNoCase(found.folderset_key, folderset->key());
+                           });
+  if (slot == found_contacts_.end()) {
+    found_contacts_.push_back({folderset->key(), {}});
+    slot = std::prev(found_contacts_.end());
   }
-  ContactGroupFound& group = **slot;
+  std::vector<FoundContact>& group = slot->contacts;
   bool known = false;
   if (!group.empty()) {
     const std::string entry_id = contact->EntryID();
@@ -280,7 +286,7 @@ void JobProcess::ChooseTargets(const std::shared_ptr<TrackedContactFolder>& fold
 
 void JobProcess::AddCopyJob(CopyKind kind, const std::shared_ptr<Folder>& target) {
   auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
-  for (const std::shared_ptr<CopyJob>& job : pending.Values()) {
+  for (const std::shared_ptr<CopyJob>& job : pending) {
     if (SameFolder(job->TargetFolder(), target)) return;  // one copy per target folder
   }
   std::shared_ptr<LoggingAddin> app = App();
@@ -291,7 +297,7 @@ void JobProcess::AddCopyJob(CopyKind kind, const std::shared_ptr<Folder>& target
   } else {
     job = std::make_shared<JobCreateShared>(app_);
   }
-  pending.Add(job, key);
+  pending.push_back(job);
   job->Initialize(shared_from_this(), target, key);
   if (!linger_check_) {
     auto check = std::make_shared<CopyJobLingerCheck>();

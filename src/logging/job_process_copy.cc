@@ -67,24 +67,32 @@ void JobProcess::RunStage() {
 
 bool JobProcess::StartCopyJobs(CopyKind kind) {
   auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
-  if (pending.Count() == 0) return false;
+  if (pending.empty()) return false;
   if (DebugLines())
     LogLine(std::string(kind == CopyKind::kLogged ? "Starting JobLogs for item '"
                                                   : "Starting JobCreateShareds for item '") +
             subject_ + "'");
-  for (const std::shared_ptr<CopyJob>& job : pending.Values()) job->Start();
+  // A job aborted as it is queued ends at once and leaves the list: the walk goes over a
+  // copy (for the usual one job, a copy of that job).
+  if (pending.size() == 1) {
+    const std::shared_ptr<CopyJob> only = pending.front();
+    only->Start();
+  } else {
+    const std::vector<std::shared_ptr<CopyJob>> jobs = pending;
+    for (const std::shared_ptr<CopyJob>& job : jobs) job->Start();
+  }
   return true;
 }
 
 void JobProcess::CopyJobEnded(CopyKind kind, const std::string& key, bool aborted) {
   auto& pending = kind == CopyKind::kLogged ? pending_logs_ : pending_shared_;
-  pending.RemoveIfPresent(key);
+  std::erase_if(pending, [&](const std::shared_ptr<CopyJob>& job) { return job->Key() == key; });
   if (killed_) return;
   if (aborted) {
     Kill();
     return;
   }
-  if (pending.Count() == 0) QueueSelf();
+  if (pending.empty()) QueueSelf();
 }
 
 void JobProcess::AddCopy(CopyKind kind, const std::shared_ptr<Item>& copy,
@@ -113,7 +121,7 @@ void JobProcess::FinalPostProcessing() {
   std::shared_ptr<Item> item = FindOriginal();
   if (!item) {
     original_missing_ = true;
-    LogErrorLine("Unable to find original item '" + subject_ + "' " + item_description_ +
+    LogErrorLine("Unable to find original item '" + subject_ + "' " + ItemDescription() +
                      " to mark it as logged",
                  "FinalPostProcessing");
     Decide(nullptr, {.kind = DecisionKind::kEnded, .reason = "the item could not be found again"});
@@ -140,7 +148,7 @@ void JobProcess::FinalPostProcessing() {
 }
 
 void JobProcess::LinkCopies(const std::shared_ptr<MapiObject>& object, CopyKind kind) {
-  const auto& copies = kind == CopyKind::kLogged ? logged_copies_ : shared_copies_;
+  auto& copies = kind == CopyKind::kLogged ? logged_copies_ : shared_copies_;
   if (copies.empty()) return;  // nothing to link: the lists are not created
   LoggedItemsLink link(Utils());
   // store_id_ is the item's store: the item found again is the held object or the one
@@ -153,12 +161,13 @@ void JobProcess::LinkCopies(const std::shared_ptr<MapiObject>& object, CopyKind 
   const char* what =
       kind == CopyKind::kLogged ? "' to logged item in folder '" : "' to shared copy in folder '";
   const bool debug = DebugLines();
-  for (const CopyMade& made : copies) {
+  // The copies' identifiers are not needed after their link: they are moved into it.
+  for (CopyMade& made : copies) {
     const std::shared_ptr<Folder>& folder = made.folder;
     if (made.entry_id.empty()) {
       link.LinkToItem(made.item, folder);
     } else {
-      link.LinkToItem(made.entry_id, made.store_id);
+      link.LinkToItem(std::move(made.entry_id), std::move(made.store_id));
     }
     if (debug) {
       LogLine("Linked '" + subject_ + "' from folder '" + folder_name_ + what +
@@ -241,11 +250,6 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
     entry_id = message->EntryID();
     store_id = message->StoreID();
     copy = app->Session()->GetItemFromID(entry_id, store_id);
-    // Linking, in a later activation, needs them again: a message's identifiers never
-    // change (a move makes another message, whose own are read then).
-    last_copy_ = copy;
-    last_copy_entry_id_ = entry_id;
-    last_copy_store_id_ = store_id;
   } catch (...) {
     // A half-made copy would keep its tag for ever: it goes at once.
     try {
@@ -273,9 +277,14 @@ std::shared_ptr<Item> JobProcess::CopyThroughLibrary(const std::shared_ptr<Item>
     } catch (const ZError&) {
     }
     if (stray) utils.PermDeleteItem(stray);
-    copy = moved;
-    last_copy_.reset();  // the moved copy's identifiers are its own
+    last_copy_.reset();
+    return moved;  // the moved copy's identifiers are its own
   }
+  // Linking, in a later activation, needs them again: a message's identifiers never
+  // change (a move makes another message, whose own are read then).
+  last_copy_ = copy;
+  last_copy_entry_id_ = std::move(entry_id);
+  last_copy_store_id_ = std::move(store_id);
   return copy;
 }
 

@@ -43,8 +43,10 @@ void JobProcess::Kill() {
 
   // Copy jobs still alive end with their owner.
   for (auto* pending : {&pending_logs_, &pending_shared_}) {
-    for (const std::shared_ptr<CopyJob>& job : pending->Values()) job->JobProcess_Kill();
-    pending->Clear();
+    // Told that their owner ended, they do not report back.
+    const std::vector<std::shared_ptr<CopyJob>> jobs = std::move(*pending);
+    pending->clear();
+    for (const std::shared_ptr<CopyJob>& job : jobs) job->JobProcess_Kill();
   }
   search_complete_.Disconnect();
   if (search_) {
@@ -98,7 +100,7 @@ void JobProcess::Kill() {
   marked_props_.reset();
   safe_.reset();
   parent_.reset();
-  found_contacts_.Clear();
+  found_contacts_.clear();
   logged_copies_.clear();
   shared_copies_.clear();
 }
@@ -133,7 +135,7 @@ void JobProcess::WriteFinalMarks() {
     if (!item) {
       if (!original_missing_) {
         original_missing_ = true;
-        LogErrorLine("Unable to find original item '" + subject_ + "' " + item_description_ +
+        LogErrorLine("Unable to find original item '" + subject_ + "' " + ItemDescription() +
                          " to mark it as logged",
                      "Kill");
       }
@@ -193,12 +195,12 @@ void JobProcess::QueueSelf() {
 
 int32_t JobProcess::FoundContactCount() const {
   int32_t n = 0;
-  for (const auto& group : found_contacts_.Values()) n += static_cast<int32_t>(group->size());
+  for (const auto& group : found_contacts_) n += static_cast<int32_t>(group.contacts.size());
   return n;
 }
 
 int32_t JobProcess::PendingCopyJobs(CopyKind kind) const {
-  return (kind == CopyKind::kLogged ? pending_logs_ : pending_shared_).Count();
+  return static_cast<int32_t>((kind == CopyKind::kLogged ? pending_logs_ : pending_shared_).size());
 }
 
 size_t JobProcess::CopyCount(CopyKind kind) const {

@@ -1,5 +1,6 @@
 // JobProcess: the sender's address and whether the sender is a colleague.
 #include <string_view>
+#include <utility>
 
 #include "src/core/text.h"
 #include "src/core/z_error.h"
@@ -61,7 +62,9 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
   } catch (const ZError&) {
     entry = nullptr;
   }
-  const std::string subject = subject_.empty() ? item->Subject() : subject_;
+  // The subject only goes into the line about a sender that cannot be had.
+  std::string subject;
+  if (!entry) subject = subject_.empty() ? item->Subject() : subject_;
   try {
     if (!entry) {
       LogErrorLine("AddressEntry could not be retrieved for the sender of '" + subject + "' " +
@@ -82,8 +85,9 @@ std::string JobProcess::SenderAddress(const std::shared_ptr<Item>& item, bool Wa
         smtp = entry->Fields(kPrSmtpAddress).ToString();
       }
       sender_of_ = item;
-      sender_native_ = native;
-      sender_smtp_ = smtp;
+      sender_native_ = std::move(native);
+      sender_smtp_ = std::move(smtp);
+      return WantSmtp ? sender_smtp_ : sender_native_;
     }
   } catch (const ZError& e) {
     // A sender that cannot be read is left out of the search.
@@ -100,7 +104,7 @@ bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
   if (!utils.CurrentUser(session)) return false;
   // Addresses compare without regard to case.
   const std::string sender = SenderAddress(item, false);
-  const std::string me = utils.CurrentUserAddress(session);
+  const std::string& me = utils.CurrentUserAddress(session);
   if (IsExchangeAddress(sender)) {
     const std::string_view org = Organisation(sender);
     return !org.empty() && text::EqualsNoCase(org, Organisation(me));
@@ -109,11 +113,7 @@ bool JobProcess::ItemFromInternalUser(const std::shared_ptr<Item>& item) {
   if (domain.empty()) return false;
   // An Exchange user's own domain is that of the SMTP address of its entry.
   std::string_view my_domain = Domain(me);
-  std::string smtp;
-  if (my_domain.empty()) {
-    smtp = utils.CurrentUserSmtpAddress(session);
-    my_domain = Domain(smtp);
-  }
+  if (my_domain.empty()) my_domain = Domain(utils.CurrentUserSmtpAddress(session));
   return text::EqualsNoCase(domain, my_domain);
 }
 

@@ -16,9 +16,8 @@ namespace {
 constexpr int kStoreListTries = 3;
 }  // namespace
 
-void LoggedItemsLink::Initialize(const std::shared_ptr<Item>& item,
-                                 const std::string& entry_ids_name,
-                                 const std::string& store_ids_name) {
+void LoggedItemsLink::Initialize(const std::shared_ptr<Item>& item, std::string_view entry_ids_name,
+                                 std::string_view store_ids_name) {
   if (!item)
     throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.Initialize");
   object_ = item->MAPIOBJECT();
@@ -28,8 +27,8 @@ void LoggedItemsLink::Initialize(const std::shared_ptr<Item>& item,
 }
 
 void LoggedItemsLink::Initialize(const std::shared_ptr<MapiObject>& object,
-                                 const std::string& store_id, const std::string& entry_ids_name,
-                                 const std::string& store_ids_name) {
+                                 const std::string& store_id, std::string_view entry_ids_name,
+                                 std::string_view store_ids_name) {
   if (!object)
     throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.Initialize");
   object_ = object;
@@ -46,7 +45,7 @@ void LoggedItemsLink::InitializeShared(const std::shared_ptr<Item>& item) {
   Initialize(item, kPropSharedCopyEntryIds, kPropSharedCopyStoreIds);
 }
 
-Value LoggedItemsLink::Read(const std::string& name) {
+Value LoggedItemsLink::Read(std::string_view name) {
   if (!object_) throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink");
   return utils_.GetNamedTextProp(item_store_id_, object_, name, kPtMvString8);
 }
@@ -66,27 +65,8 @@ bool LoggedItemsLink::Validate() {
   return entries.ToStringArray().size() == stores.ToStringArray().size();
 }
 
-void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy) {
-  if (!copy)
-    throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.LinkToItem");
-  LinkToItem(copy, copy->Parent());
-}
-
-void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy,
-                                 const std::shared_ptr<Folder>& folder) {
-  if (!copy)
-    throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.LinkToItem");
-  Append([&] {
-    std::string entry_id = copy->EntryID();
-    return std::pair(std::move(entry_id), folder ? folder->StoreID() : std::string());
-  });
-}
-
-void LoggedItemsLink::LinkToItem(const std::string& entry_id, const std::string& store_id) {
-  Append([&] { return std::pair(entry_id, store_id); });
-}
-
-void LoggedItemsLink::Append(const std::function<std::pair<std::string, std::string>()>& copy_ids) {
+template <typename CopyIds>
+void LoggedItemsLink::Append(CopyIds&& copy_ids) {
   Value::StringArray entries, stores;
   const Value old_entries = LinkedEntryIDs();
   if (!old_entries.IsEmpty()) {
@@ -118,6 +98,26 @@ void LoggedItemsLink::Append(const std::function<std::pair<std::string, std::str
       if (attempt == kStoreListTries) throw;
     }
   }
+}
+
+void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy) {
+  if (!copy)
+    throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.LinkToItem");
+  LinkToItem(copy, copy->Parent());
+}
+
+void LoggedItemsLink::LinkToItem(const std::shared_ptr<Item>& copy,
+                                 const std::shared_ptr<Folder>& folder) {
+  if (!copy)
+    throw ZError(kErrObjectNotSet, "Object variable not set", "LoggedItemsLink.LinkToItem");
+  Append([&] {
+    std::string entry_id = copy->EntryID();
+    return std::pair(std::move(entry_id), folder ? folder->StoreID() : std::string());
+  });
+}
+
+void LoggedItemsLink::LinkToItem(std::string entry_id, std::string store_id) {
+  Append([&] { return std::pair(std::move(entry_id), std::move(store_id)); });
 }
 
 std::vector<std::pair<std::string, std::string>> LoggedItemsLink::Links() {

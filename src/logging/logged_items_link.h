@@ -12,9 +12,9 @@
 // write is logged by ZintraUtils first). Outlook's thread only.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -31,16 +31,17 @@ class LoggedItemsLink {
  public:
   explicit LoggedItemsLink(ZintraUtils& utils) : utils_(utils) {}
 
-  // Keeps the item's MAPIOBJECT and the two property names.
-  void Initialize(const std::shared_ptr<Item>& item, const std::string& entry_ids_name,
-                  const std::string& store_ids_name);
+  // Keeps the item's MAPIOBJECT and the two property names, which are not copied: they
+  // must outlive the link (they are the system's name constants).
+  void Initialize(const std::shared_ptr<Item>& item, std::string_view entry_ids_name,
+                  std::string_view store_ids_name);
   // Shorthands for the two pairs of names.
   void InitializeLogged(const std::shared_ptr<Item>& item);
   void InitializeShared(const std::shared_ptr<Item>& item);
   // With the item's MAPIOBJECT already in hand and the StoreID of the item's store, so
   // that the names' tags are asked of that store once (ZintraUtils remembers them).
   void Initialize(const std::shared_ptr<MapiObject>& object, const std::string& store_id,
-                  const std::string& entry_ids_name, const std::string& store_ids_name);
+                  std::string_view entry_ids_name, std::string_view store_ids_name);
 
   // The lists as stored (a string array), or Empty when the item has none.
   Value LinkedEntryIDs();
@@ -55,7 +56,7 @@ class LoggedItemsLink {
   // The same, with the copy's folder already in hand.
   void LinkToItem(const std::shared_ptr<Item>& copy, const std::shared_ptr<Folder>& folder);
   // The same, with the copy's EntryID and StoreID already known.
-  void LinkToItem(const std::string& entry_id, const std::string& store_id);
+  void LinkToItem(std::string entry_id, std::string store_id);
 
   // The (entry ID, store ID) pairs of a valid link list; empty when not Validate().
   std::vector<std::pair<std::string, std::string>> Links();
@@ -64,14 +65,16 @@ class LoggedItemsLink {
   void Addin_Kill() { Kill(); }
 
  private:
-  Value Read(const std::string& name);
-  // Grows both lists by the copy's pair (EntryID, StoreID) and writes them.
-  void Append(const std::function<std::pair<std::string, std::string>()>& copy_ids);
+  Value Read(std::string_view name);
+  // Grows both lists by the copy's pair (EntryID, StoreID), which `copy_ids` reads once
+  // the lists have been read, and writes them.
+  template <typename CopyIds>
+  void Append(CopyIds&& copy_ids);
 
   ZintraUtils& utils_;
   std::shared_ptr<MapiObject> object_;
   std::string item_store_id_;  // empty: the names' tags are asked for on every use
-  std::string entry_ids_name_, store_ids_name_;
+  std::string_view entry_ids_name_, store_ids_name_;
 };
 
 }  // namespace zintra

@@ -173,16 +173,20 @@ std::shared_ptr<AddressEntry> ZintraUtils::CurrentUser(const std::shared_ptr<Rdo
   return current_user_.entry;
 }
 
-std::string ZintraUtils::CurrentUserAddress(const std::shared_ptr<RdoSession>& session) {
+namespace {
+const std::string kNoAddress;
+}  // namespace
+
+const std::string& ZintraUtils::CurrentUserAddress(const std::shared_ptr<RdoSession>& session) {
   std::shared_ptr<AddressEntry> user = CurrentUser(session);
-  if (!user) return {};
+  if (!user) return kNoAddress;
   if (!current_user_.address) current_user_.address = user->Address();
   return *current_user_.address;
 }
 
-std::string ZintraUtils::CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session) {
+const std::string& ZintraUtils::CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session) {
   std::shared_ptr<AddressEntry> user = CurrentUser(session);
-  if (!user) return {};
+  if (!user) return kNoAddress;
   if (!current_user_.smtp_address) {
     current_user_.smtp_address = user->Fields(kPrSmtpAddress).ToString();
   }

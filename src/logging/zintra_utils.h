@@ -24,7 +24,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "src/core/key_generator.h"
@@ -169,11 +168,19 @@ class ZintraUtils {
     std::shared_ptr<UserProperties> user_properties;
     // "Zintra Tag" as the last test found it (nullptr: absent); set once it was read.
     std::shared_ptr<UserProperty> tag;
+    // Set by a caller that shows the description only in rare lines: unless the debug
+    // line needs it at once, item_description is left empty and these say what it is
+    // made of, for DescribeItem when it is first shown.
+    bool describe_later = false;
+    const char* described_as = nullptr;  // its label; nullptr: item_description is made
+    double described_on = 0;
   };
   bool GeneralScreening(const std::string& caller, const std::shared_ptr<Item>& item, bool Received,
                         bool Sent, std::string& reason, std::string& subject,
                         std::string& folder_name, std::string& item_description,
                         ScreenedFacts* facts = nullptr);
+  // A screened item's description ("[Sent 25-Nov/26 3:16a]") from its label and date.
+  static std::string DescribeItem(const char* label, double date);
 
   // ---- Item type and versions.
   // OlItemType number for the item's kind (reports count as mail, documents as
@@ -220,8 +227,9 @@ class ZintraUtils {
   // is compared with it. Its address and its SMTP address (PR_SMTP_ADDRESS) likewise,
   // each read on first use; a failed read throws and is tried again next time.
   std::shared_ptr<AddressEntry> CurrentUser(const std::shared_ptr<RdoSession>& session);
-  std::string CurrentUserAddress(const std::shared_ptr<RdoSession>& session);
-  std::string CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session);
+  // Both are valid until the next call that changes the session or Kill.
+  const std::string& CurrentUserAddress(const std::shared_ptr<RdoSession>& session);
+  const std::string& CurrentUserSmtpAddress(const std::shared_ptr<RdoSession>& session);
 
  private:
   Value GetUserPropertyIn(const std::shared_ptr<UserProperties>& props, std::string_view name,
@@ -265,14 +273,20 @@ class ZintraUtils {
     std::optional<std::string> address, smtp_address;
   };
   CurrentUserFacts current_user_;
-  // Named-property tags by store ID, then by name and property-set GUID. The keys share
-  // long stretches (the GUID, the names' common start), so a store's tags are hashed
-  // rather than ordered. An item's marks all go to one store: the last store's tags are
-  // kept at hand, and the key being looked up keeps its room between calls.
-  std::map<std::string, std::unordered_map<std::string, int32_t>> named_tags_;
-  std::unordered_map<std::string, int32_t>* last_store_tags_ = nullptr;
+  // Named-property tags by store ID. The add-in uses a handful of names, all in one or
+  // two property sets, so a store's tags are a short list walked in order: comparing the
+  // name (which differs early) and then the GUID costs less than building and hashing a
+  // key of both. An item's marks all go to one store: the last store's tags are kept at
+  // hand.
+  struct RememberedTag {
+    bool text;  // a text name, not a numeric id: the two never match each other
+    std::string name;
+    std::string guid;
+    int32_t tag;
+  };
+  std::map<std::string, std::vector<RememberedTag>> named_tags_;
+  std::vector<RememberedTag>* last_store_tags_ = nullptr;
   std::string last_store_id_;
-  std::string named_tag_key_;
   // Search keys by folder object (the weak pointer tells a live object from a new one
   // at the same address).
   struct RememberedKey {

@@ -137,17 +137,17 @@ int32_t ZintraUtils::NamedPropTag(MapiUtils& utils, const std::string& store_id,
     last_store_tags_ = &named_tags_[store_id];
     last_store_id_ = store_id;
   }
-  // A numeric id and a text name never share a key.
-  std::string& key = named_tag_key_;
-  key.assign(name.text ? "s:" : "n:");
-  key += name.name;
-  key += '\n';
-  key += guid;
-  if (auto it = last_store_tags_->find(key); it != last_store_tags_->end()) return it->second;
-  // The host call below may lead to another lookup, for another store even.
-  std::string missing = key;
+  for (const RememberedTag& known : *last_store_tags_) {
+    if (known.name == name.name && known.text == name.text && known.guid == guid) {
+      return known.tag;
+    }
+  }
   const int32_t tag = ask_host();
-  if (PropId(tag) != 0) named_tags_[store_id].emplace(std::move(missing), tag);
+  // The host call may have led to another lookup, for another store even: the list is
+  // found again.
+  if (PropId(tag) != 0) {
+    named_tags_[store_id].push_back({name.text, std::string(name.name), guid, tag});
+  }
   return tag;
 }
 

@@ -58,18 +58,30 @@ bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_
 
     // The labels are crossed on purpose: a received mail is described by the time it
     // was sent, a sent one by the time it was received.
+    const char* label = nullptr;
+    double date = 0;
     if (item_class == ItemClass::kMail) {
       if (Received) {
-        item_description = "[Recieved " + FormatDate(item->SentOn(), kScreeningDateFormat) + "]";
+        label = "Recieved";
+        date = item->SentOn();
       } else if (Sent) {
-        item_description = "[Sent " + FormatDate(item->ReceivedTime(), kScreeningDateFormat) + "]";
+        label = "Sent";
+        date = item->ReceivedTime();
       }
     }
-    if (item_description.empty()) {
-      item_description = "[Created " + FormatDate(item->CreationTime(), kScreeningDateFormat) + "]";
+    if (!label) {
+      label = "Created";
+      date = item->CreationTime();
+    }
+    const bool debug = errors_.KeepsDebugLines();
+    if (facts && facts->describe_later && !debug) {
+      facts->described_as = label;
+      facts->described_on = date;
+    } else {
+      item_description = DescribeItem(label, date);
     }
 
-    if (errors_.KeepsDebugLines()) {
+    if (debug) {
       errors_.WriteLogMessage("Screening " + caller + " " + type_name + " '" + subject + "' in '" +
                                   folder_name + "' " + item_description,
                               false);
@@ -92,6 +104,10 @@ bool ZintraUtils::GeneralScreening(const std::string& caller, const std::shared_
     rec.Raise();
     throw;
   }
+}
+
+std::string ZintraUtils::DescribeItem(const char* label, double date) {
+  return std::string("[") + label + " " + FormatDate(date, kScreeningDateFormat) + "]";
 }
 
 }  // namespace zintra

@@ -29,8 +29,8 @@ class ContactSearchTest : public ContactsTest {
   }
   std::vector<std::string> GroupKeysNames(const ContactSearch& search) {
     std::vector<std::string> out;
-    for (const auto& group : search.GroupedResults().Values()) {
-      out.push_back(group->folder->Name() + ":" + std::to_string(group->contacts.size()));
+    for (const auto& group : search.GroupedResults()) {
+      out.push_back(group.folder->Name() + ":" + std::to_string(group.contacts.size()));
     }
     return out;
   }
@@ -64,8 +64,8 @@ TEST_F(ContactSearchTest, AContactFoundForTwoAddressesIsInItsGroupForEach) {
     EXPECT_TRUE(search->Completed());
     EXPECT_THAT(Names(search->Results("dee@x.example")), ElementsAre("Dee One"));
     EXPECT_THAT(Names(search->Results("dee@home.example")), ElementsAre("Dee One"));
-    ASSERT_EQ(search->GroupedResults().Count(), 1);
-    EXPECT_THAT(Names(search->GroupedResults().Item(1)->contacts),
+    ASSERT_EQ(search->GroupedResults().size(), 1u);
+    EXPECT_THAT(Names(search->GroupedResults().front().contacts),
                 ElementsAre("Dee One", "Dee One"));
   }
 }

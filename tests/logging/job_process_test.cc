@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "src/core/date.h"
 #include "src/host/outlook_folder.h"
 #include "src/host/outlook_item.h"
 #include "src/logging/logged_items_link.h"
@@ -225,6 +226,33 @@ TEST_F(JobProcessTest, ItemDeletedBeforeActivationIsReported) {
   EXPECT_EQ(errors[0].rfind("Item 'Vanishing' [Recieved ", 0), 0u);
   EXPECT_NE(errors[0].find(" was deleted by another process."), std::string::npos);
   EXPECT_EQ(ItemsIn(customers.journal).size(), 0u);
+}
+
+// A log that keeps no debug lines has the item's description made only when a line
+// shows it; it reads as it would have at screening: the sending time of a received
+// mail in "dd-mmm/yy h:Nna/p".
+TEST_F(JobProcessTest, AQuietLogDescribesTheItemInItsErrorLinesAndTheJobsDescription) {
+  RegSettings quiet = env.settings;
+  quiet.LogLevel = 1;  // errors only
+  env.Start();
+  env.errors.Addin_RegSettingsChanged(env.settings, quiet);
+  env.queue->SetPaused(true);
+  // Received at 15:17, sent a minute earlier.
+  const double received = DateSerial(2026, 11, 25) + TimeSerial(15, 17, 0);
+  auto record = env.builder.MailFrom(ProfileBuilder::Smtp("Ann", "ann@fabrikam.com"),
+                                     MailSpec{"Vanishing", "", received});
+  auto job = std::make_shared<JobProcess>(env.addin);
+  ASSERT_TRUE(job->Initialize("test", env.ItemOf(record), true, false));
+  EXPECT_EQ(job->JobDescription(), "Process item: Vanishing [Recieved 25-Nov/26 3:16p]");
+  env.profile.DestroyMessage(record);
+  env.queue->SetPaused(false);
+  env.RunQueue();
+  const auto errors = env.Errors();
+  ASSERT_GE(errors.size(), 1u);
+  EXPECT_EQ(errors[0].rfind(
+                "Item 'Vanishing' [Recieved 25-Nov/26 3:16p] was deleted by another process.", 0),
+            0u)
+      << errors[0];
 }
 
 TEST_F(JobProcessTest, AddinKillEndsAWaitingJobAndClearsItsMark) {

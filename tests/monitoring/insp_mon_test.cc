@@ -45,6 +45,12 @@ TEST_F(InspMonTest, ItemAndInspectorCloseRaiseOneEvent) {
   inspector->Close(1);  // the item's Close, then the inspector's
   EXPECT_EQ(closed, 1);
   EXPECT_EQ(mon->Inspector(), nullptr);
+  // Either close arriving again raises nothing more, and never cancels the item's.
+  mon->MyInspector_Close();
+  bool cancel = false;
+  mon->Item_Close(cancel);
+  EXPECT_EQ(closed, 1);
+  EXPECT_FALSE(cancel);
 }
 
 TEST_F(InspMonTest, KindOutsideTheListIsWatchedThroughTheInspectorOnly) {
@@ -83,7 +89,7 @@ TEST_F(InspMonTest, NoteWithoutWindowHandleRaises) {
 }
 
 TEST_F(InspMonTest, HookedInspectorLivesOnTheWaitListUntilItsInspectorCloses) {
-  auto contacts = env.AddFolderSet("Clients");
+  auto contacts = env.AddFolderSet("Clients").contacts;
   env.builder.Contact(contacts, {"Ann Lee", {"ann@fabrikam.com"}});
   env.Start(false);
   env.Run();

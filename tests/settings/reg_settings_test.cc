@@ -240,6 +240,7 @@ TEST_F(SettingsTest, AMachineWideInstallKeepsItsSettingsInTheMachineHive) {
   s.DialogSuppressed(12, true);
   s.UserFirstRun(false);
   EXPECT_EQ(UserValue("\\SuppressDialogs", "12")->AsDword(), 1u);
+  EXPECT_FALSE(registry_.HasKey(kHKeyLocalMachine, "Software\\Brellow\\Zintra\\SuppressDialogs"));
   EXPECT_EQ(UserValue("", "UserFirstRun")->AsDword(), 0u);
   EXPECT_TRUE(s.DialogSuppressed(12));
   EXPECT_FALSE(s.DialogSuppressed(13));

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/jobs/job_test_env.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::testing {
 namespace {
@@ -156,13 +157,10 @@ TEST_F(JobQueueSync, OutlookQuittingDuringAJobShutsDownWhenItReturns) {
 
 TEST_F(JobQueueSync, SecondInitializeFails) {
   EXPECT_EQ(env.addin->lingers.size(), 1u);
-  try {
-    env.queue->Initialize(env.addin);
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kErrInvalidCall);
-    EXPECT_EQ(e.Description(), "JobQueue already initialized");
-  }
+  std::optional<ZError> e = Raised([&] { env.queue->Initialize(env.addin); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), kErrInvalidCall);
+  EXPECT_EQ(e->Description(), "JobQueue already initialized");
 }
 
 TEST_F(JobQueueAsync, SliceEndsAfterOneActivationWhenTheClockHasNotMoved) {

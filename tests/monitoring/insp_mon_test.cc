@@ -7,6 +7,7 @@
 #include "src/monitoring/hooked_inspector.h"
 #include "src/monitoring/insp_mon.h"
 #include "tests/monitoring/monitoring_env.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::monitoring_test {
 namespace {
@@ -80,12 +81,9 @@ TEST_F(InspMonTest, NoteWithoutWindowHandleRaises) {
   env.profile.Faults().FailAlways("Inspector.Hwnd", 5, "no window");
   auto mon = std::make_shared<InspMon>();
   mon->SetSubclasser(subclasser);
-  try {
-    mon->SetInspector(inspector);
-    FAIL() << "no error raised";
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Description(), kErrTextNoNoteWindow);
-  }
+  std::optional<ZError> e = Raised([&] { mon->SetInspector(inspector); });
+  ASSERT_TRUE(e) << "no error raised";
+  EXPECT_EQ(e->Description(), kErrTextNoNoteWindow);
 }
 
 TEST_F(InspMonTest, HookedInspectorLivesOnTheWaitListUntilItsInspectorCloses) {

@@ -1,5 +1,6 @@
 // What a call raises as one of the system's own errors, for tests that expect it to fail:
-// ErrorOf gives the error number (0 when the call returns), Raised the whole error.
+// ErrorOf gives the error number (0 when the call returns), Raised the whole error (of
+// another class when told, such as an input error).
 #pragma once
 
 #include <functional>
@@ -18,10 +19,11 @@ inline int32_t ErrorOf(const std::function<void()>& call) {
   return 0;
 }
 
-inline std::optional<ZError> Raised(const std::function<void()>& call) {
+template <class Error = ZError>
+std::optional<Error> Raised(const std::function<void()>& call) {
   try {
     call();
-  } catch (const ZError& e) {
+  } catch (const Error& e) {
     return e;
   }
   return std::nullopt;

@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "tests/support/error_of.h"
 #include "tools/zintra-sim/demo_scenario.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/scenario_reader.h"
@@ -243,15 +244,13 @@ class BadScenarioTest : public ::testing::TestWithParam<BadCase> {};
 
 TEST_P(BadScenarioTest, NamesTheLineFieldAndWhatWasExpected) {
   const BadCase& c = GetParam();
-  try {
-    ReadScenarioText(c.text, "bad.json", ".");
-    FAIL() << "accepted: " << c.what;
-  } catch (const InputError& e) {
-    EXPECT_EQ(e.file(), "bad.json");
-    EXPECT_EQ(e.line(), c.line) << e.what();
-    EXPECT_EQ(e.field(), c.field) << e.what();
-    EXPECT_THAT(e.what(), HasSubstr(c.message));
-  }
+  std::optional<InputError> e =
+      Raised<InputError>([&] { ReadScenarioText(c.text, "bad.json", "."); });
+  ASSERT_TRUE(e) << "accepted: " << c.what;
+  EXPECT_EQ(e->file(), "bad.json");
+  EXPECT_EQ(e->line(), c.line) << e->what();
+  EXPECT_EQ(e->field(), c.field) << e->what();
+  EXPECT_THAT(e->what(), HasSubstr(c.message));
 }
 
 // A file whose profile has no folders (the rest from line 2 on), or has the given ones or

@@ -116,21 +116,5 @@ TEST_F(LingerTest, OutlookOlderThan2000GetsTheMessageAndNoAddin) {
   EXPECT_THAT(Lines(), ::testing::Not(Contains(::testing::HasSubstr("Quit method called"))));
 }
 
-TEST_F(LingerTest, InspMonRaisesOnceWhicheverWayTheInspectorCloses) {
-  outlook.Start(sim::StartWindows::kNone, false);
-  auto inspector = outlook.OpenInspector(nullptr);
-  auto mon = std::make_shared<InspMon>();
-  mon->SetInspector(inspector);
-  int closed = 0;
-  Connection c = mon->InspectorClosed.Connect([&] { ++closed; });
-  mon->MyInspector_Close();
-  bool cancel = false;
-  mon->Item_Close(cancel);
-  inspector->Close(0);
-  EXPECT_EQ(closed, 1);
-  EXPECT_FALSE(mon->Inspector());
-  EXPECT_FALSE(cancel);
-}
-
 }  // namespace
 }  // namespace zintra::testing

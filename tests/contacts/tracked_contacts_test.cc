@@ -1,6 +1,7 @@
 #include "src/contacts/tracked_contacts.h"
 
 #include "tests/contacts/contacts_env.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::testing {
 namespace {
@@ -128,13 +129,10 @@ TEST_F(TrackedContactsTest, SharingQueriesAndSetFoldersFollowTheSettings) {
 
 TEST_F(TrackedContactsTest, SearchWithoutAddressesIsRefused) {
   Start();
-  try {
-    tracked->Search(nullptr);
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kErrInvalidCall);
-    EXPECT_EQ(e.Description(), "No emails to search specified");
-  }
+  std::optional<ZError> e = Raised([&] { tracked->Search(nullptr); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), kErrInvalidCall);
+  EXPECT_EQ(e->Description(), "No emails to search specified");
 }
 
 TEST_F(TrackedContactsTest, LingeringFoldersAndSearchesAreReported) {

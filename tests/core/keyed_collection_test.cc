@@ -1,4 +1,5 @@
 #include "src/core/keyed_collection.h"
+#include "tests/support/error_of.h"
 
 #include <gtest/gtest.h>
 
@@ -7,15 +8,6 @@
 
 namespace zintra {
 namespace {
-
-int ErrorOf(const std::function<void()>& fn) {
-  try {
-    fn();
-  } catch (const ZError& e) {
-    return e.Number();
-  }
-  return 0;
-}
 
 TEST(KeyedCollectionTest, KeepsOrderFromOneAndFindsKeysWithoutCase) {
   KeyedCollection<int> c;

@@ -3,18 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "src/core/z_error.h"
+#include "tests/support/error_of.h"
 
 namespace zintra {
 namespace {
-
-int ErrorOf(const std::function<void()>& fn) {
-  try {
-    fn();
-  } catch (const ZError& e) {
-    return e.Number();
-  }
-  return 0;
-}
 
 TEST(ValueTest, EmptyConvertsToZeroAndEmptyText) {
   Value v;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "src/errors/programming_error.h"
+#include "tests/support/error_of.h"
 
 namespace zintra {
 namespace {
@@ -79,28 +80,20 @@ TEST(CachedErrorTest, MissingNamesShowAsQuestionMarks) {
 TEST(CachedErrorTest, StepIndexOutsideTheTrailRaisesSubscriptError) {
   CachedError rec = ThroughThreeProcedures();
   for (int32_t index : {-1, 3}) {
-    try {
-      rec.PropogatedMethod(index);
-      ADD_FAILURE() << index;
-    } catch (const ZError& e) {
-      EXPECT_EQ(e.Number(), kErrSubscript);
-    }
+    EXPECT_EQ(ErrorOf([&] { rec.PropogatedMethod(index); }), kErrSubscript) << index;
   }
   EXPECT_THROW(CachedError().OutermostLine(), ZError);
 }
 
 TEST(CachedErrorTest, RaiseRethrowsEverythingAndNothingForNumberZero) {
   CachedError rec = ThroughThreeProcedures();
-  try {
-    rec.Raise();
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), 1234);
-    EXPECT_EQ(e.Source(), rec.Source());
-    EXPECT_EQ(e.Description(), "Disk on fire");
-    EXPECT_EQ(e.HelpFile(), "zintra.chm");
-    EXPECT_EQ(e.HelpContext(), 77);
-  }
+  std::optional<ZError> e = Raised([&] { rec.Raise(); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), 1234);
+  EXPECT_EQ(e->Source(), rec.Source());
+  EXPECT_EQ(e->Description(), "Disk on fire");
+  EXPECT_EQ(e->HelpFile(), "zintra.chm");
+  EXPECT_EQ(e->HelpContext(), 77);
   EXPECT_NO_THROW(CachedError().Raise());
 }
 

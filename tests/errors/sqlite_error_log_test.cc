@@ -7,6 +7,7 @@
 
 #include "src/core/z_error.h"
 #include "tests/errors/temp_folder.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::hosts {
 namespace {
@@ -104,33 +105,21 @@ TEST_F(SqliteErrorLogTest, RelocateMovesTheFileAndLaterWritesGoThere) {
 }
 
 TEST_F(SqliteErrorLogTest, FailuresRaiseErrors) {
-  try {
-    log_.LogMessage("Zintra3", "too early", false, SampleVersions());
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kErrObjectNotSet);
-  }
+  EXPECT_EQ(ErrorOf([&] { log_.LogMessage("Zintra3", "too early", false, SampleVersions()); }),
+            kErrObjectNotSet);
   // A folder where the file should be cannot be opened as a database.
   std::filesystem::create_directories(tmp_.path() / "ZINTRAERRORS.MDB");
-  try {
-    log_.Open(LogFile(), 2048, true);
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), 75);
-    EXPECT_NE(e.Description().find("ZINTRAERRORS.MDB"), std::string::npos);
-  }
+  std::optional<ZError> e = Raised([&] { log_.Open(LogFile(), 2048, true); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), 75);
+  EXPECT_NE(e->Description().find("ZINTRAERRORS.MDB"), std::string::npos);
   EXPECT_EQ(log_.Path(), "");
   // Without create a missing file is not made.
   EXPECT_THROW(log_.Open(tmp_.str() + "\\missing\\X.MDB", 2048, false), ZError);
 
   SqliteErrorLogFactory factory(tmp_.path());
   factory.SetAvailable(false);
-  try {
-    factory.CreateErrorLog();
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), 429);
-  }
+  EXPECT_EQ(ErrorOf([&] { factory.CreateErrorLog(); }), 429);
   factory.SetAvailable(true);
   EXPECT_NE(factory.CreateErrorLog(), nullptr);
   EXPECT_EQ(factory.Created().size(), 1u);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/jobs/job_test_env.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::testing {
 namespace {
@@ -13,9 +14,17 @@ using ::testing::IsEmpty;
 
 constexpr int64_t kMs = 1000;
 
-TEST(JobQueueSync, QueueRunsTheJobAndItsRequeuedWorkBeforeReturning) {
-  JobEnv env;
-  env.Start();
+// A started queue, run at once or (async) on 10 ms timer slices of 15.625 ms clock ticks.
+template <bool kAsync>
+class QueueTest : public ::testing::Test {
+ protected:
+  QueueTest() { env.Start(); }
+  JobEnv env{kAsync};
+};
+using JobQueueSync = QueueTest<false>;
+using JobQueueAsync = QueueTest<true>;
+
+TEST_F(JobQueueSync, QueueRunsTheJobAndItsRequeuedWorkBeforeReturning) {
   auto a = env.Job("a", 3);
   env.queue->Queue(a, false);
   EXPECT_EQ(a->activations, 3);
@@ -23,9 +32,7 @@ TEST(JobQueueSync, QueueRunsTheJobAndItsRequeuedWorkBeforeReturning) {
   EXPECT_EQ(env.queue->ActiveJob(), nullptr);
 }
 
-TEST(JobQueueSync, JobQueuedFromInsideAnActivationRunsAfterItInTheSameRun) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, JobQueuedFromInsideAnActivationRunsAfterItInTheSameRun) {
   auto inner = env.Job("inner");
   auto outer = env.Job("outer");
   outer->on_activate = [&](ScriptedJob&) {
@@ -38,9 +45,7 @@ TEST(JobQueueSync, JobQueuedFromInsideAnActivationRunsAfterItInTheSameRun) {
   EXPECT_THAT(env.trace, ElementsAre("outer", "outer returns", "inner"));
 }
 
-TEST(JobQueueSync, LatestTopPriorityJobRunsFirst) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, LatestTopPriorityJobRunsFirst) {
   env.queue->SetPaused(true);
   env.queue->Queue(env.Job("top-on-empty"), true);  // an empty queue appends
   env.queue->Queue(env.Job("normal"), false);
@@ -51,9 +56,7 @@ TEST(JobQueueSync, LatestTopPriorityJobRunsFirst) {
   EXPECT_THAT(env.trace, ElementsAre("top2", "top1", "top-on-empty", "normal"));
 }
 
-TEST(JobQueueSync, JobRequeueingWhileAbortingIsToldToAbortAgainWithAWarning) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, JobRequeueingWhileAbortingIsToldToAbortAgainWithAWarning) {
   env.queue->SetPaused(true);
   auto stubborn = env.Job("stubborn");
   stubborn->on_abort = [&](ScriptedJob& self) {
@@ -70,9 +73,7 @@ TEST(JobQueueSync, JobRequeueingWhileAbortingIsToldToAbortAgainWithAWarning) {
   EXPECT_EQ(env.queue->QueuedJobsCount(), 0);
 }
 
-TEST(JobQueueSync, PausingRules) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, PausingRules) {
   auto job = env.Job("pauser");
   ZError raised(0);
   job->on_activate = [&](ScriptedJob&) {
@@ -91,9 +92,7 @@ TEST(JobQueueSync, PausingRules) {
   EXPECT_EQ(raised.Description(), "Cannot pause Queue while flushing");
 }
 
-TEST(JobQueueSync, RunLongerThanOneSecondShowsTheTaskListAndHidesItAtTheEnd) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, RunLongerThanOneSecondShowsTheTaskListAndHidesItAtTheEnd) {
   auto slow = env.Job("slow", 6);
   slow->on_activate = [&](ScriptedJob&) { env.clock.AdvanceMs(600); };
   env.queue->Queue(slow, false);
@@ -110,9 +109,7 @@ TEST(JobQueueSync, RunLongerThanOneSecondShowsTheTaskListAndHidesItAtTheEnd) {
   EXPECT_EQ(env.view().visibility_changes().size(), 2u);
 }
 
-TEST(JobQueueSync, AbandonAbortsQueuedJobsAndDisablesTheQueue) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, AbandonAbortsQueuedJobsAndDisablesTheQueue) {
   env.queue->SetPaused(true);
   auto a = env.Job("a");
   env.queue->Queue(a, false);
@@ -126,9 +123,7 @@ TEST(JobQueueSync, AbandonAbortsQueuedJobsAndDisablesTheQueue) {
   EXPECT_EQ(env.queue->QueuedJobsCount(), 0);
 }
 
-TEST(JobQueueSync, JobErrorsAreLoggedAndTheRunGoesOn) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, JobErrorsAreLoggedAndTheRunGoesOn) {
   env.queue->SetPaused(true);
   auto bad = env.Job("bad");
   bad->on_activate = [](ScriptedJob&) { throw ZError(kErrTypeMismatch, "Type mismatch"); };
@@ -146,9 +141,7 @@ TEST(JobQueueSync, JobErrorsAreLoggedAndTheRunGoesOn) {
   EXPECT_EQ(errors[0].Innermost(), "JobQueue.pDoJob");
 }
 
-TEST(JobQueueSync, OutlookQuittingDuringAJobShutsDownWhenItReturns) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, OutlookQuittingDuringAJobShutsDownWhenItReturns) {
   env.queue->SetPaused(true);
   auto a = env.Job("a");
   a->on_activate = [&](ScriptedJob&) { env.queue->ShutdownZintraOnJobComplete = true; };
@@ -162,23 +155,15 @@ TEST(JobQueueSync, OutlookQuittingDuringAJobShutsDownWhenItReturns) {
   EXPECT_EQ(env.queue->TimerForm(), nullptr);  // the add-in's shut-down killed the queue
 }
 
-TEST(JobQueueSync, SecondInitializeFails) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, SecondInitializeFails) {
   EXPECT_EQ(env.addin->lingers.size(), 1u);
-  try {
-    env.queue->Initialize(env.addin);
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kErrInvalidCall);
-    EXPECT_EQ(e.Description(), "JobQueue already initialized");
-  }
+  std::optional<ZError> e = Raised([&] { env.queue->Initialize(env.addin); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), kErrInvalidCall);
+  EXPECT_EQ(e->Description(), "JobQueue already initialized");
 }
 
-// Async mode: 10 ms interval, 10 ms slices, 15.625 ms clock ticks.
-TEST(JobQueueAsync, SliceEndsAfterOneActivationWhenTheClockHasNotMoved) {
-  JobEnv env(true);
-  env.Start();
+TEST_F(JobQueueAsync, SliceEndsAfterOneActivationWhenTheClockHasNotMoved) {
   auto a = env.Job("a", 3);
   env.queue->Queue(a, false);
   EXPECT_EQ(a->activations, 0);
@@ -192,10 +177,9 @@ TEST(JobQueueAsync, SliceEndsAfterOneActivationWhenTheClockHasNotMoved) {
   EXPECT_FALSE(env.queue->TimerForm()->Active());
 }
 
-TEST(JobQueueAsync, SliceRunsUntilTheChunkHasPassed) {
-  JobEnv env(true);
+TEST_F(JobQueueAsync, SliceRunsUntilTheChunkHasPassed) {
   env.addin->settings.QueuedWorkTimechunk = 50;
-  env.Start();
+  env.Start();  // a new queue with the longer chunk
   auto a = env.Job("a", 10);
   a->on_activate = [&](ScriptedJob&) { env.clock.AdvanceMs(16); };
   env.queue->Queue(a, false);
@@ -204,9 +188,7 @@ TEST(JobQueueAsync, SliceRunsUntilTheChunkHasPassed) {
   EXPECT_EQ(a->activations, 4);
 }
 
-TEST(JobQueueAsync, FlushFromInsideAJobRunsTheQueueToTheEnd) {
-  JobEnv env(true);
-  env.Start();
+TEST_F(JobQueueAsync, FlushFromInsideAJobRunsTheQueueToTheEnd) {
   auto flusher = env.Job("flusher");
   flusher->on_activate = [&](ScriptedJob&) { env.queue->Flush(false); };
   auto rest = env.Job("rest", 5);
@@ -217,9 +199,7 @@ TEST(JobQueueAsync, FlushFromInsideAJobRunsTheQueueToTheEnd) {
   EXPECT_THAT(env.trace, ::testing::SizeIs(6));
 }
 
-TEST(JobQueueAsync, PauseFromInsideAJobStopsTheTimerUntilResumed) {
-  JobEnv env(true);
-  env.Start();
+TEST_F(JobQueueAsync, PauseFromInsideAJobStopsTheTimerUntilResumed) {
   auto pauser = env.Job("pauser");
   pauser->on_activate = [&](ScriptedJob&) { env.queue->SetPaused(true); };
   auto rest = env.Job("rest");
@@ -232,9 +212,7 @@ TEST(JobQueueAsync, PauseFromInsideAJobStopsTheTimerUntilResumed) {
   EXPECT_EQ(rest->activations, 1);
 }
 
-TEST(JobQueueAsync, KillWithATickPendingTouchesNoJob) {
-  JobEnv env(true);
-  env.Start();
+TEST_F(JobQueueAsync, KillWithATickPendingTouchesNoJob) {
   auto a = env.Job("a");
   env.queue->Queue(a, false);
   env.queue->Kill();
@@ -244,9 +222,7 @@ TEST(JobQueueAsync, KillWithATickPendingTouchesNoJob) {
   EXPECT_EQ(a->activations + a->aborts, 0);
 }
 
-TEST(JobQueueAsync, OnlyAVanishedAddinStopsTicksNotAFailingOutlook) {
-  JobEnv env(true);
-  env.Start();
+TEST_F(JobQueueAsync, OnlyAVanishedAddinStopsTicksNotAFailingOutlook) {
   env.addin->touch_fails = true;
   auto first = env.Job("first");
   env.queue->Queue(first, false);
@@ -262,9 +238,7 @@ TEST(JobQueueAsync, OnlyAVanishedAddinStopsTicksNotAFailingOutlook) {
   EXPECT_EQ(env.queue->QueuedJobsCount(), 1);
 }
 
-TEST(JobQueueAsync, JobKillingTheQueueInsideATickIsSafe) {
-  JobEnv env(true);
-  env.Start();
+TEST_F(JobQueueAsync, JobKillingTheQueueInsideATickIsSafe) {
   auto a = env.Job("a");
   a->on_activate = [&](ScriptedJob&) {
     env.queue->Kill();
@@ -277,9 +251,7 @@ TEST(JobQueueAsync, JobKillingTheQueueInsideATickIsSafe) {
   EXPECT_THAT(env.trace, ElementsAre("a"));
 }
 
-TEST(JobQueueWaitList, KeysAreFreshAndReleaseRemovesThem) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, WaitListKeysAreFreshAndReleaseRemovesThem) {
   auto job = std::make_shared<OtherJob>();
   const std::string k1 = env.queue->WaitListAdd(job);
   const std::string k2 = env.queue->WaitListAdd(job);
@@ -289,23 +261,20 @@ TEST(JobQueueWaitList, KeysAreFreshAndReleaseRemovesThem) {
   EXPECT_THROW(env.queue->WaitListRelease(k1), ZError);
 }
 
-TEST(JobQueueLinger, ReportsWaitingJobTypesOnceAndLeftoverTasks) {
-  JobEnv env;
-  env.Start();
+TEST_F(JobQueueSync, LingerReportsWaitingJobTypesOnceAndLeftoverTasks) {
   env.queue->Kill();
   env.queue->CheckLingeringRefs();
   EXPECT_THAT(env.Lines("Warning"), IsEmpty());
 
-  JobEnv env2;
-  env2.Start();
-  env2.queue->WaitListAdd(env2.Job("x"));
-  env2.queue->WaitListAdd(std::make_shared<OtherJob>());
-  env2.queue->WaitListAdd(env2.Job("y"));
-  env2.queue->TaskListAdd("support", 0, 1, true);
-  env2.queue->TaskListAdd("user task", 0, 1, false);
-  env2.queue->Kill();
-  env2.queue->CheckLingeringRefs();
-  EXPECT_THAT(env2.Lines("Warning"),
+  env.Start();
+  env.queue->WaitListAdd(env.Job("x"));
+  env.queue->WaitListAdd(std::make_shared<OtherJob>());
+  env.queue->WaitListAdd(env.Job("y"));
+  env.queue->TaskListAdd("support", 0, 1, true);
+  env.queue->TaskListAdd("user task", 0, 1, false);
+  env.queue->Kill();
+  env.queue->CheckLingeringRefs();
+  EXPECT_THAT(env.Lines("Warning"),
               ElementsAre("Lingering Job objects exist in JobQueue's pWaitingOnEvent collection "
                           "after AddinApp fired Kill event.  They are of the following types: "
                           "ScriptedJob, OtherJob",

@@ -265,7 +265,7 @@ TEST_F(JobProcessTest, AddinKillEndsAWaitingJobAndClearsItsMark) {
   // One slice at a time until the job waits on the search.
   for (int i = 0; i < 50 && env.queue->WaitListCount() == 0; ++i) env.loop.AdvanceByMs(16);
   if (env.queue->WaitListCount() == 1) {
-    env.addin->kill_.Raise();
+    env.addin->kill.Raise();
     EXPECT_TRUE(job->Killed());
     EXPECT_EQ(env.queue->WaitListCount(), 0);
     EXPECT_EQ(env.UserProp(mail, kPropZintraTag).ToString(), "");
@@ -317,7 +317,7 @@ TEST_F(JobProcessTest, AJobLetGoBeforeCopyingLeavesItsItemForTheNextStart) {
   ASSERT_EQ(env.UserProp(mail, kPropZintraTag).ToString(), kZintraTagProcessing);
   env.addin->leaving_work = true;
   env.queue->Abandon();
-  env.addin->kill_.Raise();
+  env.addin->kill.Raise();
   EXPECT_TRUE(job->Killed());
   // Neither logged nor marked not-logged: the next start's scan takes it up again.
   EXPECT_EQ(env.UserProp(mail, kPropZintraTag).ToString(), "");

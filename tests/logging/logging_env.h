@@ -16,47 +16,12 @@
 #include "src/logging/logging_addin.h"
 #include "src/logging/zintra_utils.h"
 #include "tests/support/sim_world.h"
+#include "tests/support/test_addin.h"
 
 namespace zintra::testing_support {
 
 class LoggingEnv;
-
-class TestLoggingAddin : public LoggingAddin, public JobAddin {
- public:
-  explicit TestLoggingAddin(LoggingEnv& env) : env_(env) {}
-
-  // ContactsAddin / LoggingAddin.
-  const RegSettings& Settings() override;
-  std::shared_ptr<JobQueue> GetJobQueue() override;
-  std::shared_ptr<Namespace> Session() override;
-  std::shared_ptr<MapiUtils> LibraryUtils() override;
-  std::shared_ptr<AutomationObject> CreateLibraryObject(int32_t kind) override;
-  bool Quitting() override { return false; }
-  void SetCheckLinger(std::shared_ptr<ICheckLinger> obj) override;
-  std::string GenerateKey() override;
-  bool OptionalMsgBox(int32_t, const std::string&, const std::string&) override { return true; }
-  const StringTable& Strings() override;
-  JobEngineLog& Log() override;
-  double Now() override;
-  ZintraUtils* Utils() override;
-  std::shared_ptr<TrackedContacts> Tracked() override;
-  std::shared_ptr<RdoSession> RDOSession() override;
-  Event<>& KillBroadcast() override { return kill_; }
-  bool LeavingWorkForNextStart() override { return leaving_work; }
-
-  // JobAddin.
-  JobQueueSettings QueueSettings() override;
-  bool Outlook12OrHigher() override { return true; }
-  void TouchOutlook() override {}
-  void Shutdown() override {}
-
-  Event<> kill_;
-  bool leaving_work = false;
-
- private:
-  LoggingEnv& env_;
-  std::shared_ptr<Namespace> session_;
-};
+using TestLoggingAddin = TestAddin<LoggingAddin, LoggingEnv>;
 
 class LoggingEnv : public SimWorld {
  public:
@@ -76,21 +41,13 @@ class LoggingEnv : public SimWorld {
   }
   void Stop() {
     if (!queue) return;
-    addin->kill_.Raise();
+    addin->kill.Raise();
     tracked->Kill();
     queue->Kill();
     utils.Kill();
     queue.reset();
   }
   void RunQueue() { loop.RunUntilIdle(); }
-
-  // A folder set: a contact folder with its journal (and optionally e-mail and shared
-  // folders); returns the contact folder.
-  struct FolderSet {
-    std::shared_ptr<sim::FolderRecord> contacts, journal, email, shared_calendar, shared_journal,
-        shared_tasks;
-  };
-  FolderSet AddFolderSet(const std::string& name, bool email = false, bool shared = false);
 
   // Reads a user property of the stored item (Empty when absent).
   Value UserProp(const std::shared_ptr<Item>& item, const std::string& name) {

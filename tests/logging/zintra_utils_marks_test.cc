@@ -4,6 +4,7 @@
 #include "sim/outlook/call_counter.h"
 #include "src/host/mapi_utils.h"
 #include "tests/logging/zintra_utils_fixture.h"
+#include "tests/support/error_of.h"
 
 namespace zintra {
 namespace {
@@ -160,13 +161,11 @@ INSTANTIATE_TEST_SUITE_P(Flags, UtilsFolderFieldsTest,
 TEST_F(UtilsMarksTest, StoreFailurePropagatesWithTheStep) {
   auto mail = NewItem(ItemClass::kMail);
   profile_.Faults().FailOnCall("UserProperties.Find", 1, kMapiCallFailed, "Store broken");
-  try {
-    utils_.GetUserProperty(mail->UserProperties(), kPropZintraTag);
-    ADD_FAILURE() << "expected the store's error";
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kMapiCallFailed);
-    EXPECT_NE(e.Source().find("-->ZintraUtils.GetUserProperty"), std::string::npos);
-  }
+  std::optional<ZError> e =
+      Raised([&] { utils_.GetUserProperty(mail->UserProperties(), kPropZintraTag); });
+  ASSERT_TRUE(e) << "expected the store's error";
+  EXPECT_EQ(e->Number(), kMapiCallFailed);
+  EXPECT_NE(e->Source().find("-->ZintraUtils.GetUserProperty"), std::string::npos);
   EXPECT_TRUE(Lines("Error").empty());  // reads leave logging to the caller
 }
 

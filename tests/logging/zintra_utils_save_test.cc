@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "tests/logging/zintra_utils_fixture.h"
+#include "tests/support/error_of.h"
 
 namespace zintra {
 namespace {
@@ -14,13 +15,10 @@ TEST_F(UtilsSaveBracketTest, FlagIsNotNested) {
   utils_.PostSaveItem();  // harmless without PreSaveItem
   EXPECT_FALSE(utils_.SquelchItemSend());
   utils_.PreSaveItem();
-  try {
-    utils_.PreSaveItem();
-    ADD_FAILURE() << "a nested PreSaveItem must raise";
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kErrInvalidCall);
-    EXPECT_EQ(e.Description(), "Called PreSaveItem again before PostSaveItem was called.");
-  }
+  std::optional<ZError> e = Raised([&] { utils_.PreSaveItem(); });
+  ASSERT_TRUE(e) << "a nested PreSaveItem must raise";
+  EXPECT_EQ(e->Number(), kErrInvalidCall);
+  EXPECT_EQ(e->Description(), "Called PreSaveItem again before PostSaveItem was called.");
   EXPECT_TRUE(utils_.SquelchItemSend());
   utils_.PostSaveItem();
   EXPECT_FALSE(utils_.SquelchItemSend());

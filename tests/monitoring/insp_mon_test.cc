@@ -7,6 +7,7 @@
 #include "src/monitoring/hooked_inspector.h"
 #include "src/monitoring/insp_mon.h"
 #include "tests/monitoring/monitoring_env.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::monitoring_test {
 namespace {
@@ -45,6 +46,12 @@ TEST_F(InspMonTest, ItemAndInspectorCloseRaiseOneEvent) {
   inspector->Close(1);  // the item's Close, then the inspector's
   EXPECT_EQ(closed, 1);
   EXPECT_EQ(mon->Inspector(), nullptr);
+  // Either close arriving again raises nothing more, and never cancels the item's.
+  mon->MyInspector_Close();
+  bool cancel = false;
+  mon->Item_Close(cancel);
+  EXPECT_EQ(closed, 1);
+  EXPECT_FALSE(cancel);
 }
 
 TEST_F(InspMonTest, KindOutsideTheListIsWatchedThroughTheInspectorOnly) {
@@ -74,16 +81,13 @@ TEST_F(InspMonTest, NoteWithoutWindowHandleRaises) {
   env.profile.Faults().FailAlways("Inspector.Hwnd", 5, "no window");
   auto mon = std::make_shared<InspMon>();
   mon->SetSubclasser(subclasser);
-  try {
-    mon->SetInspector(inspector);
-    FAIL() << "no error raised";
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Description(), kErrTextNoNoteWindow);
-  }
+  std::optional<ZError> e = Raised([&] { mon->SetInspector(inspector); });
+  ASSERT_TRUE(e) << "no error raised";
+  EXPECT_EQ(e->Description(), kErrTextNoNoteWindow);
 }
 
 TEST_F(InspMonTest, HookedInspectorLivesOnTheWaitListUntilItsInspectorCloses) {
-  auto contacts = env.AddFolderSet("Clients");
+  auto contacts = env.AddFolderSet("Clients").contacts;
   env.builder.Contact(contacts, {"Ann Lee", {"ann@fabrikam.com"}});
   env.Start(false);
   env.Run();

@@ -20,6 +20,7 @@
 #include "src/monitoring/monitoring.h"
 #include "src/monitoring/monitoring_addin.h"
 #include "tests/support/sim_world.h"
+#include "tests/support/test_addin.h"
 
 namespace zintra::monitoring_test {
 
@@ -27,50 +28,17 @@ using testing_support::SimWorld;
 
 class MonitoringEnv;
 
-class TestMonitoringAddin : public MonitoringAddin,
-                            public JobAddin,
+// The logging add-in with what monitoring asks for besides.
+class TestMonitoringAddin : public testing_support::TestAddin<MonitoringAddin, MonitoringEnv>,
                             public std::enable_shared_from_this<TestMonitoringAddin> {
  public:
-  explicit TestMonitoringAddin(MonitoringEnv& env) : env_(env) {}
-
-  const RegSettings& Settings() override;
-  std::shared_ptr<JobQueue> GetJobQueue() override;
-  std::shared_ptr<Namespace> Session() override;
-  std::shared_ptr<MapiUtils> LibraryUtils() override;
-  std::shared_ptr<AutomationObject> CreateLibraryObject(int32_t kind) override;
-  bool Quitting() override { return quitting; }
-  void SetCheckLinger(std::shared_ptr<ICheckLinger> obj) override;
-  std::string GenerateKey() override;
-  bool OptionalMsgBox(int32_t DialogIdx, const std::string& Message,
-                      const std::string& Caption) override {
-    messages.push_back(std::to_string(DialogIdx) + "|" + Caption + "|" + Message);
-    return true;
-  }
-  const StringTable& Strings() override;
-  JobEngineLog& Log() override;
-  double Now() override;
-  ZintraUtils* Utils() override;
-  std::shared_ptr<TrackedContacts> Tracked() override;
-  std::shared_ptr<RdoSession> RDOSession() override;
-  Event<>& KillBroadcast() override { return kill; }
+  using TestAddin::TestAddin;
   std::shared_ptr<Application> OLApp() override;
   ErrorHandling& Errors() override;
   std::shared_ptr<JobAddin> JobHost() override { return shared_from_this(); }
   Clock& TimeSource() override;
   MessagePump& Pump() override;
   ObjectFactory& Objects() override;
-
-  JobQueueSettings QueueSettings() override;
-  bool Outlook12OrHigher() override { return true; }
-  void TouchOutlook() override {}
-  void Shutdown() override {}
-
-  Event<> kill;
-  bool quitting = false;
-  std::vector<std::string> messages;  // "dialog|caption|text"
-
- private:
-  MonitoringEnv& env_;
 };
 
 class MonitoringEnv : public SimWorld {
@@ -125,29 +93,6 @@ class MonitoringEnv : public SimWorld {
     utils.SaveItem(item);
   }
 
-  // A folder set (contact folder and journal) tracked from the next Start; returns the
-  // contact folder.
-  std::shared_ptr<sim::FolderRecord> AddFolderSet(const std::string& name) {
-    auto contacts = builder.ContactFolder(name);
-    auto journal = builder.Folder(name + " Journal", kOlJournalItem);
-    auto add = [this](StringList& entries, StringList& stores,
-                      const std::shared_ptr<sim::FolderRecord>& record) {
-      entries.Add(record ? profile.EntryIdOf(*record) : std::string());
-      stores.Add(record ? profile.StoreIdOf(*record->store) : std::string());
-    };
-    add(settings.ContactFolderEntryIDs, settings.ContactFolderStoreIDs, contacts);
-    add(settings.JournalFolderEntryIDs, settings.JournalFolderStoreIDs, journal);
-    for (StringList* list : {&settings.EmailFolderEntryIDs, &settings.EmailFolderStoreIDs,
-                             &settings.SharedCalendarEntryIDs, &settings.SharedCalendarStoreIDs,
-                             &settings.SharedJournalEntryIDs, &settings.SharedJournalStoreIDs,
-                             &settings.SharedTaskListEntryIDs, &settings.SharedTaskListStoreIDs}) {
-      list->Add(std::string());
-    }
-    settings.FoldersetFlags.Add(0);
-    settings.FoldersetCount = settings.FoldersetFlags.Count();
-    return contacts;
-  }
-
   int Count(const std::string& prefix) const { return CountLines(prefix); }
   std::vector<std::string> Errors() const { return Lines("Error"); }
   // Subjects of the items handed to processing jobs, in order (their screening line).
@@ -173,34 +118,10 @@ class MonitoringEnv : public SimWorld {
   std::vector<std::shared_ptr<ICheckLinger>> lingers;
 };
 
-inline const RegSettings& TestMonitoringAddin::Settings() { return env_.settings; }
-inline std::shared_ptr<JobQueue> TestMonitoringAddin::GetJobQueue() { return env_.queue; }
-inline std::shared_ptr<Namespace> TestMonitoringAddin::Session() { return env_.app->Session(); }
-inline std::shared_ptr<MapiUtils> TestMonitoringAddin::LibraryUtils() { return env_.mapi_utils; }
-inline std::shared_ptr<AutomationObject> TestMonitoringAddin::CreateLibraryObject(int32_t kind) {
-  return env_.factory.CreateObject(kLibraryProgIdPrefix + LibraryClassName(kind));
-}
-inline void TestMonitoringAddin::SetCheckLinger(std::shared_ptr<ICheckLinger> obj) {
-  env_.lingers.push_back(std::move(obj));
-}
-inline std::string TestMonitoringAddin::GenerateKey() { return env_.utils.GenerateKey(); }
-inline const StringTable& TestMonitoringAddin::Strings() { return env_.strings; }
-inline JobEngineLog& TestMonitoringAddin::Log() { return env_.log; }
-inline double TestMonitoringAddin::Now() { return env_.clock.Now(); }
-inline ZintraUtils* TestMonitoringAddin::Utils() { return &env_.utils; }
-inline std::shared_ptr<TrackedContacts> TestMonitoringAddin::Tracked() { return env_.tracked; }
-inline std::shared_ptr<RdoSession> TestMonitoringAddin::RDOSession() { return env_.rdo; }
 inline std::shared_ptr<Application> TestMonitoringAddin::OLApp() { return env_.app; }
 inline ErrorHandling& TestMonitoringAddin::Errors() { return env_.errors; }
 inline Clock& TestMonitoringAddin::TimeSource() { return env_.clock; }
 inline MessagePump& TestMonitoringAddin::Pump() { return env_.loop; }
 inline ObjectFactory& TestMonitoringAddin::Objects() { return env_.factory; }
-inline JobQueueSettings TestMonitoringAddin::QueueSettings() {
-  JobQueueSettings s;
-  s.RunJobsAsync = env_.settings.RunJobsAsync;
-  s.QueuedWorkTimeInterval = env_.settings.QueuedWorkTimeInterval;
-  s.QueuedWorkTimechunk = env_.settings.QueuedWorkTimechunk;
-  return s;
-}
 
 }  // namespace zintra::monitoring_test

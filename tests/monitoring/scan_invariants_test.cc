@@ -28,7 +28,7 @@ class ScanRun {
     env_.settings.StripAttachments = coin();
     env_.settings.CacheContactFolders = coin();
     env_.settings.MonitorMethod = 0;
-    contacts_ = env_.AddFolderSet("Clients");
+    contacts_ = env_.AddFolderSet("Clients").contacts;
     for (int i = 0; i < 4; ++i) {
       env_.builder.Contact(contacts_, {"Client " + std::to_string(i), {Address(i)}});
     }

@@ -5,6 +5,7 @@
 #include "src/host/mapi_safe_item.h"
 #include "src/host/mapi_utils.h"
 #include "tests/outlook/outlook_fixture.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::testing_support {
 namespace {
@@ -48,13 +49,10 @@ TEST_F(LibraryFactoryTest, KindOutsideTheTableFailsUnderTheBarePrefixAndAsksForA
 TEST_F(LibraryFactoryTest, AFailingRegisteredClassKeepsItsNumberAndText) {
   host_.profile.Faults().FailAlways("ObjectFactory.CreateObject", kMapiCallFailed,
                                     "Library not registered");
-  try {
-    factory_.CreateLibraryObject(kLibRdoSession);
-    ADD_FAILURE();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kMapiCallFailed);
-    EXPECT_EQ(e.Description(), "Please reinstall this product.\r\n\r\nLibrary not registered");
-  }
+  std::optional<ZError> e = Raised([&] { factory_.CreateLibraryObject(kLibRdoSession); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), kMapiCallFailed);
+  EXPECT_EQ(e->Description(), "Please reinstall this product.\r\n\r\nLibrary not registered");
   ASSERT_EQ(log_.lines.size(), 1u);
   EXPECT_EQ(log_.lines[0].text, "Could not create class: TovuRedemption.TovuRDOSession");
 }

@@ -5,13 +5,6 @@
 namespace zintra {
 namespace {
 
-TEST(FolderSettingTest, ANewSettingLogsNothing) {
-  FolderSetting setting;
-  EXPECT_EQ(setting.ItemTypes, 0);
-  EXPECT_TRUE(setting.NoItemsLogged());
-  EXPECT_FALSE(setting.ItemIsLoggedType([](std::string_view) { return true; }));
-}
-
 TEST(FolderSettingTest, SettingAllAndNoneCoversBitsTwoTo65536) {
   FolderSetting setting;
   setting.SetAllItemsLogged(true);

@@ -4,6 +4,7 @@
 
 #include "sim/registry/memory_registry.h"
 #include "src/core/z_error.h"
+#include "tests/support/error_of.h"
 
 namespace zintra {
 namespace {
@@ -39,13 +40,11 @@ TEST_F(ModRegistryTest, StringsLoseOnlyTheirTerminatingZero) {
   reg_.PutValue(kCU, "Software\\A", sim::RegistryValue{"raw", kRegSz, {'a', 'b'}});
   EXPECT_EQ(modRegistry::ReadString(reg_, kCU, "Software\\A", "raw", &not_found_), "ab");
   reg_.SetString(kCU, "Software\\A", "long", std::string(2000, 'x'));  // 2001 bytes
-  try {
-    modRegistry::ReadString(reg_, kCU, "Software\\A", "long", &not_found_);
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kRegMoreData);
-    EXPECT_NE(e.Description().find("HKEY_CURRENT_USER\\Software\\A\\long"), std::string::npos);
-  }
+  std::optional<ZError> e =
+      Raised([&] { modRegistry::ReadString(reg_, kCU, "Software\\A", "long", &not_found_); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), kRegMoreData);
+  EXPECT_NE(e->Description().find("HKEY_CURRENT_USER\\Software\\A\\long"), std::string::npos);
 }
 
 TEST_F(ModRegistryTest, DeniedAccessIsAnError) {
@@ -57,12 +56,8 @@ TEST_F(ModRegistryTest, DeniedAccessIsAnError) {
   reg_.SetAccess(kCU, "Software\\A", KeyAccess::kReadOnly);
   EXPECT_EQ(modRegistry::ReadDword(reg_, kCU, "Software\\A", "d", &not_found_), 7u);
   EXPECT_FALSE(modRegistry::KeyWritable(reg_, kCU, "Software\\A"));
-  try {
-    modRegistry::WriteDword(reg_, kCU, "Software\\A", "d", 8);
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kRegAccessDenied);
-  }
+  EXPECT_EQ(ErrorOf([&] { modRegistry::WriteDword(reg_, kCU, "Software\\A", "d", 8); }),
+            kRegAccessDenied);
   EXPECT_FALSE(modRegistry::KeyExists(reg_, kCU, "Software\\B"));
 }
 

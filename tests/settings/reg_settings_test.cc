@@ -6,6 +6,7 @@
 
 #include "src/core/z_error.h"
 #include "tests/settings/settings_fixture.h"
+#include "tests/support/error_of.h"
 
 namespace zintra {
 namespace {
@@ -181,13 +182,10 @@ TEST_F(SettingsTest, SixteenBitFieldsAboveTheirRangeMakeReadOverflow) {
       "[HKEY_CURRENT_USER\\Software\\Brellow\\Zintra\\Logging]\r\n"
       "\"MaxLogSizeKB\"=dword:00009c40\r\n");  // 40000
   RegSettings s = Make();
-  try {
-    s.Read(true, false, false);
-    FAIL() << "no overflow";
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kErrOverflow);
-    EXPECT_NE(e.Description().find("MaxLogSizeKB"), std::string::npos);
-  }
+  std::optional<ZError> e = Raised([&] { s.Read(true, false, false); });
+  ASSERT_TRUE(e) << "no overflow";
+  EXPECT_EQ(e->Number(), kErrOverflow);
+  EXPECT_NE(e->Description().find("MaxLogSizeKB"), std::string::npos);
   registry_.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Logging", "MaxLogSizeKB", 32767);
   registry_.SetDword(kHKeyCurrentUser, "Software\\Brellow\\Zintra\\Foldersets", "GetRowChunkSize",
                      32768);
@@ -240,6 +238,7 @@ TEST_F(SettingsTest, AMachineWideInstallKeepsItsSettingsInTheMachineHive) {
   s.DialogSuppressed(12, true);
   s.UserFirstRun(false);
   EXPECT_EQ(UserValue("\\SuppressDialogs", "12")->AsDword(), 1u);
+  EXPECT_FALSE(registry_.HasKey(kHKeyLocalMachine, "Software\\Brellow\\Zintra\\SuppressDialogs"));
   EXPECT_EQ(UserValue("", "UserFirstRun")->AsDword(), 0u);
   EXPECT_TRUE(s.DialogSuppressed(12));
   EXPECT_FALSE(s.DialogSuppressed(13));

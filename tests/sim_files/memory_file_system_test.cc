@@ -4,18 +4,10 @@
 
 #include "sim/platform/sim_platform.h"
 #include "src/core/z_error.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::sim {
 namespace {
-
-int32_t ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const ZError& e) {
-    return e.Number();
-  }
-  return 0;
-}
 
 TEST(MemoryFileSystemTest, FilesLiveInFoldersThatMustExist) {
   MemoryFileSystem fs;
@@ -56,13 +48,10 @@ TEST(MemoryFileSystemTest, InjectedFailuresNameThePath) {
   fs.AddFile("C:\\a.txt", "x");
   fs.FailCall("ReadAll", kErrPathFileAccess, 1);
   EXPECT_EQ(fs.ReadAll("C:\\a.txt"), "x");
-  try {
-    fs.ReadAll("C:\\a.txt");
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kErrPathFileAccess);
-    EXPECT_NE(e.Description().find("C:\\a.txt"), std::string::npos);
-  }
+  std::optional<ZError> e = Raised([&] { fs.ReadAll("C:\\a.txt"); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), kErrPathFileAccess);
+  EXPECT_NE(e->Description().find("C:\\a.txt"), std::string::npos);
   EXPECT_EQ(fs.ReadAll("C:\\a.txt"), "x");
 }
 

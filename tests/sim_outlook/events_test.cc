@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/sim_outlook/sim_fixture.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::sim {
 namespace {
@@ -77,12 +78,7 @@ TEST_F(SimTest, ADeletedFolderFailsWithObjectDeleted) {
   auto folder = F(builder.Folder("Projects"));
   auto items = folder->Items();
   folder->Delete();
-  try {
-    items->GetFirst();
-    ADD_FAILURE() << "no error";
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kMapiObjectDeleted);
-  }
+  EXPECT_EQ(ErrorOf([&] { items->GetFirst(); }), kMapiObjectDeleted);
 }
 
 }  // namespace

@@ -5,18 +5,10 @@
 #include "sim/mapi/sim_mapi_table.h"
 #include "sim/outlook/sim_keys.h"
 #include "tests/sim_outlook/sim_fixture.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::sim {
 namespace {
-
-int32_t ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const ZError& e) {
-    return e.Number();
-  }
-  return 0;
-}
 
 constexpr int32_t kNetwork = kMapiNetworkError;
 

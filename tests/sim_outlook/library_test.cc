@@ -6,6 +6,7 @@
 #include "sim/mapi/sim_safe_item.h"
 #include "src/host/mapi_safe_item.h"
 #include "tests/sim_outlook/sim_fixture.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::sim {
 namespace {
@@ -105,22 +106,13 @@ TEST_F(SimTest, SessionNeedsOutlooksLogonAndOpensByIdentifier) {
   auto session = std::dynamic_pointer_cast<RdoSession>(
       host.factory.CreateObject("tovuredemption.TovuRDOSession"));
   ASSERT_NE(session, nullptr);
-  try {
-    session->CurrentUser();
-    ADD_FAILURE();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kMapiNotInitialized);
-  }
+  EXPECT_EQ(ErrorOf([&] { session->CurrentUser(); }), kMapiNotInitialized);
   session->SetMAPIOBJECT(host.application->Session()->MAPIOBJECT());
   EXPECT_EQ(session->CurrentUser()->Name(), "Jane Doe");
   auto inbox = Default(kOlFolderInbox);
   EXPECT_EQ(session->GetFolderFromID(inbox->EntryID(), inbox->StoreID())->Name(), "Inbox");
-  try {
-    session->GetMessageFromID(inbox->EntryID());  // a folder's id is not a message
-    ADD_FAILURE();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kMapiNotFound);
-  }
+  EXPECT_EQ(ErrorOf([&] { session->GetMessageFromID(inbox->EntryID()); }),
+            kMapiNotFound);  // a folder's id is not a message
 }
 
 TEST_F(SimTest, RegistryKnowsTheLibrarysSeventeenClassesAndRefusesOthers) {
@@ -131,12 +123,7 @@ TEST_F(SimTest, RegistryKnowsTheLibrarysSeventeenClassesAndRefusesOthers) {
         "TovuReportItem", "TovuInspector", "TovuRDOSession", "TovuRDOFolder"}) {
     EXPECT_NE(host.factory.CreateObject(std::string("TovuRedemption.") + name), nullptr) << name;
   }
-  try {
-    host.factory.CreateObject("TovuRedemption.");
-    ADD_FAILURE();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kErrCannotCreateObject);
-  }
+  EXPECT_EQ(ErrorOf([&] { host.factory.CreateObject("TovuRedemption."); }), kErrCannotCreateObject);
 }
 
 TEST_F(SimTest, NewMailReachesTheLibrarysEvent) {

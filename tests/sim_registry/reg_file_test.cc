@@ -4,6 +4,7 @@
 
 #include "sim/registry/utf16.h"
 #include "src/core/text.h"
+#include "tests/support/error_of.h"
 
 namespace zintra::sim {
 namespace {
@@ -121,15 +122,13 @@ TEST_P(RegFileErrorTest, NamesTheLineAndChangesNothing) {
   const BadFile& bad = GetParam();
   std::string text = std::string("Windows Registry Editor Version 5.00\r\n\r\n") +
                      "[HKEY_CURRENT_USER\\Software\\New]\r\n\"a\"=dword:00000001\r\n" + bad.body;
-  try {
-    RegFile::Import(reg, AsRegedit(text), "team.reg");
-    FAIL() << "accepted: " << bad.body;
-  } catch (const RegFileError& e) {
-    EXPECT_EQ(e.line(), bad.line);
-    EXPECT_NE(std::string(e.what()).find("team.reg:" + std::to_string(bad.line) + ": "),
-              std::string::npos);
-    EXPECT_NE(std::string(e.what()).find(bad.problem), std::string::npos) << e.what();
-  }
+  std::optional<RegFileError> e =
+      Raised<RegFileError>([&] { RegFile::Import(reg, AsRegedit(text), "team.reg"); });
+  ASSERT_TRUE(e) << "accepted: " << bad.body;
+  EXPECT_EQ(e->line(), bad.line);
+  EXPECT_NE(std::string(e->what()).find("team.reg:" + std::to_string(bad.line) + ": "),
+            std::string::npos);
+  EXPECT_NE(std::string(e->what()).find(bad.problem), std::string::npos) << e->what();
   EXPECT_FALSE(reg.HasKey(kCU, "Software\\New")) << "half imported";
   EXPECT_EQ(reg.GetValue(kCU, "Software\\Keep", "v")->AsDword(), 1u);
 }

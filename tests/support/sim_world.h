@@ -80,6 +80,38 @@ class SimWorld {
     return sim::MakeFolder(&profile, record);
   }
 
+  // A folder set tracked from the next start: a contact folder with its journal (and
+  // optionally an e-mail folder and shared folders), added to the settings.
+  struct FolderSet {
+    std::shared_ptr<sim::FolderRecord> contacts, journal, email, shared_calendar, shared_journal,
+        shared_tasks;
+  };
+  FolderSet AddFolderSet(const std::string& name, bool email = false, bool shared = false) {
+    FolderSet set;
+    set.contacts = builder.ContactFolder(name);
+    set.journal = builder.Folder(name + " Journal", kOlJournalItem);
+    if (email) set.email = builder.Folder(name + " Mail", kOlMailItem);
+    if (shared) {
+      set.shared_calendar = builder.Folder(name + " Shared Calendar", kOlAppointmentItem);
+      set.shared_journal = builder.Folder(name + " Shared Journal", kOlJournalItem);
+      set.shared_tasks = builder.Folder(name + " Shared Tasks", kOlTaskItem);
+    }
+    auto add = [this](StringList& entries, StringList& stores,
+                      const std::shared_ptr<sim::FolderRecord>& record) {
+      entries.Add(record ? profile.EntryIdOf(*record) : std::string());
+      stores.Add(record ? profile.StoreIdOf(*record->store) : std::string());
+    };
+    add(settings.ContactFolderEntryIDs, settings.ContactFolderStoreIDs, set.contacts);
+    add(settings.JournalFolderEntryIDs, settings.JournalFolderStoreIDs, set.journal);
+    add(settings.EmailFolderEntryIDs, settings.EmailFolderStoreIDs, set.email);
+    add(settings.SharedCalendarEntryIDs, settings.SharedCalendarStoreIDs, set.shared_calendar);
+    add(settings.SharedJournalEntryIDs, settings.SharedJournalStoreIDs, set.shared_journal);
+    add(settings.SharedTaskListEntryIDs, settings.SharedTaskListStoreIDs, set.shared_tasks);
+    settings.FoldersetFlags.Add(0);
+    settings.FoldersetCount = settings.FoldersetFlags.Count();
+    return set;
+  }
+
   // Whether a line with exactly `text` was written; how many begin with `prefix`.
   bool Logged(const std::string& text) const {
     for (const auto& l : recorder.lines) {

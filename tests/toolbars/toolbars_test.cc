@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/error_of.h"
 #include "tests/toolbars/toolbars_env.h"
 
 namespace zintra::testing_support {
@@ -176,13 +177,10 @@ TEST_F(ToolbarsTest, SwitchingTheSettingRemovesAndRecreatesTheToolbarAndKillRemo
 TEST_F(ToolbarsTest, AMissingToolbarLibraryFailsInitializeWithTheTrail) {
   library_.unavailable = true;
   auto toolbars = std::make_shared<Toolbars>();
-  try {
-    toolbars->Initialize(addin_);
-    FAIL() << "Initialize succeeded without the toolbar library";
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), 429);
-    EXPECT_NE(e.Source().find("Toolbars"), std::string::npos);
-  }
+  std::optional<ZError> e = Raised([&] { toolbars->Initialize(addin_); });
+  ASSERT_TRUE(e) << "Initialize succeeded without the toolbar library";
+  EXPECT_EQ(e->Number(), 429);
+  EXPECT_NE(e->Source().find("Toolbars"), std::string::npos);
   EXPECT_FALSE(toolbars->Shown());
 }
 

@@ -74,26 +74,6 @@ TEST_F(OptionalMessagesTest, ClosingWithoutTickingLeavesTheFlagAlone) {
   EXPECT_TRUE(StoredFlag(5));
 }
 
-TEST_F(OptionalMessagesTest, ResetShowsEveryMessageAgain) {
-  Show(1, {.tick = true});
-  Show(2, {.tick = true});
-  EXPECT_FALSE(Show(1));
-  settings_.DialogSuppressReset();
-  EXPECT_TRUE(Show(1));
-  EXPECT_TRUE(Show(2));
-}
-
-TEST_F(OptionalMessagesTest, SuppressionIsPerUserOnAMachineWideInstallation) {
-  registry_.SetDword(kHKeyLocalMachine, kAddinLoaderKey, "LoadBehavior", 3);
-  RegSettings machine(registry_, files_, platform_);
-  ASSERT_TRUE(machine.MultiUser);
-  OptionalMessages messages(machine, views_, strings_, errors_);
-  views_.Script({.tick = true});
-  messages.OptionalMsgBox(9, "m", "c");
-  EXPECT_TRUE(StoredFlag(9));
-  EXPECT_FALSE(registry_.HasKey(kHKeyLocalMachine, kSuppressKey));
-}
-
 TEST_F(OptionalMessagesTest, UnreadableFlagCountsAsNotSuppressed) {
   registry_.SetDword(kHKeyCurrentUser, kSuppressKey, "6", 1);
   registry_.FailCall("QueryValue", kRegAccessDenied, 0, -1);

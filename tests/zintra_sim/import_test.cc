@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/error_of.h"
 #include "tools/zintra-sim/importer.h"
 #include "tools/zintra-sim/input_error.h"
 #include "tools/zintra-sim/mime_reader.h"
@@ -176,12 +177,10 @@ TEST(MailImportTest, MboxKeepsUnescapedFromLinesInBodies) {
 
 TEST(MailImportTest, BadMailFilesAreNamed) {
   EXPECT_THROW(ReadEml("just some text without headers\n", "n.eml"), InputError);
-  try {
-    ReadMbox("Subject: no marker\n\nbody\n", "n.mbox");
-    ADD_FAILURE();
-  } catch (const InputError& e) {
-    EXPECT_THAT(e.what(), HasSubstr("n.mbox:1: expected an mbox file"));
-  }
+  std::optional<InputError> e =
+      Raised<InputError>([&] { ReadMbox("Subject: no marker\n\nbody\n", "n.mbox"); });
+  ASSERT_TRUE(e);
+  EXPECT_THAT(e->what(), HasSubstr("n.mbox:1: expected an mbox file"));
 }
 
 TEST(ImportTest, MailGoesToInboxOrSentItemsAndContactsAreTracked) {
@@ -378,14 +377,11 @@ TEST(RealFileImportTest, OutlookFilesAndUnknownFilesFailByName) {
   EXPECT_EQ(r.not_imported.size(), 3u);
   // A folder of which nothing can be read fails, naming each file and why.
   std::string bad = Folder("nothing", {{"a.pst", cut}, {"b.msg", "not a compound file"}});
-  try {
-    Import({bad}, std::nullopt);
-    ADD_FAILURE() << "a folder of unreadable files gave an empty scenario";
-  } catch (const InputError& e) {
-    EXPECT_THAT(e.what(), HasSubstr("nothing could be imported"));
-    EXPECT_THAT(e.what(), HasSubstr("a.pst: a damaged or unreadable Outlook data file"));
-    EXPECT_THAT(e.what(), HasSubstr("b.msg: a damaged Outlook item"));
-  }
+  std::optional<InputError> e = Raised<InputError>([&] { Import({bad}, std::nullopt); });
+  ASSERT_TRUE(e) << "a folder of unreadable files gave an empty scenario";
+  EXPECT_THAT(e->what(), HasSubstr("nothing could be imported"));
+  EXPECT_THAT(e->what(), HasSubstr("a.pst: a damaged or unreadable Outlook data file"));
+  EXPECT_THAT(e->what(), HasSubstr("b.msg: a damaged Outlook item"));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/error_of.h"
 #include "tests/zintra_sim/cli_fixture.h"
 #include "tools/zintra-sim/importer.h"
 #include "tools/zintra-sim/input_error.h"
@@ -129,13 +130,11 @@ TEST(PstImportTest, TheImportedMailboxHasTheStoresFoldersBesideItsOwn) {
 
 // Outlook data files that cannot be read: each fails naming the file, never otherwise.
 TEST(PstImportTest, DamagedAndPasswordProtectedFilesFailByName) {
-  try {
-    ReadOutlookStore(PstPath("passworded.pst"));
-    ADD_FAILURE() << "read a password-protected store";
-  } catch (const InputError& e) {
-    EXPECT_EQ(e.file(), PstPath("passworded.pst"));
-    EXPECT_THAT(e.what(), HasSubstr("password-protected"));
-  }
+  std::optional<InputError> locked =
+      Raised<InputError>([&] { ReadOutlookStore(PstPath("passworded.pst")); });
+  ASSERT_TRUE(locked) << "read a password-protected store";
+  EXPECT_EQ(locked->file(), PstPath("passworded.pst"));
+  EXPECT_THAT(locked->what(), HasSubstr("password-protected"));
   std::ifstream in(PstPath("dist-list.pst"), std::ios::binary);
   const std::string good((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   ASSERT_EQ(good.size(), 271360u);

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/error_of.h"
 #include "tools/zintra-sim/demo_scenario.h"
 #include "tools/zintra-sim/expectations.h"
 #include "tools/zintra-sim/input_error.h"
@@ -110,12 +111,9 @@ TEST_F(RunnerTest, ResultsAreWrittenToTheOutputFolder) {
 TEST_F(RunnerTest, UnknownFoldersetFolderIsBadInputAndNothingIsWritten) {
   std::string text = WithTimeline("[]", "[]");
   text.replace(text.find("\"Journal\""), 9, "\"Jurnal\"");
-  try {
-    Run(text, true);
-    FAIL();
-  } catch (const InputError& e) {
-    EXPECT_THAT(e.what(), HasSubstr("t.json:6: journal: no folder \"Jurnal\""));
-  }
+  std::optional<InputError> e = Raised<InputError>([&] { Run(text, true); });
+  ASSERT_TRUE(e);
+  EXPECT_THAT(e->what(), HasSubstr("t.json:6: journal: no folder \"Jurnal\""));
   EXPECT_FALSE(fs::exists(dir_ / "profile.json"));
 }
 

@@ -36,9 +36,8 @@ std::string Scenario_(const std::string& steps) { return std::string(kHead) + st
 
 class UnplayableScenarioTest : public testing_support::CliFixture {
  protected:
-  int Run(const std::string& file) {
-    return CliFixture::Run({"run", file, "--out", Out(), "--quiet"});
-  }
+  // Not quiet: what was played would show.
+  int Run(const std::string& file) { return CliFixture::Run({"run", file, "--out", Out()}); }
   // The message of the InputError reading `text` throws ("" when it reads).
   static std::string ReadError(const std::string& text) {
     try {
@@ -124,58 +123,76 @@ INSTANTIATE_TEST_SUITE_P(
              "s.json:6: /timeline/1/do", "the folder \"Inbox\" is no longer in the profile"}),
     [](const auto& param_info) { return std::string(param_info.param.what); });
 
-TEST_F(UnplayableScenarioTest, AStepNamingAFolderThatDoesNotExistStopsBeforePlaying) {
-  EXPECT_EQ(Run(Write("s.json", Scenario_("{\"do\": \"start\"},\n{\"do\": \"add\", \"folder\": "
-                                          "\"Nowhere\", \"item\": {\"subject\": \"x\"}}"))),
-            2);
-  EXPECT_THAT(err_,
-              HasSubstr("s.json:6: /timeline/1/folder: no folder \"Nowhere\" in the profile"));
-  EXPECT_THAT(out_, Not(HasSubstr("[09:00:00] start")));
-  EXPECT_FALSE(fs::exists(Out()));
-}
+// Problems found only once the profile is built (a folder it lacks) or as the timeline
+// plays: still bad input, with nothing written and, for the former, nothing played.
+struct PlayCase {
+  const char* what;
+  std::string steps;
+  const char* message;
+  bool before_start;
+};
 
-// A fault or a removal in a folder the profile lacks is found once the profile is built.
-TEST_F(UnplayableScenarioTest, AHostStepNamingAFolderThatDoesNotExistStopsBeforePlaying) {
-  for (const char* step :
-       {"{\"do\": \"fail\", \"member\": \"Folder.*\", \"error\": 5, \"folder\": \"Nowhere\"}",
-        "{\"do\": \"remove-folder\", \"folder\": \"Nowhere\"}"}) {
-    EXPECT_EQ(Run(Write("s.json", Scenario_(std::string("{\"do\": \"start\"},\n") + step))), 2)
-        << step;
-    EXPECT_THAT(err_,
-                HasSubstr("s.json:6: /timeline/1/folder: no folder \"Nowhere\" in the profile"));
+class AsItPlaysTest : public UnplayableScenarioTest,
+                      public ::testing::WithParamInterface<PlayCase> {};
+
+TEST_P(AsItPlaysTest, StopsWithNothingWritten) {
+  const PlayCase& c = GetParam();
+  Write("bad.reg",
+        "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\X]\n"
+        "\"v\"=hex(ffffffffffffffffffff):00\n");
+  EXPECT_EQ(Run(Write("s.json", Scenario_(c.steps))), 2);
+  EXPECT_THAT(err_, HasSubstr(c.message));
+  if (c.before_start) {
     EXPECT_THAT(out_, Not(HasSubstr("[09:00:00] start")));
-    EXPECT_FALSE(fs::exists(Out()));
   }
-}
-
-// A removed folder named under its store's spelling is only found missing as it plays:
-// still bad input, with nothing written.
-TEST_F(UnplayableScenarioTest, AFaultInAFolderRemovedUnderAnotherSpellingStopsAsItPlays) {
-  EXPECT_EQ(
-      Run(Write("s.json", Scenario_("{\"do\": \"start\"}, {\"do\": \"remove-folder\", "
-                                    "\"folder\": \"Clients\"},\n{\"do\": \"fail\", \"member\": "
-                                    "\"Folder.*\", \"error\": 5, \"folder\": \"Mailbox - Jane "
-                                    "Doe/Clients\"}"))),
-      2);
-  EXPECT_THAT(err_, HasSubstr("s.json:6: /timeline/2/folder: no folder \"Mailbox - Jane "
-                              "Doe/Clients\" in the profile"));
   EXPECT_FALSE(fs::exists(Out()));
 }
 
-// The Inbox removed under its store's spelling is found gone as mail arrives; the top of
-// a store cannot be removed at all.
-TEST_F(UnplayableScenarioTest, MailToARemovedInboxAndRemovingAStoreAreBadInput) {
-  EXPECT_EQ(Run(Write("s.json", Scenario_("{\"do\": \"start\"}, {\"do\": \"remove-folder\", "
-                                          "\"folder\": \"Mailbox - Jane Doe/Inbox\"},\n{\"do\": "
-                                          "\"deliver\", \"item\": {\"subject\": \"x\"}}"))),
-            2);
-  EXPECT_THAT(err_, HasSubstr("s.json:6: /timeline/2/do: the Inbox folder was removed"));
-  EXPECT_EQ(Run(Write("s.json", Scenario_("{\"do\": \"remove-folder\", \"folder\": \"Mailbox - "
-                                          "Jane Doe\"}"))),
-            2);
-  EXPECT_THAT(err_, HasSubstr("s.json:5: /timeline/0/folder: \"Mailbox - Jane Doe\" is the top"));
-  EXPECT_FALSE(fs::exists(Out()));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Timeline, AsItPlaysTest,
+    ::testing::Values(
+        PlayCase{"add_to_a_missing_folder",
+                 R"({"do": "start"},
+{"do": "add", "folder": "Nowhere", "item": {"subject": "x"}})",
+                 "s.json:6: /timeline/1/folder: no folder \"Nowhere\" in the profile", true},
+        PlayCase{"fault_in_a_missing_folder",
+                 R"({"do": "start"},
+{"do": "fail", "member": "Folder.*", "error": 5, "folder": "Nowhere"})",
+                 "s.json:6: /timeline/1/folder: no folder \"Nowhere\" in the profile", true},
+        PlayCase{"removal_of_a_missing_folder",
+                 R"({"do": "start"},
+{"do": "remove-folder", "folder": "Nowhere"})",
+                 "s.json:6: /timeline/1/folder: no folder \"Nowhere\" in the profile", true},
+        // A removed folder named under its store's spelling is only found missing as it
+        // plays, and so is an Inbox removed that way when mail arrives.
+        PlayCase{"fault_in_a_folder_removed_under_another_spelling",
+                 R"({"do": "start"}, {"do": "remove-folder", "folder": "Clients"},
+{"do": "fail", "member": "Folder.*", "error": 5, "folder": "Mailbox - Jane Doe/Clients"})",
+                 "s.json:6: /timeline/2/folder: no folder \"Mailbox - Jane Doe/Clients\" in the "
+                 "profile",
+                 false},
+        PlayCase{"mail_to_an_inbox_removed_under_another_spelling",
+                 R"({"do": "start"}, {"do": "remove-folder", "folder": "Mailbox - Jane Doe/Inbox"},
+{"do": "deliver", "item": {"subject": "x"}})",
+                 "s.json:6: /timeline/2/do: the Inbox folder was removed", false},
+        PlayCase{"removing_a_store", R"({"do": "remove-folder", "folder": "Mailbox - Jane Doe"})",
+                 "s.json:5: /timeline/0/folder: \"Mailbox - Jane Doe\" is the top", true},
+        // A settings file applied in the middle of the timeline is read only when its step
+        // plays.
+        PlayCase{"broken_reg_file_of_a_settings_step",
+                 R"({"do": "start"}, {"do": "wait", "for": "1m"},
+{"do": "settings", "registry": {"files": ["bad.reg"]}})",
+                 "bad.reg:4: unknown value type", false},
+        // The options page keeps a 16-bit setting in range; a value written around it is
+        // the scenario's mistake, named with its step.
+        PlayCase{
+            "setting_out_of_its_range", R"({"do": "start"},
+{"do": "settings", "registry": {"values": [{"key": "HKCU\\Software\\Brellow\\Zintra\\Logging",
+  "name": "MaxLogSizeKB", "dword": 40000}]}})",
+            "s.json:6: /timeline/1/registry: Overflow: the setting 'Logging\\MaxLogSizeKB' holds "
+            "40000",
+            false}),
+    [](const auto& param_info) { return std::string(param_info.param.what); });
 
 // Outlook quits when its last window closes; a click after that is found as it plays,
 // and the error log the add-in made while playing is not left behind.
@@ -193,31 +210,6 @@ TEST_F(UnplayableScenarioTest, AStepAfterOutlookQuitStopsAndLeavesTheOutputAsItW
   std::vector<std::string> left;
   for (const auto& e : fs::recursive_directory_iterator(Out())) left.push_back(e.path().filename());
   EXPECT_THAT(left, ::testing::UnorderedElementsAre("errorlog", "earlier-run"));
-}
-
-// A settings file applied in the middle of the timeline is read only when its step
-// plays; a broken one still stops the run with nothing written.
-TEST_F(UnplayableScenarioTest, ABrokenRegFileOfASettingsStepWritesNothing) {
-  Write("bad.reg",
-        "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\X]\n"
-        "\"v\"=hex(ffffffffffffffffffff):00\n");
-  std::string file = Write("s.json", Scenario_(R"({"do": "start"}, {"do": "wait", "for": "1m"},
-{"do": "settings", "registry": {"files": ["bad.reg"]}})"));
-  EXPECT_EQ(Run(file), 2);
-  EXPECT_THAT(err_, HasSubstr("bad.reg:4: unknown value type"));
-  EXPECT_FALSE(fs::exists(Out()));
-}
-
-// The options page keeps a 16-bit setting in range; a value written around it is the
-// scenario's mistake, named with its step.
-TEST_F(UnplayableScenarioTest, ASettingOutOfItsRangeNamesTheSettingsStep) {
-  std::string file = Write("s.json", Scenario_(R"({"do": "start"},
-{"do": "settings", "registry": {"values": [{"key": "HKCU\\Software\\Brellow\\Zintra\\Logging",
-  "name": "MaxLogSizeKB", "dword": 40000}]}})"));
-  EXPECT_EQ(Run(file), 2);
-  EXPECT_THAT(err_, HasSubstr("s.json:6: /timeline/1/registry: Overflow"));
-  EXPECT_THAT(err_, HasSubstr("MaxLogSizeKB"));
-  EXPECT_FALSE(fs::exists(Out()));
 }
 
 TEST_F(UnplayableScenarioTest, MessagesQuoteLongInputOnlyAsAnExcerpt) {
@@ -270,13 +262,7 @@ TEST_F(UnplayableScenarioTest, EightBitMailImportsIntoValidJson) {
                            "Gr\xFC\xDF"
                            "e\n");
   std::string scenario = (dir_ / "imported.json").string();
-  std::vector<std::string> args = {"zintra-sim", "import", mail, "--out", scenario, "--quiet"};
-  std::vector<char*> argv;
-  for (std::string& a : args) argv.push_back(a.data());
-  ::testing::internal::CaptureStderr();
-  int code = Main(static_cast<int>(argv.size()), argv.data());
-  std::string err = ::testing::internal::GetCapturedStderr();
-  ASSERT_EQ(code, 0) << err;
+  ASSERT_EQ(CliFixture::Run({"import", mail, "--out", scenario, "--quiet"}), 0) << err_;
   std::ifstream in(scenario, std::ios::binary);
   std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   EXPECT_THAT(text, HasSubstr("Caf"));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "src/core/z_error.h"
+#include "tests/support/error_of.h"
 #include "tests/win32/com/test_server.h"
 #include "win32/com/com_error.h"
 #include "win32/com/event_sink.h"
@@ -68,14 +69,11 @@ TEST(DispatchClientTest, FailuresBecomeTheRunTimeErrorNamedByTypeAndMember) {
   EXPECT_FALSE(client.Has("Colour"));
   EXPECT_TRUE(client.Has("Fail"));
   // A server's own error keeps its number, text and source.
-  try {
-    client.Call("Fail");
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), 1234);
-    EXPECT_EQ(e.Description(), "it broke");
-    EXPECT_EQ(e.Source(), "TestServer");
-  }
+  std::optional<ZError> e = Raised([&] { client.Call("Fail"); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), 1234);
+  EXPECT_EQ(e->Description(), "it broke");
+  EXPECT_EQ(e->Source(), "TestServer");
   EXPECT_EQ(NumberOf([&] { client.Call("Add", {Arg(Value(1))}); }), kErrWrongArgumentCount);
   EXPECT_EQ(NumberOf([&] { client.Put("Name", Variant(Value(2.5))); }), kErrTypeMismatch);
   DispatchClient nothing;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "src/core/z_error.h"
+#include "tests/support/error_of.h"
 #include "tests/win32/com/test_server.h"
 #include "win32/com/bstr.h"
 #include "win32/com/com_error.h"
@@ -111,18 +112,13 @@ TEST(EventSinkTest, EndingTheConnectionUnadvisesAndSilencesTheSink) {
 TEST(EventSinkTest, AdvisingWhatRaisesNoSuchEventsFails) {
   auto server = TestServer::Create();
   auto sink = EventSink::Create(IID_IDispatch, [](DISPID, const EventArgs&) {});
-  try {
-    Advise connection(Source(server), IID_IDispatch, sink, "Server.Other");
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Source(), "Server.Other");
-  }
-  try {
-    Advise connection(ComPtr<IUnknown>(), kTestEvents, sink, "Nothing.Events");
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kErrObjectNotSet);
-  }
+  std::optional<ZError> e =
+      Raised([&] { Advise connection(Source(server), IID_IDispatch, sink, "Server.Other"); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Source(), "Server.Other");
+  EXPECT_EQ(
+      ErrorOf([&] { Advise connection(ComPtr<IUnknown>(), kTestEvents, sink, "Nothing.Events"); }),
+      kErrObjectNotSet);
 }
 
 }  // namespace

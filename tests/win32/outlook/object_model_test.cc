@@ -141,13 +141,10 @@ TEST(ObjectModelTest, InjectedFaultsArriveWithTheirNumbers) {
   auto items = p.app->Session()->GetDefaultFolder(kOlFolderInbox)->Items();
   ASSERT_TRUE(items->GetFirst());
   p.profile.Faults().FailOnCall("Items.GetNext", 1, kMapiNetworkError, "The network is down");
-  try {
-    items->GetNext();
-    FAIL();
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kMapiNetworkError);
-    EXPECT_EQ(e.Description(), "The network is down");
-  }
+  std::optional<ZError> e = Raised([&] { items->GetNext(); });
+  ASSERT_TRUE(e);
+  EXPECT_EQ(e->Number(), kMapiNetworkError);
+  EXPECT_EQ(e->Description(), "The network is down");
   EXPECT_TRUE(items->GetNext());  // the rule fired once
   p.profile.Faults().FailAlways("Item.Save", kMapiNoAccess);
   EXPECT_EQ(ErrorOf([&] { items->GetFirst()->Save(); }), kMapiNoAccess);

@@ -44,13 +44,4 @@ ComPtr<DispatchObject> ServedProfile::Served(const AutomationObject& adapter) {
   return ComPtr<DispatchObject>::Attach(served);
 }
 
-int32_t ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const ZError& e) {
-    return e.Number();
-  }
-  return 0;
-}
-
 }  // namespace zintra::win32::testing

@@ -14,6 +14,7 @@
 #include "sim/outlook/sim_ol_application.h"
 #include "src/core/z_error.h"
 #include "src/host/outlook_application.h"
+#include "tests/support/error_of.h"
 #include "win32/com/com_ptr.h"
 #include "win32/outlook/com_adapter.h"
 #include "win32/sim_server/dispatch_object.h"
@@ -38,8 +39,5 @@ struct ServedProfile {
   sim::SimClassRegistry classes{&profile};
   std::shared_ptr<Application> app;
 };
-
-// The error number `call` throws, or 0.
-int32_t ErrorOf(const std::function<void()>& call);
 
 }  // namespace zintra::win32::testing

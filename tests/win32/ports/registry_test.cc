@@ -7,6 +7,7 @@
 
 #include "src/core/z_error.h"
 #include "src/settings/mod_registry.h"
+#include "tests/support/error_of.h"
 #include "win32/com/unique_handles.h"
 #include "win32/com/windows_api.h"
 #include "win32/ports/win32_registry.h"
@@ -173,12 +174,10 @@ TEST_F(RegistryTest, AKeyThatGrantsOnlyReadingRefusesWriting) {
   EXPECT_EQ(
       modRegistry::ReadString(registry_, kHKeyCurrentUser, Under("locked"), "kept", &not_found),
       "yes");
-  try {
-    modRegistry::WriteString(registry_, kHKeyCurrentUser, Under("locked"), "new", "no");
-    ADD_FAILURE() << "wrote to a read-only key";
-  } catch (const ZError& error) {
-    EXPECT_EQ(error.Number(), kRegAccessDenied);
-  }
+  EXPECT_EQ(ErrorOf([&] {
+              modRegistry::WriteString(registry_, kHKeyCurrentUser, Under("locked"), "new", "no");
+            }),
+            kRegAccessDenied);
   SetAccessList(Under("locked"), "D:P(A;;KA;;;WD)");  // so that TearDown can delete it
 }
 

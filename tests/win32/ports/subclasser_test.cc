@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "src/core/z_error.h"
+#include "tests/support/error_of.h"
 #include "win32/ports/failure_log.h"
 #include "win32/ports/handles.h"
 #include "win32/ports/message_window.h"
@@ -115,12 +116,7 @@ TEST_F(SubclasserTest, ADestroyedWindowIsReleasedAndRefused) {
   const WindowHandle gone = handle();
   window_.reset();
   EXPECT_EQ(subclasser_.HookedWindowCount(), 0u);
-  try {
-    subclasser_.AttachMessage(&client, gone, kMessage);
-    ADD_FAILURE() << "attached to a destroyed window";
-  } catch (const ZError& error) {
-    EXPECT_EQ(error.Number(), 1400);
-  }
+  EXPECT_EQ(ErrorOf([&] { subclasser_.AttachMessage(&client, gone, kMessage); }), 1400);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "sim/outlook/profile_builder.h"
 #include "src/core/z_error.h"
 #include "src/host/mapi_object.h"
+#include "tests/support/error_of.h"
 #include "win32/com/bstr.h"
 #include "win32/com/com_error.h"
 #include "win32/com/dispatch_client.h"
@@ -68,6 +69,21 @@ std::string TypeNameOf(IDispatch* object) {
   return name.ToUtf8();
 }
 
+// Each call must fail with its number, as a late-bound caller sees it.
+struct FailCase {
+  const char* what;
+  std::function<void()> call;
+  int32_t number;
+};
+void ExpectFailures(std::initializer_list<FailCase> cases) {
+  for (const FailCase& c : cases) EXPECT_EQ(ErrorOf(c.call), c.number) << c.what;
+}
+
+HRESULT Create(REFCLSID clsid, ComPtr<IDispatch>& object, DWORD context = CLSCTX_INPROC_SERVER) {
+  return CoCreateInstance(clsid, nullptr, context, IID_IDispatch,
+                          reinterpret_cast<void**>(object.Put()));
+}
+
 TEST_F(SimServerTest, WalksTheProfileByOutlooksMemberNames) {
   EXPECT_EQ(app_.GetValue("Version").ToString(), "11.0.0.8312");
   DispatchClient inbox = Inbox();
@@ -118,14 +134,9 @@ TEST_F(SimServerTest, PutsReachTheStoreAndOptionalArgumentsTakeOutlooksDefaults)
 
 TEST_F(SimServerTest, FailuresArriveWithThePlatformsNumbers) {
   DispatchClient ns = Obj(app_, "Session");
-  struct Case {
-    const char* what;
-    std::function<void()> call;
-    int32_t number;
-  };
   DispatchClient contacts = Obj(ns, "GetDefaultFolder", {Arg(kOlFolderContacts)});
   DispatchClient mail = Obj(Obj(Inbox(), "Items"), "GetFirst");
-  const Case cases[] = {
+  ExpectFailures({
       {"unknown folder number", [&] { ns.Get("GetDefaultFolder", {Arg(77)}); }, kMapiNotFound},
       {"unknown entry id", [&] { ns.Get("GetItemFromID", {Arg("00ff")}); }, kMapiNotFound},
       {"member the kind lacks", [&] { mail.Get("FullName"); }, kErrNoSuchMember},
@@ -136,25 +147,14 @@ TEST_F(SimServerTest, FailuresArriveWithThePlatformsNumbers) {
       {"folder of the wrong kind", [&] { mail.Get("Move", {Arg(mail.Object())}); },
        kErrTypeMismatch},
       {"read-only property", [&] { mail.Put("EntryID", Arg("x")); }, kErrNoSuchMember},
-  };
-  for (const Case& c : cases) {
-    try {
-      c.call();
-      ADD_FAILURE() << c.what << ": no error";
-    } catch (const ZError& e) {
-      EXPECT_EQ(e.Number(), c.number) << c.what << ": " << e.Description();
-    }
-  }
+  });
   // An injected fault surfaces as DISP_E_EXCEPTION with the fault's own number.
   host_->profile.Faults().FailAlways("Items.GetFirst", kMapiNetworkError, "link down");
   DispatchClient items = Obj(contacts, "Items");
-  try {
-    items.Get("GetFirst");
-    ADD_FAILURE() << "the fault did not fire";
-  } catch (const ZError& e) {
-    EXPECT_EQ(e.Number(), kMapiNetworkError);
-    EXPECT_EQ(e.Description(), "link down");
-  }
+  std::optional<ZError> e = Raised([&] { items.Get("GetFirst"); });
+  ASSERT_TRUE(e) << "the fault did not fire";
+  EXPECT_EQ(e->Number(), kMapiNetworkError);
+  EXPECT_EQ(e->Description(), "link down");
 }
 
 // Office's command bars take what their type library declares and refuse the rest: more
@@ -170,12 +170,7 @@ TEST_F(SimServerTest, CommandBarsRefuseWhatOfficeDoesNotDeclare) {
       Obj(controls, "Add", {Arg(kMsoControlButton), Arg(1), Missing(), Missing(), Arg(true)});
   button.Put("Style", Arg(3));  // msoButtonIconAndCaption
   EXPECT_EQ(button.GetValue("Style").ToLong(), 3);
-  struct Case {
-    const char* what;
-    std::function<void()> call;
-    int32_t number;
-  };
-  const Case cases[] = {
+  ExpectFailures({
       {"Style of a popup", [&] { popup.Get("Style"); }, kErrNoSuchMember},
       {"Style put on a popup", [&] { popup.Put("Style", Arg(1)); }, kErrNoSuchMember},
       {"Id put", [&] { button.Put("Id", Arg(5)); }, kErrNoSuchMember},
@@ -199,15 +194,7 @@ TEST_F(SimServerTest, CommandBarsRefuseWhatOfficeDoesNotDeclare) {
          controls.Call("Add", {Arg(1), Arg(1), Missing(), Missing(), Arg(true), Arg(1)});
        },
        kErrWrongArgumentCount},
-  };
-  for (const Case& c : cases) {
-    try {
-      c.call();
-      ADD_FAILURE() << c.what << ": no error";
-    } catch (const ZError& e) {
-      EXPECT_EQ(e.Number(), c.number) << c.what << ": " << e.Description();
-    }
-  }
+  });
   EXPECT_EQ(controls.GetValue("Count").ToLong(), 1) << "a refused Add added a control";
 }
 
@@ -258,9 +245,7 @@ TEST_F(SimServerTest, LibraryClassesAreCreatedByProgIdOverTheSameProfile) {
   CLSID clsid{};
   ASSERT_EQ(CLSIDFromProgID(L"TovuRedemption.TovuMAPIUtils", &clsid), S_OK);
   ComPtr<IDispatch> utils_object;
-  ASSERT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_ALL, IID_IDispatch,
-                             reinterpret_cast<void**>(utils_object.Put())),
-            S_OK);
+  ASSERT_EQ(Create(clsid, utils_object, CLSCTX_ALL), S_OK);
   DispatchClient utils(utils_object, "TovuMAPIUtils");
   EXPECT_EQ(TypeNameOf(utils_object.Get()), "TovuMAPIUtils");
 
@@ -273,10 +258,7 @@ TEST_F(SimServerTest, LibraryClassesAreCreatedByProgIdOverTheSameProfile) {
 
   // A safe item wraps the Outlook item that is put into it.
   ComPtr<IDispatch> safe_object;
-  ASSERT_EQ(CoCreateInstance(ServedClasses::ClassIdOf("TovuRedemption.TovuMailItem"), nullptr,
-                             CLSCTX_INPROC_SERVER, IID_IDispatch,
-                             reinterpret_cast<void**>(safe_object.Put())),
-            S_OK);
+  ASSERT_EQ(Create(ServedClasses::ClassIdOf("TovuRedemption.TovuMailItem"), safe_object), S_OK);
   DispatchClient safe(safe_object, "");
   safe.PutRef("Item", Arg(mail.Object()));
   EXPECT_EQ(Obj(safe, "Sender").GetValue("Address"), Value("ann@fabrikam.com"));
@@ -285,9 +267,7 @@ TEST_F(SimServerTest, LibraryClassesAreCreatedByProgIdOverTheSameProfile) {
   // A failing creation returns an HRESULT, and the class registry saw the request.
   host_->profile.Faults().FailAlways("ObjectFactory.CreateObject", kMapiNotInitialized);
   ComPtr<IDispatch> refused;
-  EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_ALL, IID_IDispatch,
-                             reinterpret_cast<void**>(refused.Put())),
-            static_cast<HRESULT>(kMapiNotInitialized));
+  EXPECT_EQ(Create(clsid, refused, CLSCTX_ALL), static_cast<HRESULT>(kMapiNotInitialized));
   EXPECT_FALSE(refused);
 }
 
@@ -303,10 +283,7 @@ TEST_F(SimServerTest, TheProgIdKeysLeaveWithTheClasses) {
 TEST_F(SimServerTest, MapiTableRowsComeAsArraysWithErrorCells) {
   ServedClasses classes(host_->factory, {"TovuRedemption.TovuMAPITable"});
   ComPtr<IDispatch> table_object;
-  ASSERT_EQ(CoCreateInstance(ServedClasses::ClassIdOf("TovuRedemption.TovuMAPITable"), nullptr,
-                             CLSCTX_INPROC_SERVER, IID_IDispatch,
-                             reinterpret_cast<void**>(table_object.Put())),
-            S_OK);
+  ASSERT_EQ(Create(ServedClasses::ClassIdOf("TovuRedemption.TovuMAPITable"), table_object), S_OK);
   DispatchClient table(table_object, "");
   table.PutRef("Item", Arg(Inbox().Object()));
   SAFEARRAY* tags = SafeArrayCreateVector(VT_I4, 0, 2);

@@ -119,16 +119,4 @@ void CopyJob::End(bool aborted) {
   if (owner) owner->CopyJobEnded(kind_, key_, aborted);
 }
 
-void CopyJobLingerCheck::CheckLingeringRefs() {
-  std::shared_ptr<LoggingAddin> app = app_.lock();
-  for (const std::weak_ptr<CopyJob>& weak : jobs_) {
-    std::shared_ptr<CopyJob> job = weak.lock();
-    if (!job || !app) continue;
-    const char* what = job->Kind() == CopyKind::kLogged
-                           ? "Lingering JobLog after JobProcess killed: "
-                           : "Lingering JobCreateShared after JobProcess killed: ";
-    app->Log().LogWarning(what + job->Description());
-  }
-}
-
 }  // namespace zintra

@@ -17,7 +17,6 @@
 #include <string>
 #include <vector>
 
-#include "src/jobs/i_check_linger.h"
 #include "src/jobs/i_job.h"
 #include "src/logging/job_process.h"
 
@@ -79,19 +78,6 @@ class CopyJob : public IJob, public std::enable_shared_from_this<CopyJob> {
   mutable std::string description_;
   mutable bool described_ = false;
   bool killed_ = false;
-};
-
-// The lingering-reference check of one processing job: copy jobs still alive after
-// the processing job was killed. Holds the copy jobs weakly.
-class CopyJobLingerCheck : public ICheckLinger {
- public:
-  void Watch(const std::shared_ptr<CopyJob>& job) { jobs_.push_back(job); }
-  void SetLog(std::weak_ptr<LoggingAddin> app) { app_ = std::move(app); }
-  void CheckLingeringRefs() override;
-
- private:
-  std::weak_ptr<LoggingAddin> app_;
-  std::vector<std::weak_ptr<CopyJob>> jobs_;
 };
 
 }  // namespace zintra

@@ -22,26 +22,6 @@ namespace {
 constexpr char kJobChangedModule[] = "JobChanged";
 constexpr double kSecondsPerDay = 86400.0;
 
-// Audit jobs still alive after their owner ended, held weakly.
-class AuditLingerCheck : public ICheckLinger {
- public:
-  explicit AuditLingerCheck(std::weak_ptr<LoggingAddin> app) : app_(std::move(app)) {}
-  void Watch(const std::shared_ptr<JobAudit>& job) { jobs_.push_back(job); }
-  void CheckLingeringRefs() override {
-    std::shared_ptr<LoggingAddin> app = app_.lock();
-    for (const auto& weak : jobs_) {
-      std::shared_ptr<JobAudit> job = weak.lock();
-      if (job && app) {
-        app->Log().LogWarning("Lingering JobAudit after JobChanged killed: " + job->Description());
-      }
-    }
-  }
-
- private:
-  std::weak_ptr<LoggingAddin> app_;
-  std::vector<std::weak_ptr<JobAudit>> jobs_;
-};
-
 }  // namespace
 
 JobChanged::JobChanged(std::weak_ptr<LoggingAddin> app) : app_(std::move(app)) {}
@@ -143,11 +123,7 @@ void JobChanged::StartAudits(const std::string& entry_ids_name, const std::strin
     audit->Initialize(shared_from_this(), copy, key);
     audits_.Add(audit, key);
     ++audits_started_;
-    if (!linger_check_) {
-      linger_check_ = std::make_shared<AuditLingerCheck>(app_);
-      app->SetCheckLinger(linger_check_);
-    }
-    static_cast<AuditLingerCheck&>(*linger_check_).Watch(audit);
+    app->Utils()->WatchLingeringJob("Lingering JobAudit after JobChanged killed: ", audit);
   }
   link.Kill();
 }

@@ -18,7 +18,6 @@
 
 #include "src/core/event.h"
 #include "src/core/keyed_collection.h"
-#include "src/jobs/i_check_linger.h"
 #include "src/jobs/i_job.h"
 
 namespace zintra {
@@ -72,7 +71,6 @@ class JobChanged : public IJob, public std::enable_shared_from_this<JobChanged> 
   bool audit_trail_ = false;
   int32_t min_audit_interval_ = 20;
   Connection addin_kill_;
-  std::shared_ptr<ICheckLinger> linger_check_;
 };
 
 // JobAudit: appends the audit line to one copy derived from a changed item.

@@ -34,7 +34,6 @@
 #include "src/core/event.h"
 #include "src/host/decision_log.h"
 #include "src/host/outlook_constants.h"
-#include "src/jobs/i_check_linger.h"
 #include "src/jobs/i_job.h"
 
 namespace zintra {
@@ -283,8 +282,6 @@ class JobProcess : public IJob, public std::enable_shared_from_this<JobProcess> 
   Connection search_complete_;
   std::vector<std::string> searched_addresses_;
   Connection addin_kill_;
-  // Registered for the lingering-reference check once copy jobs exist.
-  std::shared_ptr<ICheckLinger> linger_check_;
 };
 
 }  // namespace zintra

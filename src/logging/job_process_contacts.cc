@@ -299,13 +299,10 @@ void JobProcess::AddCopyJob(CopyKind kind, const std::shared_ptr<Folder>& target
   }
   pending.push_back(job);
   job->Initialize(shared_from_this(), target, key);
-  if (!linger_check_) {
-    auto check = std::make_shared<CopyJobLingerCheck>();
-    check->SetLog(app_);
-    linger_check_ = check;
-    app->SetCheckLinger(linger_check_);
-  }
-  static_cast<CopyJobLingerCheck&>(*linger_check_).Watch(job);
+  Utils().WatchLingeringJob(kind == CopyKind::kLogged
+                                ? "Lingering JobLog after JobProcess killed: "
+                                : "Lingering JobCreateShared after JobProcess killed: ",
+                            job);
 }
 
 }  // namespace zintra

@@ -66,6 +66,7 @@ void ZintraUtils::Kill() {
   mapi_utils_.reset();
   rdo_session_.reset();
   check_linger_.clear();
+  lingering_jobs_.reset();
   named_tags_.clear();
   last_store_tags_ = nullptr;
   search_keys_.clear();

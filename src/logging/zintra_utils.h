@@ -39,8 +39,10 @@ class AddressEntry;
 class Application;
 class ErrorHandling;
 class ICheckLinger;
+class IJob;
 class Folder;
 class Item;
+class LingeringJobs;
 class Links;
 class MapiUtils;
 class OptionalMessages;
@@ -211,6 +213,9 @@ class ZintraUtils {
   // ---- Lingering-reference check (implemented in zintra_utils_linger.cc).
   // Appends obj to the registration list.
   void SetCheckLinger(std::shared_ptr<ICheckLinger> obj);
+  // Watches a job a logging job started, for the check to name it should it outlive its
+  // owner (LingeringJobs); the one watch is registered with the first job.
+  void WatchLingeringJob(const char* what, const std::shared_ptr<IJob>& job);
   // Runs every registered check once, in registration order, logging a failing one
   // and going on; a second run only logs a warning.
   void CheckLingering();
@@ -297,6 +302,7 @@ class ZintraUtils {
 
   // Lingering-reference registrations and the once-only guard.
   std::vector<std::shared_ptr<ICheckLinger>> check_linger_;
+  std::shared_ptr<LingeringJobs> lingering_jobs_;
   bool check_lingering_entered_ = false;
 };
 

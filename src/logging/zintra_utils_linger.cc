@@ -5,12 +5,21 @@
 #include "src/errors/cached_error.h"
 #include "src/errors/error_handling.h"
 #include "src/jobs/i_check_linger.h"
+#include "src/logging/lingering_jobs.h"
 #include "src/logging/zintra_utils.h"
 
 namespace zintra {
 
 void ZintraUtils::SetCheckLinger(std::shared_ptr<ICheckLinger> obj) {
   if (obj) check_linger_.push_back(std::move(obj));
+}
+
+void ZintraUtils::WatchLingeringJob(const char* what, const std::shared_ptr<IJob>& job) {
+  if (!lingering_jobs_) {
+    lingering_jobs_ = std::make_shared<LingeringJobs>(errors_);
+    SetCheckLinger(lingering_jobs_);
+  }
+  lingering_jobs_->Watch(what, job);
 }
 
 void ZintraUtils::CheckLingering() {

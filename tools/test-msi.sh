@@ -16,10 +16,8 @@
 # com_host_tests that tools/test-windows.sh makes; the activation is skipped without it)
 # Exit status: 0 all passed, 1 a check failed, 3 a step outside the checks failed.
 set -Eeuo pipefail
-# A step that fails outside a check (a Wine tool, not the packages) says which one and ends
-# the run with exit 3, which tools/test.sh tells apart from a failed check (exit 1).
-trap 'echo "tools/test-msi.sh line $LINENO: $BASH_COMMAND failed (exit $?)" >&2; exit 3' ERR
 cd "$(dirname "$0")/.."
+source tools/wine-steps.sh  # a Wine tool failing outside the checks: exit 3
 msi_dir=${ZINTRA_MSI_OUT:-build/msi}
 # The add-in's version (major.minor.tweak of project(VERSION) in CMakeLists.txt).
 version_part() {
@@ -73,9 +71,9 @@ fi
 step "a fresh Wine prefix: $WINEPREFIX"
 rm -rf "$WINEPREFIX"
 timeout 120 wineboot -i >/dev/null 2>&1 || true
-timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
-timeout 60 wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null
-timeout 60 wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1024x768 /f >/dev/null
+wine_reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
+wine_reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null
+wine_reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1024x768 /f >/dev/null
 wine32=0
 [ -e "$WINEPREFIX/drive_c/windows/syswow64/kernel32.dll" ] && wine32=1
 profile=./users/$(id -un)  # Wine names the profile after the Unix user
@@ -254,7 +252,7 @@ install_round_trip() {  # arch scope
         Quillbar.ToolbarHelper 'CLSID\{7D2A4C61-93B5-4E0F-A8D3-5C1E6B9F2A47}')
       local key
       for key in "${copies[@]}"; do
-        timeout 60 wine reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f >/dev/null
+        wine_reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f >/dev/null
       done
       wineserver -k || true
     fi
@@ -264,16 +262,16 @@ install_round_trip() {  # arch scope
       rc=\$?; wineserver -k; exit \$rc" \
       || fail "$name: the installed add-in did not log the mail or the phone call, the options page failed, or the keep-alive program did not hold Outlook"
     for key in "${copies[@]}"; do
-      timeout 60 wine reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null
+      wine_reg delete "HKLM\\Software\\Classes\\$key" /f >/dev/null
     done
   else
     echo "(no $host for Wine to run: the add-in is not loaded)"
   fi
 
   # A setting of the user's (and the machine's, for a per-machine install) to outlive removal.
-  timeout 60 wine reg add 'HKCU\Software\Brellow\Zintra' /v ProcessingDelay /t REG_DWORD \
+  wine_reg add 'HKCU\Software\Brellow\Zintra' /v ProcessingDelay /t REG_DWORD \
     /d 5000 /f >/dev/null
-  [ "$scope" = machine ] && timeout 60 wine reg add 'HKLM\Software\Brellow\Zintra' \
+  [ "$scope" = machine ] && wine_reg add 'HKLM\Software\Brellow\Zintra' \
     /v ProcessingDelay /t REG_DWORD /d 5000 /f >/dev/null
   state "$work/$name-used"
 

@@ -1,21 +1,25 @@
 #!/usr/bin/env bash
 # Builds the Windows host with mingw-w64 and runs its test programs under Wine.
-# Usage: tools/test-windows.sh [build-dir]   (default build/win64-mingw)
-set -euo pipefail
+# Usage: tools/test-windows.sh [build-dir]   (default build/$ZINTRA_WINDOWS_PRESET)
+# ZINTRA_WINDOWS_PRESET: win64-mingw (default), or win32-mingw for the 32-bit programs,
+# which need 32-bit Wine (ZINTRA_WINE32=1 bash tools/setup-debian.sh).
+set -Eeuo pipefail
 cd "$(dirname "$0")/.."
-build=${1:-build/win64-mingw}
+source tools/wine-steps.sh
+preset=${ZINTRA_WINDOWS_PRESET:-win64-mingw}
+build=${1:-build/$preset}
 export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 export WINEPREFIX=${WINEPREFIX:-$PWD/$build/wine-prefix}
 
-echo "== preset win64-mingw ($build) =="
-cmake --preset win64-mingw -B "$build" >/dev/null
+echo "== preset $preset ($build) =="
+cmake --preset "$preset" -B "$build" >/dev/null
 cmake --build "$build" -j "$(nproc)"
 
 # A fresh prefix each run: registration tests must start from a known registry.
 rm -rf "$WINEPREFIX"
 timeout 120 wineboot -i >/dev/null 2>&1 || true
 # A crash must end the run at once instead of waiting on a dialog.
-timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
+wine_reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null
 
 # Test programs that load the add-in, the options page control or the toolbar library
 # through COM, as Outlook does: they run once ZintraAddin.dll, ZintraControls.ocx,
@@ -59,8 +63,8 @@ wineserver -k || true
 # *OnDesktop, skipped above) run again under a virtual X server, with a Wine virtual
 # desktop so that each tray-icon delete does not wait two seconds.
 if command -v xvfb-run >/dev/null; then
-  timeout 60 wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null
-  timeout 60 wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1024x768 /f >/dev/null
+  wine_reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null
+  wine_reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1024x768 /f >/dev/null
   wineserver -k || true; wineserver -w || true
   while IFS= read -r test; do
     needs_registration "$test" && continue
@@ -104,19 +108,19 @@ echo "== regsvr32 ZintraAddin.dll ZintraControls.ocx Quillbar.dll, ZintraKeepAli
 if timeout 60 wine regsvr32 /s "$addin_dll" \
     && timeout 60 wine regsvr32 /s "$controls_ocx" \
     && timeout 60 wine regsvr32 /s "$toolbar_dll" \
-    && timeout 60 wine reg query 'HKCU\Software\Microsoft\Office\Outlook\Addins\ZintraAddin.Connect' \
+    && wine_reg query 'HKCU\Software\Microsoft\Office\Outlook\Addins\ZintraAddin.Connect' \
       /v LoadBehavior >/dev/null \
     && timeout 60 wine "$keep_alive_exe" /RegServer; then
   prog_ids=(ZintraAddin.Connect ZintraAddin.WordLetterHandler ZintraControls.OutlookPropertiesPage
     ZintraKeepAlive.KeepAlive Quillbar.ToolbarHelper)
   class_keys=("${prog_ids[@]}")
   for prog_id in "${prog_ids[@]}"; do
-    clsid=$(timeout 60 wine reg query "HKCU\\Software\\Classes\\$prog_id\\CLSID" /ve \
+    clsid=$(wine_reg query "HKCU\\Software\\Classes\\$prog_id\\CLSID" /ve \
       | grep -o "{[0-9A-Fa-f-]*}" | head -1 || true)
     class_keys+=("CLSID\\$clsid")
   done
   for key in "${class_keys[@]}"; do
-    timeout 60 wine reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f \
+    wine_reg copy "HKCU\\Software\\Classes\\$key" "HKLM\\Software\\Classes\\$key" /s /f \
       >/dev/null
   done
   # Each test's own server starts with its display: the one the registration started,

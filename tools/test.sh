@@ -13,10 +13,24 @@ cd "$(dirname "$0")/.."
 presets=("$@")
 [ ${#presets[@]} -gt 0 ] || presets=(default asan fuzz win64-mingw msi)
 
+# Exit 3 from the Windows scripts: a Wine tool failed outside the checks (its services now
+# and then do not come up after a server restart); that run says nothing of our programs
+# and is made once more. A failed check (exit 1) is never run again.
+once_more_after_wine_failure() {
+  local status=0
+  "$@" || status=$?
+  if [ $status = 3 ]; then
+    echo "== $*: once more, after a failure of Wine's own =="
+    "$@"
+    return
+  fi
+  return $status
+}
+
 run_preset() {
   local preset=$1
   if [ "$preset" = win64-mingw ]; then
-    bash tools/test-windows.sh
+    once_more_after_wine_failure bash tools/test-windows.sh
     return
   fi
   if [ "$preset" = msi ]; then
@@ -27,16 +41,8 @@ run_preset() {
     if dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q "install ok installed"; then
       cmake --build build/win32-mingw --target com_host_tests -j "$(nproc)"
     fi
-    # Exit 3: a Wine tool failed outside the checks (its service now and then does not
-    # come up in a new prefix); that run says nothing of the packages and is made again.
-    local status=0
-    bash tools/test-msi.sh || status=$?
-    if [ $status = 3 ]; then
-      echo "== installer checks, once more in a new Wine prefix =="
-      bash tools/test-msi.sh
-      return
-    fi
-    return $status
+    once_more_after_wine_failure bash tools/test-msi.sh
+    return
   fi
   if [ "$preset" = fuzz ]; then
     bash tools/fuzz.sh "${ZINTRA_FUZZ_SECONDS:-10}"

@@ -16,8 +16,19 @@ done
 if [ ${#missing[@]} -gt 0 ]; then
   sudo_cmd=""
   [ "$(id -u)" -eq 0 ] || sudo_cmd="sudo"
-  $sudo_cmd apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive $sudo_cmd apt-get install -y -qq --no-install-recommends "${missing[@]}"
+  # A mirror in the middle of a sync now and then serves an index that does not match its
+  # release file: the install is tried with the lists the update did get, and the whole is
+  # tried again before giving up.
+  for attempt in 1 2 3; do
+    $sudo_cmd apt-get update -qq \
+      || echo "setup-debian: apt-get update failed (attempt $attempt of 3)" >&2
+    if DEBIAN_FRONTEND=noninteractive $sudo_cmd apt-get install -y -qq --no-install-recommends \
+        "${missing[@]}"; then
+      break
+    fi
+    [ "$attempt" = 3 ] && { echo "setup-debian: could not install ${missing[*]}" >&2; exit 1; }
+    sleep 15
+  done
 fi
 
 # 32-bit Wine runs the 32-bit DLL (registration and loading in tools/test-msi.sh); it needs

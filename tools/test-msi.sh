@@ -36,9 +36,9 @@ step() { echo "== $* ($SECONDS s) =="; }
 
 # The test's own packages: an older version, and two broken ones.
 ZINTRA_MSI_OUT=$work ZINTRA_MSI_VERSION=$major.$minor.$((revision - 1)) \
-  bash tools/build-msi.sh x64 >/dev/null
+  bash tools/build-msi.sh x64 >/dev/null || exit 1  # ours, not Wine's: never tried again
 for broken in BrokenMedia FailAfterRegistration; do
-  ZINTRA_MSI_OUT=$work/$broken bash tools/build-msi.sh x64 -- -D $broken=1 >/dev/null
+  ZINTRA_MSI_OUT=$work/$broken bash tools/build-msi.sh x64 -- -D $broken=1 >/dev/null || exit 1
 done
 
 # What Windows decides before installing anything, from the packages' own tables: the

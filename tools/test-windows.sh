@@ -12,8 +12,9 @@ export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 export WINEPREFIX=${WINEPREFIX:-$PWD/$build/wine-prefix}
 
 echo "== preset $preset ($build) =="
-cmake --preset "$preset" -B "$build" >/dev/null
-cmake --build "$build" -j "$(nproc)"
+# A failed build is ours, not Wine's: it ends the run with exit 1, never tried again.
+cmake --preset "$preset" -B "$build" >/dev/null || exit 1
+cmake --build "$build" -j "$(nproc)" || exit 1
 
 # A fresh prefix each run: registration tests must start from a known registry.
 rm -rf "$WINEPREFIX"
